@@ -1,0 +1,21 @@
+# GoogleTest from the system's own sources, and one ctest entry per test source: the test suites in a source are named
+# after it, so Xyz.cpp holds the suites that begin with Xyz.
+
+macro(kestrel_add_googletest)
+    set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
+    set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+    add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+endmacro()
+
+# kestrel_add_tests(TARGET FOLDER folder LIBRARIES library...)
+function(kestrel_add_tests target)
+    cmake_parse_arguments(ARG "" "FOLDER" "LIBRARIES" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${ARG_FOLDER}/*.cpp)
+    add_executable(${target} ${CMAKE_SOURCE_DIR}/tests/support/Main.cpp ${sources})
+    target_link_libraries(${target} PRIVATE gtest kestrel_options ${ARG_LIBRARIES})
+    target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    foreach(source ${sources})
+        get_filename_component(suite ${source} NAME_WE)
+        add_test(NAME ${ARG_FOLDER}.${suite} COMMAND ${target} --gtest_filter=${suite}* --gtest_brief=1)
+    endforeach()
+endfunction()

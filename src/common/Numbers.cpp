@@ -1,0 +1,125 @@
+#include "common/Numbers.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+
+namespace kestrel {
+
+namespace {
+
+bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
+
+bool IsAllDigits(StringView text) { return !text.empty() && std::all_of(text.begin(), text.end(), IsDigit); }
+
+StringView WithoutLeadingZeros(StringView digits) {
+    const auto first = digits.find_first_not_of(L'0');
+    return first == StringView::npos ? StringView() : digits.substr(first);
+}
+
+// How many characters at the beginning belong to a number: digits, at most one ".", and an exponent that has digits.
+// 0 when there is not a single digit before the exponent.
+std::size_t UnsignedNumberLength(StringView text) {
+    std::size_t length = 0;
+    std::size_t digits = 0;
+    bool point = false;
+    for (; length < text.size(); ++length) {
+        if (IsDigit(text[length]))
+            ++digits;
+        else if (text[length] == L'.' && !point)
+            point = true;
+        else
+            break;
+    }
+    if (digits == 0) return 0;
+    if (length < text.size() && (text[length] == L'e' || text[length] == L'E')) {
+        auto end = length + 1;
+        if (end < text.size() && (text[end] == L'+' || text[end] == L'-')) ++end;
+        if (end < text.size() && IsDigit(text[end])) {
+            while (end < text.size() && IsDigit(text[end]))
+                ++end;
+            length = end;
+        }
+    }
+    return length;
+}
+
+struct Parsed {
+    double number = 0;
+    StringView rest;
+};
+
+// Too large reads as infinity, too small as 0, as the digits say.
+double ToDouble(const std::string& digits) {
+    double number = 0;
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    if (result.ec != std::errc::result_out_of_range) return number;
+    return digits.find("e-") == std::string::npos && digits.find("E-") == std::string::npos
+               ? std::numeric_limits<double>::infinity()
+               : 0;
+}
+
+std::optional<Parsed> ParseNumber(StringView text) {
+    text.remove_prefix(std::min(text.find_first_not_of(L' '), text.size()));
+    const bool negative = !text.empty() && text.front() == L'-';
+    if (negative || (!text.empty() && text.front() == L'+')) text.remove_prefix(1);
+    const auto length = UnsignedNumberLength(text);
+    if (length == 0) return std::nullopt;
+    std::string digits;
+    for (const wchar_t character : text.substr(0, length))
+        if (character != L'+') digits += static_cast<char>(character);
+    const double number = ToDouble(digits);
+    return Parsed{negative ? -number : number, text.substr(length)};
+}
+
+} // namespace
+
+std::optional<double> LeadingNumber(StringView text) {
+    const auto parsed = ParseNumber(text);
+    return parsed ? std::optional(parsed->number) : std::nullopt;
+}
+
+std::optional<double> WholeNumber(StringView text) {
+    const auto parsed = ParseNumber(text);
+    if (!parsed || parsed->rest.find_first_not_of(L' ') != StringView::npos) return std::nullopt;
+    return parsed->number;
+}
+
+std::optional<std::int32_t> ToInteger(double number) {
+    const double rounded = std::nearbyint(number);
+    // Written so that what is no number fails as well.
+    const bool fits = rounded >= std::numeric_limits<std::int32_t>::min() &&
+                      rounded <= std::numeric_limits<std::int32_t>::max();
+    return fits ? std::optional(static_cast<std::int32_t>(rounded)) : std::nullopt;
+}
+
+String CanonicalText(double number) {
+    std::array<char, 512> buffer{}; // the longest plain notation of a double has 325 digits and a sign
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number == 0 ? 0.0 : number,
+                                      std::chars_format::fixed);
+    return String(buffer.data(), result.ptr);
+}
+
+String Increased(StringView text) {
+    if (!IsAllDigits(text)) return CanonicalText(LeadingNumber(text).value_or(0) + 1);
+    String digits(WithoutLeadingZeros(text));
+    auto digit = digits.rbegin();
+    for (; digit != digits.rend() && *digit == L'9'; ++digit)
+        *digit = L'0';
+    if (digit == digits.rend()) return L'1' + digits;
+    ++*digit;
+    return digits;
+}
+
+bool NumericallyLess(StringView left, StringView right) {
+    if (!IsAllDigits(left) || !IsAllDigits(right))
+        return LeadingNumber(left).value_or(0) < LeadingNumber(right).value_or(0);
+    left = WithoutLeadingZeros(left);
+    right = WithoutLeadingZeros(right);
+    return left.size() != right.size() ? left.size() < right.size() : left < right;
+}
+
+} // namespace kestrel

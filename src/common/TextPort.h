@@ -1,0 +1,36 @@
+// The port for all that depends on the platform's automation runtime or the user's locale: formatting, numbers and dates
+// in texts, comparison without regard to case.
+#pragma once
+
+#include <optional>
+
+#include "common/String.h"
+
+namespace kestrel {
+
+// Days since 30 December 1899; the fraction is the time of day.
+using Date = double;
+
+class TextPort {
+  public:
+    virtual ~TextPort() = default;
+
+    // The value formatted by the platform's formatting function (first day of the week Sunday, first week the one of 1
+    // January). A format that cannot be applied leaves the value unchanged.
+    [[nodiscard]] virtual String Format(const String& value, const String& format) const = 0;
+
+    // What the text means as a number in the user's locale; nothing when it is not numeric.
+    [[nodiscard]] virtual std::optional<double> Number(const String& text) const = 0;
+
+    // What the text means as a date; nothing when it is none.
+    [[nodiscard]] virtual std::optional<Date> ParseDate(const String& text) const = 0;
+
+    // Whether both texts are the same in the user's locale without regard to case.
+    [[nodiscard]] virtual bool SameText(StringView left, StringView right) const = 0;
+
+    // The text in upper or lower case.
+    [[nodiscard]] virtual String Upper(const String& text) const = 0;
+    [[nodiscard]] virtual String Lower(const String& text) const = 0;
+};
+
+} // namespace kestrel

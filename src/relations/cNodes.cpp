@@ -1,0 +1,279 @@
+#include "relations/cNodes.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "common/Numbers.h"
+#include "common/Ports.h"
+
+namespace kestrel {
+
+namespace {
+
+String KeyOf(const cNode* node) { return node != nullptr ? node->Key() : String(); }
+
+} // namespace
+
+Ref<cNode> cNodes::Add(const IndexKey& relative, int relationship, const String& text, const String& tag) {
+    const Ref<cNodes> alive(this);
+    if (mvarKeyCounter == std::numeric_limits<std::int32_t>::max()) throw Error(Message::Overflow);
+    ++mvarKeyCounter;
+    auto node = Make<cNode>();
+    node->SetText(text);
+    node->SetTag(tag);
+    node->SetKey(L"N" + ToText(mvarKeyCounter));
+    node->SetOwner(this);
+    PlaceNode(relative, relationship, node);
+    return node;
+}
+
+void cNodes::PlaceNode(const IndexKey& relative, int relationship, const Ref<cNode>& node) {
+    if (relative.IsMissing()) {
+        node->SetParent(nullptr);
+        RefuseDuplicate(nullptr, *node);
+        return PlaceAt(node, nullptr, Count() + 1);
+    }
+    const auto anchor = Node(relative);
+    const cNode* parent = relationship == tvwChild ? anchor.Get() : anchor->Parent().Get();
+    RefuseDuplicate(parent, *node);
+    switch (relationship) {
+    case tvwFirst:
+        return PlaceAt(node, parent, IndexOf(*FirstSiblingOf(*anchor)));
+    case tvwLast:
+        return PlaceAt(node, parent, IndexOf(*LastSiblingOf(*anchor)) + 1);
+    case tvwNext:
+        return PlaceAt(node, parent, IndexOf(*anchor) + 1);
+    case tvwPrevious:
+        return PlaceAt(node, parent, IndexOf(*anchor));
+    case tvwChild:
+        if (mvarStyle == tsSimplified) break;
+        return PlaceAt(node, parent, Count() + 1);
+    default:
+        break;
+    }
+    throw Error(Message::InvalidParameter);
+}
+
+void cNodes::PlaceAt(const Ref<cNode>& node, const cNode* parent, std::int32_t position) {
+    mvarNodes.Insert(node, node->Key(), position);
+    node->SetParent(Ref<cNode>(const_cast<cNode*>(parent)));
+    node->SetLastPosition(position);
+    NodesChanged.Raise(KeyOf(parent), node->Key());
+}
+
+void cNodes::RefuseDuplicate(const cNode* parent, const cNode& node) const {
+    const auto twin = FindInLayer(
+        parent, [&node](const cNode& sibling) { return sibling.Text() == node.Text() || sibling.Tag() == node.Tag(); });
+    if (twin) throw Error(twin->Text() == node.Text() ? Message::SameCode : Message::SameValue);
+}
+
+void cNodes::Remove(const IndexKey& indexKey) {
+    const Ref<cNodes> alive(this);
+    const String parentKey = KeyOf(Node(indexKey)->Parent().Get());
+    RemoveItem(indexKey);
+    if (Count() == 0) mvarKeyCounter = 0;
+    NodesChanged.Raise(parentKey, parentKey);
+}
+
+void cNodes::RemoveItem(const IndexKey& indexKey) {
+    const auto node = Node(indexKey);
+    if (!FirstWithParent(node.Get())) {
+        mvarNodes.Remove(IndexOf(*node));
+        return;
+    }
+    auto leaves = MarkSubtree(*node);
+    leaves[static_cast<std::size_t>(IndexOf(*node)) - 1] = true;
+    std::size_t offset = 0;
+    mvarNodes.RemoveIf([&](const Ref<cNode>&) { return leaves[offset++]; });
+}
+
+// One entry per position: whether the node there lies below the root. A chain of parents is followed only through nodes
+// of the list, and each of its nodes once.
+std::vector<bool> cNodes::MarkSubtree(const cNode& root) const {
+    enum : char { Unknown, Outside, Below };
+    const auto count = Count();
+    std::vector<char> marks(static_cast<std::size_t>(count), Unknown);
+    for (std::int32_t position = 1; position <= count; ++position)
+        mvarNodes[position]->SetLastPosition(position);
+    std::vector<std::size_t> chain;
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        char mark = marks[i];
+        chain.clear();
+        for (std::size_t offset = i; mark == Unknown;) {
+            chain.push_back(offset);
+            const cNode* parent = mvarNodes[static_cast<std::int32_t>(offset) + 1]->Parent().Get();
+            if (parent == &root)
+                mark = Below;
+            else if (parent == nullptr || !StandsAt(*parent, parent->LastPosition()))
+                mark = Outside;
+            else
+                mark = marks[offset = static_cast<std::size_t>(parent->LastPosition()) - 1];
+        }
+        for (const auto offset : chain)
+            marks[offset] = mark;
+    }
+    std::vector<bool> below(marks.size());
+    std::transform(marks.begin(), marks.end(), below.begin(), [](char mark) { return mark == Below; });
+    return below;
+}
+
+void cNodes::Drag(const IndexKey& relative, int relationship, const IndexKey& indexKey) {
+    const Ref<cNodes> alive(this);
+    if (indexKey.IsMissing() || Count() < 2) return;
+    const auto node = Node(indexKey);
+    RefuseCycle(relative, relationship, *node);
+    mvarNodes.Remove(IndexOf(*node));
+    PlaceNode(relative, relationship, node);
+}
+
+void cNodes::RefuseCycle(const IndexKey& relative, int relationship, const cNode& node) const {
+    const auto* key = relative.Key();
+    IndexKey place = relative;
+    if (const auto* position = relative.Position())
+        place = *position < IndexOf(node) ? *position : *position + 1; // it counts without the node
+    const bool known = key != nullptr ? mvarNodes.HasKey(*key)
+                                      : place.Position() != nullptr && *place.Position() >= 1 &&
+                                            *place.Position() <= Count();
+    if (!known) return; // the placement itself tells
+    const auto anchor = Node(place);
+    const cNode* parent = relationship == tvwChild ? anchor.Get() : anchor->Parent().Get();
+    for (; parent != nullptr; parent = parent->Parent().Get())
+        if (parent == &node) throw Error(Message::InvalidParameter);
+}
+
+void cNodes::Cls() {
+    const Ref<cNodes> alive(this);
+    mvarNodes.Clear();
+    mvarKeyCounter = 0;
+    NodesChanged.Raise(String(), String());
+}
+
+void cNodes::SetStyle(int style) {
+    if (Count() > 0) throw Error(Message::CantBeChanged);
+    if (style < tsNormal || style > tsUbound) throw Error(Message::InvalidParameter);
+    mvarStyle = static_cast<tvwStyles>(style);
+}
+
+void cNodes::NotifyChanged(const String& key) {
+    const Ref<cNodes> alive(this);
+    if (mvarNodes.HasKey(key)) NodesChanged.Raise(KeyOf(Node(key)->Parent().Get()), String(key));
+}
+
+String cNodes::Conversion(int convStyle, String& value, const IndexKey& indexKey) const {
+    if (convStyle != csCodeToValue && convStyle != csValueToCode) throw Error(Message::InvalidParameter);
+    if (value.empty()) throw Error(Message::InvalidParameter);
+    if (Count() == 0) throw Error(Message::NoRelations);
+    const auto parent = indexKey.IsMissing() ? Ref<cNode>() : Node(indexKey);
+    const bool toValue = convStyle == csCodeToValue;
+    const auto& text = TheText();
+    const auto node = FindInLayer(parent.Get(), [&](const cNode& candidate) {
+        return text.SameText(toValue ? candidate.Text() : candidate.Tag(), value);
+    });
+    if (!node) throw Error(Message::NoRelatedRelation);
+    value = toValue ? node->Tag() : node->Text();
+    return node->Key();
+}
+
+std::int32_t cNodes::IndexOf(const cNode& node) const {
+    // Where it was last found is nearly always where it still is; the list itself decides.
+    if (StandsAt(node, node.LastPosition())) return node.LastPosition();
+    for (std::int32_t position = 1; position <= Count(); ++position) {
+        if (!StandsAt(node, position)) continue;
+        node.SetLastPosition(position);
+        return position;
+    }
+    return Count() + 1;
+}
+
+bool cNodes::StandsAt(const cNode& node, std::int32_t position) const {
+    return position >= 1 && position <= Count() && mvarNodes[position] == &node;
+}
+
+Ref<cNode> cNodes::FirstSiblingOf(const cNode& node) const {
+    const auto first = FindInLayer(node.Parent().Get(), [](const cNode&) { return true; });
+    return first ? first : Ref<cNode>(const_cast<cNode*>(&node));
+}
+
+Ref<cNode> cNodes::LastSiblingOf(const cNode& node) const {
+    const auto index = IndexOf(node);
+    for (auto position = Count(); position > index; --position)
+        if (mvarNodes[position]->Parent() == node.Parent()) return mvarNodes[position];
+    return Ref<cNode>(const_cast<cNode*>(&node));
+}
+
+Ref<cNode> cNodes::NextSiblingOf(const cNode& node) const {
+    for (auto position = IndexOf(node) + 1; position <= Count(); ++position) {
+        if (mvarNodes[position]->Parent() != node.Parent()) continue;
+        mvarNodes[position]->SetLastPosition(position);
+        return mvarNodes[position];
+    }
+    return nullptr;
+}
+
+Ref<cNode> cNodes::PreviousSiblingOf(const cNode& node) const {
+    for (auto position = std::min(IndexOf(node), Count() + 1) - 1; position >= 1; --position)
+        if (mvarNodes[position]->Parent() == node.Parent()) return mvarNodes[position];
+    return nullptr;
+}
+
+Ref<cNode> cNodes::FirstWithParent(const cNode* parent) const {
+    return FindInLayer(parent, [](const cNode&) { return true; });
+}
+
+std::int32_t cNodes::CountDescendants(const cNode& node) const {
+    if (!FirstWithParent(&node)) return 0;
+    const auto below = MarkSubtree(node);
+    return static_cast<std::int32_t>(std::count(below.begin(), below.end(), true));
+}
+
+String cNodes::ExportNodes() const {
+    const auto number = [](const cNode& node) { return StringView(node.Key()).substr(1); };
+    String text = ToText(mvarKeyCounter);
+    for (std::int32_t position = 1; position <= Count(); ++position) {
+        const cNode& node = *mvarNodes[position];
+        text += L';';
+        if (node.Parent()) text += number(*node.Parent());
+        text += L',';
+        text += number(node);
+        text += L',';
+        text += node.Text();
+        text += L',';
+        text += node.Tag();
+    }
+    return text;
+}
+
+void cNodes::ImportNodes(const String& text) {
+    if (text.empty()) return;
+    Splitter records(text, L';');
+    const auto counter = ToInteger(LeadingNumber(*records.Next()).value_or(0));
+    if (!counter) throw Error(Message::Overflow);
+    mvarKeyCounter = *counter;
+    mvarNodes.Clear();
+    mvarNodes.Reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), L';')));
+    while (const auto record = records.Next())
+        ImportRecord(*record);
+}
+
+void cNodes::ImportRecord(StringView record) {
+    std::array<StringView, 4> fields; // parent number, own number, Text, Tag
+    std::size_t count = 0;
+    Splitter splitter(record, L',');
+    while (count < fields.size()) {
+        const auto field = splitter.Next();
+        if (!field) break;
+        fields[count++] = *field;
+    }
+    auto node = Make<cNode>();
+    if (!fields[0].empty()) node->SetParent(Node(L"N" + String(fields[0])));
+    if (count < fields.size()) throw Error(Message::OutOfRange);
+    node->SetText(String(fields[2]));
+    node->SetTag(String(fields[3]));
+    node->SetOwner(this);
+    node->SetKey(L"N" + String(fields[1]));
+    node->SetLastPosition(Count() + 1);
+    mvarNodes.Append(std::move(node), String(L"N").append(fields[1]));
+}
+
+} // namespace kestrel
