@@ -1,8 +1,8 @@
 // One segment of a code rule: its style, how long it is, where its value comes from and how it is converted, and the
 // value itself. The code of the rule is the values of its bands, one after the other.
 //
-// Every setter checks against the band's style, and a refused value leaves the band as it was. Style comes first: until it
-// is set, each setter that depends on it fails with 2002. Style and Name are set once. A change of IncrMode clears
+// Every setter checks against the band's style, and a refused value leaves the band as it was. Style comes first: until
+// it is set, each setter that depends on it fails with 2002. Style and Name are set once. A change of IncrMode clears
 // TrigerBand. A band does not keep its rule alive; when the rule has ended, it answers as a band without one.
 // Texts are compared exactly where nothing else is said; "between A and Z" compares the whole text.
 #pragma once
@@ -26,8 +26,8 @@ class Band final : public Exposed {
 
     // A fixed band's Default; otherwise what was last set, empty at first.
     [[nodiscard]] const String& Value() const noexcept;
-    // A fixed band refuses with 2004. A macro, field or number band formats the value first where Formate is not empty; a
-    // number band takes only what is numeric (2003); both take only Length characters (2036 with the band's name). A
+    // A fixed band refuses with 2004. A macro, field or number band formats the value first where Formate is not empty;
+    // a number band takes only what is numeric (2003); both take only Length characters (2036 with the band's name). A
     // letter band takes Length characters within its range (2003).
     void SetValue(const String& value);
 
@@ -42,13 +42,13 @@ class Band final : public Exposed {
     void SetName(const String& name);
 
     [[nodiscard]] const String& Default() const noexcept { return mvarDefault; }
-    // Fixed: any text, whose length becomes Length. Number: numeric (else 2003), stored in canonical form. Letter: between
-    // A and Z and Length long (else 2003), lower case is raised. Macro and field: 2004.
+    // Fixed: any text, whose length becomes Length. Number: numeric (else 2003), stored in canonical form. Letter:
+    // between A and Z and Length long (else 2003), lower case is raised. Macro and field: 2004.
     void SetDefault(const String& value);
 
     [[nodiscard]] IncrModes IncrMode() const noexcept { return mvarIncrMode; }
-    // Number and letter bands only (2004); imIncrAuto or imTrigered (else 5). A change brings the range into the style's
-    // domain and clears TrigerBand; the same mode again does nothing.
+    // Number and letter bands only (2004); imIncrAuto or imTrigered (else 5). A change brings the range into the
+    // style's domain and clears TrigerBand; the same mode again does nothing.
     void SetIncrMode(int mode);
 
     // As the host records it; day 0 at first.
@@ -56,8 +56,8 @@ class Band final : public Exposed {
     void SetDateUpdated(Date date) noexcept { mvarDateUpdated = date; }
 
     [[nodiscard]] SwapModes SwapMode() const noexcept { return mvarSwapMode; }
-    // Macro and field bands only (2004); 0 to 2 (else 5). To and from smLayersSwap the band's name enters and leaves the
-    // rule's LayeredBands, whose errors pass through after the mode is stored.
+    // Macro and field bands only (2004); 0 to 2 (else 5). To and from smLayersSwap the band's name enters and leaves
+    // the rule's LayeredBands, whose errors pass through after the mode is stored.
     void SetSwapMode(int mode);
 
     [[nodiscard]] const String& InitStart() const noexcept { return mvarInitStart; }
@@ -66,27 +66,27 @@ class Band final : public Exposed {
 
     // Empty: no upper bound.
     [[nodiscard]] const String& InitEnd() const noexcept { return mvarInitEnd; }
-    // Number bands take an empty or a numeric text (else 2003) and keep it as given; letter bands as SetInitStart. A band
-    // that never increases, or of any other style, fails with 2004.
+    // Number bands take an empty or a numeric text (else 2003) and keep it as given; letter bands as SetInitStart. A
+    // band that never increases, or of any other style, fails with 2004.
     void SetInitEnd(const String& value) { CheckRangeValue(mvarInitEnd, value, true); }
 
-    // The names of the bands that this one tracks, made on first use; nothing unless a number or letter band. A name that
-    // is the band's own or no band of the rule is refused with 2022, and so is any name without a rule.
+    // The names of the bands that this one tracks, made on first use; nothing unless a number or letter band. A name
+    // that is the band's own or no band of the rule is refused with 2022, and so is any name without a rule.
     [[nodiscard]] Ref<Names> TrackBands();
-    // The conversion tree: the rule's for layer-style, the band's own for simple conversion (made on first use), nothing
-    // otherwise or for layer-style without a rule.
+    // The conversion tree: the rule's for layer-style, the band's own for simple conversion (made on first use),
+    // nothing otherwise or for layer-style without a rule.
     [[nodiscard]] Ref<cNodes> Relations();
     // The list that DataField is chosen from: the rule's macros or fields; nothing for other styles or without a rule.
     [[nodiscard]] Ref<Lists> DataFields() const;
 
     // The band whose change triggers this one's increase, while it lives; nothing when there is none.
     [[nodiscard]] Ref<Band> TrigerBand() const noexcept { return mvarTrigerBand.Lock(); }
-    // Nothing or a band without a name: none. Otherwise the rule's own band of that name is stored. This band's name fails
-    // with 2038, a name that is no band of the rule with 2003 and the caption "Trigger Band", no rule with 2003.
+    // Nothing or a band without a name: none. Otherwise the rule's own band of that name is stored. This band's name
+    // fails with 2038, a name that is no band of the rule with 2003 and the caption "Trigger Band", no rule with 2003.
     void SetTrigerBand(const Ref<Band>& band);
 
-    // The field or macro the band is bound to: for macro and field bands an empty item, which is made on first use, until
-    // one is set; nothing for other styles.
+    // The field or macro the band is bound to: for macro and field bands an empty item, which is made on first use,
+    // until one is set; nothing for other styles.
     [[nodiscard]] Ref<List> DataField();
     // Must be an item of DataFields, by identity (else 2003 with the caption "Field/Macro"); 2004 without DataFields.
     void SetDataField(const Ref<List>& field);
@@ -117,11 +117,12 @@ class Band final : public Exposed {
 
   private:
     void RequireStyle() const;
-    [[nodiscard]] String CheckedLetters(const String& value) const;
+    // The letters to store: those given, raised, unless they differ from those stored and are refused.
+    [[nodiscard]] String CheckedLetters(const String& stored, const String& value) const;
     void CheckRangeValue(String& target, const String& newValue, bool allowEmpty);
     void RepairRange();
     void EnterOrLeaveLayers(SwapModes before);
-    [[nodiscard]] String FormattedValue(const String& value) const;
+    [[nodiscard]] String CheckedTextValue(const String& value) const;
     [[nodiscard]] String CheckedLetterValue(const String& value) const;
     void mvarTrackBands_BeforeAdd(const String& name, bool& cancel, String& description) const;
 

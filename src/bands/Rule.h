@@ -20,6 +20,8 @@ class Rule : public Exposed {
     [[nodiscard]] virtual cNodes& Relations() = 0;
     // The bands in order, as they are now.
     [[nodiscard]] virtual std::vector<Ref<Band>> Bands() const = 0;
+    // The band of that name without regard to case; nothing when there is none.
+    [[nodiscard]] virtual Ref<Band> FindBand(const String& name) const = 0;
     // Follows a change of a band's DataField.
     virtual void RefreshUsedFields() = 0;
 };

@@ -36,14 +36,7 @@ enum ApplyModes : int { amOverAgain = 0, amSuccessive = 1, amUbound = 2 };
 
 enum SaveOptions : int { soDefault = 0, soNoPrompt = 2, soSaveEnsured = 4 };
 
-enum tvwRelationships : int {
-    tvwFirst = 0,
-    tvwLast = 1,
-    tvwNext = 2,
-    tvwPrevious = 3,
-    tvwChild = 4,
-    tvwUbound = 5
-};
+enum tvwRelationships : int { tvwFirst = 0, tvwLast = 1, tvwNext = 2, tvwPrevious = 3, tvwChild = 4, tvwUbound = 5 };
 
 enum tvwStyles : int { tsNormal = 0, tsSimplified = 1, tsUbound = 2 };
 

@@ -11,8 +11,8 @@ namespace kestrel {
 
 class Error final : public std::exception {
   public:
-    // A library error (2001 and above, raised on the object-error base) or an error of the run-time library (below 2001,
-    // raised plainly). `appended` follows the text directly.
+    // A library error (2001 and above, raised on the object-error base) or an error of the run-time library (below
+    // 2001, raised plainly). `appended` follows the text directly.
     explicit Error(Message message, String appended = {});
 
     // The library error whose text is followed by two line breaks and then `detail`.

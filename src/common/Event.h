@@ -1,4 +1,5 @@
-// A typed event: an ordered list of handlers, called one after the other on the caller's thread with the same arguments.
+// A typed event: an ordered list of handlers, called one after the other on the caller's thread with the same
+// arguments.
 //
 // Invariants: a raise calls the handlers that were subscribed when it began and still are when their turn comes; a
 // handler may subscribe, end any subscription (its own too), raise again, or end the object that owns the event.

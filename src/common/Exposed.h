@@ -1,7 +1,8 @@
 // The base of the model objects that hosts see through automation.
 //
-// The model knows nothing of automation; it only keeps a place where the automation layer notes the one face that stands
-// for this object at present, and whatever must live exactly as long as the object itself (the event connections).
+// The model knows nothing of automation; it only keeps a place where the automation layer notes the one face that
+// stands for this object at present, and whatever must live exactly as long as the object itself (the event
+// connections).
 #pragma once
 
 #include "common/Counted.h"

@@ -25,6 +25,12 @@ class KeyedCollection {
     [[nodiscard]] std::int32_t Count() const noexcept { return static_cast<std::int32_t>(mvarEntries.size()); }
     [[nodiscard]] bool HasKey(const String& key) const { return mvarKeys.count(Keys::Fold(key)) != 0; }
 
+    // Whether it names an item of this collection.
+    [[nodiscard]] bool Knows(const IndexKey& indexKey) const {
+        if (const auto* position = indexKey.Position()) return *position >= 1 && *position <= Count();
+        return indexKey.Key() != nullptr && HasKey(*indexKey.Key());
+    }
+
     // An unknown key or no key at all fails with 5, a position outside 1 to Count() with 9.
     [[nodiscard]] const Item& At(const IndexKey& indexKey) const {
         if (const auto* position = indexKey.Position()) return mvarEntries[CheckedOffset(*position)].item;
@@ -36,8 +42,7 @@ class KeyedCollection {
 
     // The position of the item named; fails as At does.
     [[nodiscard]] std::int32_t PositionOf(const IndexKey& indexKey) const {
-        if (const auto* position = indexKey.Position())
-            return static_cast<std::int32_t>(CheckedOffset(*position)) + 1;
+        if (const auto* position = indexKey.Position()) return static_cast<std::int32_t>(CheckedOffset(*position)) + 1;
         const String* key = &KeyEntry(indexKey).first;
         return FindIf([key](const Entry& entry) { return entry.key == key; });
     }
@@ -45,6 +50,16 @@ class KeyedCollection {
     // The position of the first item that is this one; 0 when there is none.
     [[nodiscard]] std::int32_t Find(const Item& item) const {
         return FindIf([&item](const Entry& entry) { return entry.item == item; });
+    }
+
+    // Where the item at `from` stands after a move just before or just after another one. Neither or both of the two
+    // places, or an unknown one, fail with 2003, a move that leaves the order unchanged with 2008.
+    [[nodiscard]] std::int32_t MovedPosition(std::int32_t from, const IndexKey& before, const IndexKey& after) const {
+        const auto& place = before.IsMissing() ? after : before;
+        if (before.IsMissing() == after.IsMissing() || !Knows(place)) throw Error(Message::InvalidParameter);
+        const auto to = PositionOf(place) + (before.IsMissing() ? 1 : 0); // with the item itself still counted
+        if (to == from || to == from + 1) throw Error(Message::NoDragNeeded);
+        return to > from ? to - 1 : to;
     }
 
     void Append(Item item, const String& key) { Insert(std::move(item), key, Count() + 1); }

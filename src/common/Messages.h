@@ -1,4 +1,5 @@
-// Identifiers of the texts in the string table that the model itself uses. Each error's number is its text's identifier.
+// Identifiers of the texts in the string table that the model itself uses. Each error's number is its text's
+// identifier.
 #pragma once
 
 namespace kestrel {

@@ -91,8 +91,8 @@ std::optional<double> WholeNumber(StringView text) {
 std::optional<std::int32_t> ToInteger(double number) {
     const double rounded = std::nearbyint(number);
     // Written so that what is no number fails as well.
-    const bool fits = rounded >= std::numeric_limits<std::int32_t>::min() &&
-                      rounded <= std::numeric_limits<std::int32_t>::max();
+    const bool fits =
+        rounded >= std::numeric_limits<std::int32_t>::min() && rounded <= std::numeric_limits<std::int32_t>::max();
     return fits ? std::optional(static_cast<std::int32_t>(rounded)) : std::nullopt;
 }
 

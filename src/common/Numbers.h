@@ -8,8 +8,8 @@
 
 namespace kestrel {
 
-// The decimal number at the beginning of the text (leading blanks skipped; sign, digits, ".", exponent), or nothing when
-// the text does not begin with one. What follows the number does not matter.
+// The decimal number at the beginning of the text (leading blanks skipped; sign, digits, ".", exponent), or nothing
+// when the text does not begin with one. What follows the number does not matter.
 [[nodiscard]] std::optional<double> LeadingNumber(StringView text);
 
 // The number that the whole text is (blanks at both ends allowed), or nothing.
@@ -21,8 +21,8 @@ namespace kestrel {
 // The shortest digits that read back as the same number, in plain notation, without blanks.
 [[nodiscard]] String CanonicalText(double number);
 
-// The numeric part of a code plus 1, as decimal text without leading zeros. Exact for all-digit texts of any length; any
-// other text counts as its leading number, or 0 when it has none.
+// The numeric part of a code plus 1, as decimal text without leading zeros. Exact for all-digit texts of any length;
+// any other text counts as its leading number, or 0 when it has none.
 [[nodiscard]] String Increased(StringView text);
 
 // Whether the left text's numeric value is below the right one's; exact for all-digit texts of any length.

@@ -22,8 +22,8 @@ inline constexpr StringView TwoLineBreaks = L"\r\n\r\n";
 // The pieces between the separators; an empty text has one empty piece.
 [[nodiscard]] std::vector<StringView> Split(StringView text, wchar_t separator);
 
-// The piece up to the next separator; rest becomes what follows it. With no separator left, the piece is all of rest and
-// hasMore becomes false. Walks a text piece by piece without building a list.
+// The piece up to the next separator; rest becomes what follows it. With no separator left, the piece is all of rest
+// and hasMore becomes false. Walks a text piece by piece without building a list.
 class Splitter {
   public:
     Splitter(StringView text, wchar_t separator) noexcept : mvarRest(text), mvarSeparator(separator) {}

@@ -1,5 +1,5 @@
-// The port for all that depends on the platform's automation runtime or the user's locale: formatting, numbers and dates
-// in texts, comparison without regard to case.
+// The port for all that depends on the platform's automation runtime or the user's locale: formatting, numbers and
+// dates in texts, comparison without regard to case.
 #pragma once
 
 #include <optional>

@@ -1,12 +1,12 @@
 // A code rule: the ordered bands that make up a code, the rule's settings, the lists of user fields and macros that
-// values come from, the layers, and the rule's own relation tree. It issues codes, takes them apart, and writes itself to
-// a definition string and back.
+// values come from, the layers, and the rule's own relation tree. It issues codes, takes them apart, and writes itself
+// to a definition string and back.
 //
 // Invariants: band names are unique without regard to case; each name in LayeredBands was a band's name when it was
 // added; UsedFields holds the distinct fields and macros that bands are bound to, in band order. Positions are 1-based.
-// Events are raised while the rule is whole; a handler may change, clear or release it. What a handler changed counts: an
-// operation goes on with what is left, and a band that a handler removed is not removed again.
-// Errors: an operation stops where it fails and what it did before stays, except where a member says otherwise.
+// Events are raised while the rule is whole; a handler may change, clear or release it. What a handler changed counts:
+// an operation goes on with what is left, and a band that a handler removed is not removed again. Errors: an operation
+// stops where it fails and what it did before stays, except where a member says otherwise.
 #pragma once
 
 #include <optional>
@@ -35,15 +35,17 @@ class CodeClass final : public Rule {
 
     // --- Bands ---
 
-    // Makes a band and puts it before or after the band named, or at the end. Both places, an empty name, a macro or field
-    // band without DataField and any other band without Default fail with 2003; a name already used with 2019; an unknown
-    // place with 2018 and the place; a value that the band refuses as the band's setter does. Nothing is added then.
+    // Makes a band and puts it before or after the band named, or at the end. Both places, an empty name, a macro or
+    // field band without DataField and any other band without Default fail with 2003; a name already used with 2019; an
+    // unknown place with 2018 and the place; a value that the band refuses as the band's setter does. Nothing is added
+    // then.
     Ref<kestrel::Band> Add(const NewBand& definition);
     // An unknown name fails with 5, a position outside 1 to Count() with 9.
     [[nodiscard]] Ref<kestrel::Band> Band(const IndexKey& indexKey) const { return mvarBands.At(indexKey); }
     [[nodiscard]] std::int32_t Count() const noexcept { return mvarBands.Count(); }
-    // Asks the host (BeforeDropBand), whose Cancel ends it silently. A band that triggers others fails with 2009 and their
-    // names; one that others track is removed only when the user agrees, else 2011. Fails as Band on an unknown band.
+    // Asks the host (BeforeDropBand), whose Cancel ends it silently. A band that triggers others fails with 2009 and
+    // their names; one that others track is removed only when the user agrees, else 2011. Fails as Band on an unknown
+    // band.
     void Remove(const IndexKey& indexKey);
     // Moves a band just before or just after another one; nothing in a rule of fewer than two bands. Neither or both
     // places, or an unknown place, fail with 2003; a move that changes nothing with 2008.
@@ -105,8 +107,8 @@ class CodeClass final : public Rule {
     void Load(const String& definition);
     // A code: gsCurrent the last one issued, gsNewCode the next one; any other style fails with 2003.
     [[nodiscard]] String GetCode(int style = gsCurrent);
-    // Spreads a code over the bands and their fields and macros. A wrong length fails with 2040, a fixed band whose text
-    // differs with 2041; bands before it keep their part.
+    // Spreads a code over the bands and their fields and macros. A wrong length fails with 2040, a fixed band whose
+    // text differs with 2041; bands before it keep their part.
     void ExpCode(const String& code);
 
     // --- The host ---
@@ -114,23 +116,23 @@ class CodeClass final : public Rule {
     // Hands the definition to the host when it differs from the host's own and the user agrees; a host that does not
     // confirm makes it fail with plain 2005. The options change nothing.
     void Save(int options = soDefault);
-    // An empty title keeps the dialog's own caption; allowSetup is remembered.
-    void ShowDesigner(const String& title, bool allowSetup);
-    void ShowFieldManage(const String& title);
-    void ShowOptions(const String& title);
+    // An empty title keeps the dialog's own caption; allowSetup is remembered, left out it keeps what it was.
+    void ShowDesigner(const String& title = {}, std::optional<bool> allowSetup = {});
+    void ShowFieldManage(const String& title = {});
+    void ShowOptions(const String& title = {});
 
-    Event<String&, bool&> SaveRequested;                 // Value, bChieved
-    Event<String&, bool&> LoadRequested;                 // Value, bChieved; for hosts, raised by nothing here
+    Event<String&, bool&> SaveRequested; // Value, bChieved
+    Event<String&, bool&> LoadRequested; // Value, bChieved; for hosts, raised by nothing here
     Event<> FieldsChanged;
     Event<> BandsChanged;
-    Event<String&> AddField;                             // Name
-    Event<String&> DropField;                            // Name
-    Event<String&, bool&, String&> BeforeDropField;      // Name, Cancel, Description; raised by nothing here
-    Event<String&, bool&, String&> BeforeDropBand;       // Name, Cancel, Description
+    Event<String&> AddField;                        // Name
+    Event<String&> DropField;                       // Name
+    Event<String&, bool&, String&> BeforeDropField; // Name, Cancel, Description; raised by nothing here
+    Event<String&, bool&, String&> BeforeDropBand;  // Name, Cancel, Description
     Event<> LayeredBandsChanged;
     Event<> RelationsChanged;
-    Event<String&, String&> GetLastCode;                 // Filter, Value
-    Event<String&, String&> GetSettings;                 // Name, Value
+    Event<String&, String&> GetLastCode; // Filter, Value
+    Event<String&, String&> GetSettings; // Name, Value
 
     // --- For the dialogs ---
 
@@ -146,8 +148,9 @@ class CodeClass final : public Rule {
     // name fails with 2003, otherwise as Add. Raises BandsChanged, then puts a layer-style band into LayeredBands.
     void AppendBand(const Ref<kestrel::Band>& band, const IndexKey& before = {}, const IndexKey& after = {},
                     const Ref<List>& dataField = {});
-    // The band of that name without regard to case; nothing when there is none.
-    [[nodiscard]] Ref<kestrel::Band> FindBand(const String& name) const;
+    [[nodiscard]] Ref<kestrel::Band> FindBand(const String& name) const override;
+    // Whether the rule holds this very band.
+    [[nodiscard]] bool Holds(const kestrel::Band& band) const { return FindBand(band.Name()) == &band; }
 
   private:
     using BandCollection = KeyedCollection<Ref<kestrel::Band>, BandKeys>;
@@ -160,6 +163,7 @@ class CodeClass final : public Rule {
     void mvarLayeredBands_CollectionChanged();
 
     [[nodiscard]] std::int32_t AppendPosition(const IndexKey& before, const IndexKey& after) const;
+    void UntieBands();
     void TieAndInsert(const Ref<kestrel::Band>& band, const IndexKey& before, const IndexKey& after,
                       const Ref<List>& dataField);
     void EnterLayers(const kestrel::Band& band);

@@ -18,8 +18,8 @@ class Dialogs {
     virtual void ShowFieldManage(CodeClass& rule, const String& title) = 0;
     virtual void ShowOptions(CodeClass& rule, const String& title) = 0;
 
-    // Position: 1 before the relative band, 2 after it, 3 at the end; anything else fails with 2003. The relative name is
-    // empty in a rule without bands.
+    // Position: 1 before the relative band, 2 after it, 3 at the end; anything else fails with 2003. The relative name
+    // is empty in a rule without bands.
     virtual void ShowAddBand(CodeClass& rule, const String& relativeName, int position) = 0;
     // The key is empty when no node is selected. With modify, the node itself is edited and the relationship not used.
     virtual void ShowAddRelation(CodeClass& rule, std::int32_t bandIndex, const String& relativeKey, int relationship,

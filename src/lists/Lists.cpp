@@ -91,19 +91,10 @@ void Lists::Remove(const IndexKey& indexKey) {
 
 void Lists::MoveItem(const IndexKey& indexKey, const IndexKey& before, const IndexKey& after) {
     const Ref<Lists> alive(this);
-    const auto positionOf = [this](const IndexKey& place) {
-        const auto count = static_cast<std::int64_t>(Count());
-        const bool known = place.Position() != nullptr ? *place.Position() >= 1 && *place.Position() <= count
-                                                       : place.Key() != nullptr && mvarItems.HasKey(*place.Key());
-        if (!known) throw Error(Message::InvalidParameter);
-        return mvarItems.PositionOf(place);
-    };
-    if (before.IsMissing() == after.IsMissing()) throw Error(Message::InvalidParameter);
-    const auto from = positionOf(indexKey);
-    // Where the item would stand with itself still in the list.
-    const auto to = before.IsMissing() ? positionOf(after) + 1 : positionOf(before);
-    if (to == from || to == from + 1) throw Error(Message::NoDragNeeded);
-    Place(mvarItems.Remove(from), to > from ? to - 1 : to);
+    if (!mvarItems.Knows(indexKey)) throw Error(Message::InvalidParameter);
+    const auto from = mvarItems.PositionOf(indexKey);
+    const auto to = mvarItems.MovedPosition(from, before, after);
+    Place(mvarItems.Remove(from), to);
     CollectionChanged.Raise();
 }
 

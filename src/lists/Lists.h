@@ -1,10 +1,11 @@
 // An ordered collection of List items keyed by their names, whose changes can be vetoed, and its one-line text form.
 //
-// Keys compare exactly; positions are 1-based. While an event is raised the collection is whole; a handler may change it.
-// After a handler returns, what it changed counts: an item that it removed meanwhile is not removed again.
+// Keys compare exactly; positions are 1-based. While an event is raised the collection is whole; a handler may change
+// it. After a handler returns, what it changed counts: an item that it removed meanwhile is not removed again.
 //
-// Text form: records joined by ";", each Name,ForeignName,Value[,Description]. ForeignName is empty where it equals Name
-// without regard to case; Description is left out where it has no text. Nothing is escaped: a name or value that holds
+// Text form: records joined by ";", each Name,ForeignName,Value[,Description]. ForeignName is empty where it equals
+// Name without regard to case; Description is left out where it has no text. Nothing is escaped: a name or value that
+// holds
 // "," or ";" does not survive.
 #pragma once
 

@@ -25,8 +25,8 @@ class Names final : public Exposed {
     // The strings in order, as they are now.
     [[nodiscard]] std::vector<String> Snapshot() const { return mvarItems.Snapshot(); }
 
-    // Replaces all strings by the pieces of the text between ";", empty and repeated ones included; an empty text leaves
-    // none. Raises nothing.
+    // Replaces all strings by the pieces of the text between ";", empty and repeated ones included; an empty text
+    // leaves none. Raises nothing.
     void ImportNames(const String& definitions);
     // All strings joined with ",", which ImportNames does not read: who reads this text adds each name through Add.
     [[nodiscard]] String NamesText() const { return Join(Snapshot(), L","); }

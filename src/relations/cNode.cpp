@@ -41,8 +41,8 @@ Ref<cNode> cNode::Root() const {
 }
 
 std::int32_t cNode::Children() const noexcept {
-    // The sum of the children's own Children, with nothing added for a child itself: by induction from the leaves up, 0.
-    // Hosts rely on what they have always been shown here.
+    // The sum of the children's own Children, with nothing added for a child itself: by induction from the leaves up,
+    // 0. Hosts rely on what they have always been shown here.
     return 0;
 }
 

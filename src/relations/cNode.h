@@ -1,11 +1,11 @@
-// One entry of a relation tree: a code (Text) and what it stands for (Tag) in one layer of a layered code. The nodes whose
-// Parent is this one are the relations of the next layer under its code.
+// One entry of a relation tree: a code (Text) and what it stands for (Tag) in one layer of a layered code. The nodes
+// whose Parent is this one are the relations of the next layer under its code.
 //
-// A node knows its parent (held) and its tree (not held). Order and kinship exist only through the tree's flat list, where
-// positions are 1-based; siblings are the nodes with the identical Parent, so all nodes without one are siblings. Every
-// navigation is computed from that list in one pass at most. A node without a tree, or whose tree has ended, answers with
-// the neutral result named at each member. A node that has left its tree still belongs to it: its Index is Count + 1, it
-// is its own last sibling, and what is set on it is not announced.
+// A node knows its parent (held) and its tree (not held). Order and kinship exist only through the tree's flat list,
+// where positions are 1-based; siblings are the nodes with the identical Parent, so all nodes without one are siblings.
+// Every navigation is computed from that list in one pass at most. A node without a tree, or whose tree has ended,
+// answers with the neutral result named at each member. A node that has left its tree still belongs to it: its Index is
+// Count + 1, it is its own last sibling, and what is set on it is not announced.
 #pragma once
 
 #include <cstdint>
@@ -33,17 +33,17 @@ class cNode final : public Exposed {
     // Nothing, except for a node that is its own first sibling or directly follows it: there it fails with 438, or with
     // 91 when one of the two parents compared is none. PreviousSibling() is the member to use.
     [[nodiscard]] Ref<cNode> Previous() const;
-    [[nodiscard]] Ref<cNode> Nexts() const;         // the next sibling; nothing when there is none
-    [[nodiscard]] std::int32_t Index() const;       // position in the tree's list; without tree 0
-    [[nodiscard]] std::int32_t Layer() const;       // number of parents above; without tree 0
+    [[nodiscard]] Ref<cNode> Nexts() const;   // the next sibling; nothing when there is none
+    [[nodiscard]] std::int32_t Index() const; // position in the tree's list; without tree 0
+    [[nodiscard]] std::int32_t Layer() const; // number of parents above; without tree 0
     [[nodiscard]] const String& Text() const noexcept { return mvarText; }
     [[nodiscard]] const String& Tag() const noexcept { return mvarTag; }
     // A sibling with exactly this text fails with 2029, one with exactly this tag with 2030, and nothing changes. The
     // same text again does nothing; a change is announced by the tree.
     void SetText(const String& text);
     void SetTag(const String& tag);
-    [[nodiscard]] Ref<cNode> PreviousSibling() const;   // the nearest earlier sibling; nothing when there is none
-    [[nodiscard]] std::int32_t Descendants() const;     // number of nodes below, all levels; without tree 0
+    [[nodiscard]] Ref<cNode> PreviousSibling() const; // the nearest earlier sibling; nothing when there is none
+    [[nodiscard]] std::int32_t Descendants() const;   // number of nodes below, all levels; without tree 0
 
     // For the tree.
     void SetOwner(cNodes* tree);

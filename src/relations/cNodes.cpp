@@ -38,19 +38,14 @@ void cNodes::PlaceNode(const IndexKey& relative, int relationship, const Ref<cNo
     const cNode* parent = relationship == tvwChild ? anchor.Get() : anchor->Parent().Get();
     RefuseDuplicate(parent, *node);
     switch (relationship) {
-    case tvwFirst:
-        return PlaceAt(node, parent, IndexOf(*FirstSiblingOf(*anchor)));
-    case tvwLast:
-        return PlaceAt(node, parent, IndexOf(*LastSiblingOf(*anchor)) + 1);
-    case tvwNext:
-        return PlaceAt(node, parent, IndexOf(*anchor) + 1);
-    case tvwPrevious:
-        return PlaceAt(node, parent, IndexOf(*anchor));
+    case tvwFirst: return PlaceAt(node, parent, IndexOf(*FirstSiblingOf(*anchor)));
+    case tvwLast: return PlaceAt(node, parent, IndexOf(*LastSiblingOf(*anchor)) + 1);
+    case tvwNext: return PlaceAt(node, parent, IndexOf(*anchor) + 1);
+    case tvwPrevious: return PlaceAt(node, parent, IndexOf(*anchor));
     case tvwChild:
         if (mvarStyle == tsSimplified) break;
         return PlaceAt(node, parent, Count() + 1);
-    default:
-        break;
+    default: break;
     }
     throw Error(Message::InvalidParameter);
 }
@@ -128,14 +123,10 @@ void cNodes::Drag(const IndexKey& relative, int relationship, const IndexKey& in
 }
 
 void cNodes::RefuseCycle(const IndexKey& relative, int relationship, const cNode& node) const {
-    const auto* key = relative.Key();
     IndexKey place = relative;
     if (const auto* position = relative.Position())
         place = *position < IndexOf(node) ? *position : *position + 1; // it counts without the node
-    const bool known = key != nullptr ? mvarNodes.HasKey(*key)
-                                      : place.Position() != nullptr && *place.Position() >= 1 &&
-                                            *place.Position() <= Count();
-    if (!known) return; // the placement itself tells
+    if (!mvarNodes.Knows(place)) return;                               // the placement itself tells
     const auto anchor = Node(place);
     const cNode* parent = relationship == tvwChild ? anchor.Get() : anchor->Parent().Get();
     for (; parent != nullptr; parent = parent->Parent().Get())

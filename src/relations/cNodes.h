@@ -1,13 +1,13 @@
-// A relation tree: an ordered list of nodes whose Parent references give it its shape, one lookup per layer from code to
-// value or from value to code, and a text form.
+// A relation tree: an ordered list of nodes whose Parent references give it its shape, one lookup per layer from code
+// to value or from value to code, and a text form.
 //
-// Invariants: keys are unique, "N" and a number that is not used again while the tree holds nodes; positions are 1-based
-// and run over the whole list, whatever the layers. Among siblings Add and Drag keep codes unique and values unique.
-// While NodesChanged is raised the tree is whole, and a handler may change or release it.
+// Invariants: keys are unique, "N" and a number that is not used again while the tree holds nodes; positions are
+// 1-based and run over the whole list, whatever the layers. Among siblings Add and Drag keep codes unique and values
+// unique. While NodesChanged is raised the tree is whole, and a handler may change or release it.
 //
-// Text form: the key counter, then for each node in order ";" and parent number, own number, Text, Tag, separated by ",".
-// Numbers are keys without their "N"; a first-layer node has an empty parent number. Nothing is escaped: a code or value
-// that holds "," or ";" does not survive.
+// Text form: the key counter, then for each node in order ";" and parent number, own number, Text, Tag, separated by
+// ",". Numbers are keys without their "N"; a first-layer node has an empty parent number. Nothing is escaped: a code or
+// value that holds "," or ";" does not survive.
 #pragma once
 
 #include <vector>
@@ -34,9 +34,9 @@ class cNodes final : public Exposed {
     void Remove(const IndexKey& indexKey);
     // The nodes in order, as they are now.
     [[nodiscard]] std::vector<Ref<cNode>> Snapshot() const { return mvarNodes.Snapshot(); }
-    // Takes the node out and places it anew, as Add does; Relative as a position counts without the node. A missing node
-    // or a tree of fewer than two nodes moves nothing. A new parent that is the node or one of its descendants fails
-    // with 2003 before anything moves; any other failure of the placement leaves the node out of the tree.
+    // Takes the node out and places it anew, as Add does; Relative as a position counts without the node. A missing
+    // node or a tree of fewer than two nodes moves nothing. A new parent that is the node or one of its descendants
+    // fails with 2003 before anything moves; any other failure of the placement leaves the node out of the tree.
     void Drag(const IndexKey& relative, int relationship, const IndexKey& indexKey);
     // Removes every node and starts the keys anew; raises NodesChanged with two empty keys.
     void Cls();
@@ -57,9 +57,9 @@ class cNodes final : public Exposed {
     // Raises NodesChanged for the node with that key; nothing when the tree holds none.
     void NotifyChanged(const String& key);
     [[nodiscard]] String ExportNodes() const;
-    // An empty text changes nothing. Otherwise all nodes are replaced, without any event or check of duplicates. A record
-    // of fewer than four fields fails with 9, an unknown parent number with 5, a number used twice with 457, and the
-    // nodes before it stay; a key counter beyond 32 bits fails with 6 before anything changes.
+    // An empty text changes nothing. Otherwise all nodes are replaced, without any event or check of duplicates. A
+    // record of fewer than four fields fails with 9, an unknown parent number with 5, a number used twice with 457, and
+    // the nodes before it stay; a key counter beyond 32 bits fails with 6 before anything changes.
     void ImportNodes(const String& text);
 
     // The steps of a node's navigation; each is one pass at most.

@@ -48,8 +48,7 @@ String StandInStrings::Text(int number) const {
         return L##english;
 #include "resources/strings.inc"
 #undef STRING
-    default:
-        return {};
+    default: return {};
     }
 }
 
