@@ -18,15 +18,15 @@ namespace kestrel {
 
 // What a new band is made of; what is left out keeps the band's own initial value.
 struct NewBand {
-    String name;
+    String name{};
     int style = bsFixed;
-    std::optional<int> swapMode;
-    std::optional<String> defaultValue;
-    Ref<List> dataField;
-    std::optional<std::int32_t> length;
-    std::optional<String> formate;
-    IndexKey before;
-    IndexKey after;
+    std::optional<int> swapMode{};
+    std::optional<String> defaultValue{};
+    Ref<List> dataField{};
+    std::optional<std::int32_t> length{};
+    std::optional<String> formate{};
+    IndexKey before{};
+    IndexKey after{};
 };
 
 class CodeClass final : public Rule {
