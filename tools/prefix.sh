@@ -1,0 +1,79 @@
+#!/usr/bin/env bash
+# Makes the project's private Wine prefix when it is missing, unfinished or from an older recipe.
+# shellcheck source=tools/common.sh
+. "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+# shellcheck source=tools/wine-env.sh
+. "$ROOT/tools/wine-env.sh"
+
+# Raise it whenever the steps below change.
+RECIPE=1
+WORK="$PREFIX.new"
+
+prefix_is_whole() {
+    [ -f "$PREFIX_STAMP" ] && [ "$(cat "$PREFIX_STAMP")" = "$RECIPE" ] &&
+        [ -s "$PREFIX/system.reg" ] && [ -s "$PREFIX/user.reg" ] &&
+        [ -f "$PREFIX/drive_c/windows/system32/kernel32.dll" ] &&
+        [ -f "$PREFIX/drive_c/windows/syswow64/kernel32.dll" ]
+}
+
+# Registry settings for runs that nobody watches: a crash ends the program at once instead of opening a debugger, and
+# windows are drawn by Wine itself, because without a window manager each managed one takes seconds to close.
+registry_settings() {
+    cat <<'REG'
+REGEDIT4
+
+[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows NT\CurrentVersion\AeDebug]
+"Debugger"="false"
+
+[HKEY_LOCAL_MACHINE\Software\Wow6432Node\Microsoft\Windows NT\CurrentVersion\AeDebug]
+"Debugger"="false"
+
+[HKEY_CURRENT_USER\Software\Wine\WineDbg]
+"ShowCrashDialog"=dword:00000000
+
+[HKEY_CURRENT_USER\Software\Wine\X11 Driver]
+"Managed"="N"
+REG
+}
+
+# Ends the server of a prefix and waits until it is gone; without one there is nothing to do. usage: end_server PREFIX
+end_server() {
+    [ -d "$1" ] || return 0
+    WINEPREFIX="$1" wineserver -k 2>/dev/null || true
+    WINEPREFIX="$1" wineserver -w 2>/dev/null || true
+}
+
+make_prefix() {
+    export WINEPREFIX="$WORK"
+    unset DISPLAY
+    wineboot -i || return 1
+    # Without Wine's own fonts in the prefix dialogs come out too wide.
+    cp /usr/share/wine/fonts/*.ttf "$WORK/drive_c/windows/Fonts/" || return 1
+    registry_settings >"$WORK/drive_c/settings.reg"
+    wine regedit /S 'C:\settings.reg' || return 1
+    rm "$WORK/drive_c/settings.reg"
+    wineserver -w
+    grep -q ShowCrashDialog "$WORK/user.reg" || { echo "the settings did not reach the registry"; return 1; }
+    printf '%s\n' "$RECIPE" >"$WORK/${PREFIX_STAMP##*/}"
+}
+
+main() {
+    command -v wineboot >/dev/null || fail "wine is not installed (tools/packages.sh installs it)"
+    mkdir -p "$(dirname "$PREFIX")" || fail "cannot write to $(dirname "$PREFIX")"
+    # Two runs at once must not build the same prefix: the second waits and finds it done. The children must not inherit
+    # the lock, or a lingering Wine process would hold it.
+    exec 9>"$PREFIX.lock"
+    flock 9
+    prefix_is_whole && return 0
+    say "Making the Wine prefix"
+    trap 'end_server "$WORK"; rm -rf "$WORK"' EXIT
+    trap 'exit 130' INT TERM HUP
+    end_server "$WORK"
+    end_server "$PREFIX"
+    rm -rf "$WORK" "$PREFIX"
+    with_log prefix make_prefix 9>&- || fail "the Wine prefix could not be made"
+    # Moved in one step, so that whatever stands under the final name is whole.
+    mv "$WORK" "$PREFIX"
+}
+
+main "$@"
