@@ -107,9 +107,9 @@ void CodeClass::Remove(const IndexKey& indexKey) {
     if (!Holds(*band)) return; // the host's code may run while the question is open
     RemoveFromTrackers(band->Name());
     mvarBands.Remove(mvarBands.PositionOf(band->Name()));
+    band->SetParentRule(nullptr);
     RefreshUsedFields();
     RemoveFromLayers(band->Name());
-    band->SetParentRule(nullptr);
     BandsChanged.Raise();
 }
 

@@ -163,7 +163,6 @@ class CodeClass final : public Rule {
     void mvarLayeredBands_CollectionChanged();
 
     [[nodiscard]] std::int32_t AppendPosition(const IndexKey& before, const IndexKey& after) const;
-    void UntieBands();
     void TieAndInsert(const Ref<kestrel::Band>& band, const IndexKey& before, const IndexKey& after,
                       const Ref<List>& dataField);
     void EnterLayers(const kestrel::Band& band);
