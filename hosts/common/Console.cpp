@@ -1,0 +1,86 @@
+#include "hosts/common/Console.h"
+
+#include <windows.h>
+
+#include <fcntl.h>
+#include <io.h>
+#include <shellapi.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "hosts/common/HostError.h"
+#include "hosts/common/Utf8.h"
+
+namespace hosts {
+
+namespace {
+
+void Write(std::FILE* stream, std::wstring_view line) {
+    const std::string bytes = ToUtf8(line) + '\n';
+    if (std::fwrite(bytes.data(), 1, bytes.size(), stream) != bytes.size() && stream == stdout)
+        throw HostError(L"standard output takes nothing any more");
+}
+
+struct FreeLocal {
+    void operator()(wchar_t** memory) const noexcept { LocalFree(memory); }
+};
+
+} // namespace
+
+void PrepareConsole() {
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+    SetConsoleOutputCP(CP_UTF8);
+}
+
+void PrintLine(std::wstring_view line) { Write(stdout, line); }
+
+void FlushOut() {
+    if (std::fflush(stdout) != 0) throw HostError(L"standard output takes nothing any more");
+}
+
+void ReportLine(std::wstring_view line) {
+    std::fflush(stdout);
+    Write(stderr, line);
+    std::fflush(stderr);
+}
+
+std::wstring OneLine(std::wstring_view message) {
+    std::wstring line;
+    bool pending = false;
+    for (const wchar_t character : message) {
+        const bool isBreak = character == L'\r' || character == L'\n';
+        if (!isBreak && pending && !line.empty()) line += L"; ";
+        if (!isBreak) line.push_back(character);
+        pending = isBreak;
+    }
+    return line;
+}
+
+std::vector<std::wstring> ProgramArguments() {
+    int count = 0;
+    const std::unique_ptr<wchar_t*, FreeLocal> arguments(CommandLineToArgvW(GetCommandLineW(), &count));
+    if (!arguments) return {};
+    return {arguments.get() + 1, arguments.get() + count};
+}
+
+int RunProgram(std::wstring_view name, int (*body)(const std::vector<std::wstring>&)) {
+    PrepareConsole();
+    std::wstring message;
+    try {
+        const int result = body(ProgramArguments());
+        FlushOut();
+        return result;
+    } catch (const HostError& error) {
+        message = OneLine(error.Message());
+    } catch (const std::bad_alloc&) {
+        message = L"out of memory";
+    } catch (const std::exception& error) {
+        message = FromOwnUtf8(error.what());
+    }
+    ReportLine(std::wstring(name) + L": " + message);
+    return 1;
+}
+
+} // namespace hosts
