@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <string_view>
 
 namespace kestrel {
 
@@ -52,14 +53,28 @@ struct Parsed {
     StringView rest;
 };
 
+// Of digits that no double can hold: whether they are too large, and not too small. The place of the first digit that
+// counts and the exponent together say so.
+bool IsTooLarge(std::string_view digits) {
+    const auto mantissa = digits.substr(0, digits.find_first_of("eE"));
+    const auto point = std::min(mantissa.find('.'), mantissa.size());
+    const auto magnitude = static_cast<std::int64_t>(point) -
+                           static_cast<std::int64_t>(std::min(mantissa.find_first_of("123456789"), mantissa.size()));
+    if (mantissa.size() == digits.size()) return magnitude > 0;
+    const auto exponentText = digits.substr(mantissa.size() + 1);
+    std::int64_t exponent = 0;
+    const auto end = exponentText.data() + exponentText.size();
+    if (std::from_chars(exponentText.data(), end, exponent).ec == std::errc::result_out_of_range)
+        return exponentText.front() != '-';
+    return exponent > -magnitude;
+}
+
 // Too large reads as infinity, too small as 0, as the digits say.
 double ToDouble(const std::string& digits) {
     double number = 0;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     if (result.ec != std::errc::result_out_of_range) return number;
-    return digits.find("e-") == std::string::npos && digits.find("E-") == std::string::npos
-               ? std::numeric_limits<double>::infinity()
-               : 0;
+    return IsTooLarge(digits) ? std::numeric_limits<double>::infinity() : 0;
 }
 
 std::optional<Parsed> ParseNumber(StringView text) {

@@ -107,7 +107,8 @@ void cNode::RefuseSibling(Side side, const String& text, Message message) const 
 
 void cNode::Announce() {
     const Ref<cNode> alive(this);
-    if (const auto tree = GetOwner()) tree->NotifyChanged(mvarKey);
+    // A node that has left the tree may have the key of a newer one.
+    if (const auto tree = GetOwner(); tree && tree->IndexOf(*this) <= tree->Count()) tree->NotifyChanged(mvarKey);
 }
 
 } // namespace kestrel

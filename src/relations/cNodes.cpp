@@ -123,14 +123,20 @@ void cNodes::Drag(const IndexKey& relative, int relationship, const IndexKey& in
 }
 
 void cNodes::RefuseCycle(const IndexKey& relative, int relationship, const cNode& node) const {
-    IndexKey place = relative;
-    if (const auto* position = relative.Position())
-        place = *position < IndexOf(node) ? *position : *position + 1; // it counts without the node
-    if (!mvarNodes.Knows(place)) return;                               // the placement itself tells
-    const auto anchor = Node(place);
+    const auto anchor = AnchorBeside(relative, node);
+    if (!anchor) return; // the placement itself tells
     const cNode* parent = relationship == tvwChild ? anchor.Get() : anchor->Parent().Get();
     for (; parent != nullptr; parent = parent->Parent().Get())
         if (parent == &node) throw Error(Message::InvalidParameter);
+}
+
+// What Relative names once the node has left the list: a position then counts without it. Nothing when it names
+// nothing.
+Ref<cNode> cNodes::AnchorBeside(const IndexKey& relative, const cNode& node) const {
+    if (!mvarNodes.Knows(relative)) return nullptr;
+    const auto* position = relative.Position();
+    if (position == nullptr || *position < IndexOf(node)) return Node(relative);
+    return *position < Count() ? Node(*position + 1) : nullptr;
 }
 
 void cNodes::Cls() {

@@ -85,6 +85,7 @@ class cNodes final : public Exposed {
     void PlaceAt(const Ref<cNode>& node, const cNode* parent, std::int32_t position);
     void RefuseDuplicate(const cNode* parent, const cNode& node) const;
     void RefuseCycle(const IndexKey& relative, int relationship, const cNode& node) const;
+    [[nodiscard]] Ref<cNode> AnchorBeside(const IndexKey& relative, const cNode& node) const;
     [[nodiscard]] bool StandsAt(const cNode& node, std::int32_t position) const;
     [[nodiscard]] std::vector<bool> MarkSubtree(const cNode& root) const;
     void ImportRecord(StringView record);
