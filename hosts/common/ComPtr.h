@@ -32,6 +32,9 @@ class ComPtr {
         return pointer;
     }
 
+    // Gives up the reference, which the caller then holds.
+    [[nodiscard]] Interface* Detach() noexcept { return std::exchange(mvarObject, nullptr); }
+
     [[nodiscard]] Interface* Get() const noexcept { return mvarObject; }
     Interface* operator->() const noexcept { return mvarObject; }
     explicit operator bool() const noexcept { return mvarObject != nullptr; }

@@ -16,8 +16,8 @@ namespace hosts {
 
 namespace {
 
-void Write(std::FILE* stream, std::wstring_view line) {
-    const std::string bytes = ToUtf8(line) + '\n';
+void Write(std::FILE* stream, std::wstring_view text) {
+    const std::string bytes = ToUtf8(text);
     if (std::fwrite(bytes.data(), 1, bytes.size(), stream) != bytes.size() && stream == stdout)
         throw HostError(L"standard output takes nothing any more");
 }
@@ -34,17 +34,21 @@ void PrepareConsole() {
     SetConsoleOutputCP(CP_UTF8);
 }
 
-void PrintLine(std::wstring_view line) { Write(stdout, line); }
+void PrintText(std::wstring_view text) { Write(stdout, text); }
+
+void PrintLine(std::wstring_view line) { PrintText(std::wstring(line) + L'\n'); }
 
 void FlushOut() {
     if (std::fflush(stdout) != 0) throw HostError(L"standard output takes nothing any more");
 }
 
-void ReportLine(std::wstring_view line) {
+void ReportText(std::wstring_view text) {
     std::fflush(stdout);
-    Write(stderr, line);
+    Write(stderr, text);
     std::fflush(stderr);
 }
+
+void ReportLine(std::wstring_view line) { ReportText(std::wstring(line) + L'\n'); }
 
 std::wstring OneLine(std::wstring_view message) {
     std::wstring line;

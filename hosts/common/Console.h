@@ -13,10 +13,13 @@ void PrepareConsole();
 // A line to standard output; buffered until FlushOut or the end of the program. Fails with HostError when nobody takes
 // the output any more.
 void PrintLine(std::wstring_view line);
+// The same without ending the line.
+void PrintText(std::wstring_view text);
 void FlushOut();
 
 // A line to standard error, after what was printed so far.
 void ReportLine(std::wstring_view line);
+void ReportText(std::wstring_view text);
 
 // Line breaks and what stands around them become "; ", so that a message of several lines is one.
 [[nodiscard]] std::wstring OneLine(std::wstring_view message);

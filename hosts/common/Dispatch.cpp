@@ -5,7 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cwchar>
+
+#include "hosts/common/ExceptionTexts.h"
 
 namespace hosts {
 
@@ -13,34 +14,11 @@ namespace {
 
 constexpr std::size_t MaximumArguments = 8;
 
-std::wstring CodeText(HRESULT code) {
-    std::array<wchar_t, 16> text{};
-    std::swprintf(text.data(), text.size(), L"0x%08lX", static_cast<unsigned long>(code));
-    return text.data();
+[[noreturn]] void Raise(ExceptionTexts& exception) {
+    exception.FillIn();
+    const std::wstring description = exception.Description();
+    throw DispatchError(exception.Code(), description.empty() ? L"error " + CodeText(exception.Code()) : description);
 }
-
-// Takes the texts over from the runtime.
-class ExceptionTexts {
-  public:
-    ~ExceptionTexts() {
-        SysFreeString(mvarInfo.bstrSource);
-        SysFreeString(mvarInfo.bstrDescription);
-        SysFreeString(mvarInfo.bstrHelpFile);
-    }
-    ExceptionTexts() = default;
-    ExceptionTexts(const ExceptionTexts&) = delete; // owns what it frees
-    ExceptionTexts& operator=(const ExceptionTexts&) = delete;
-
-    [[nodiscard]] EXCEPINFO* Out() noexcept { return &mvarInfo; }
-    [[noreturn]] void Raise() {
-        if (mvarInfo.pfnDeferredFillIn != nullptr) mvarInfo.pfnDeferredFillIn(&mvarInfo);
-        const std::wstring description = FromBstr(mvarInfo.bstrDescription);
-        throw DispatchError(mvarInfo.scode, description.empty() ? L"error " + CodeText(mvarInfo.scode) : description);
-    }
-
-  private:
-    EXCEPINFO mvarInfo{};
-};
 
 std::wstring NotRegistered(const std::wstring& progId, HRESULT code) {
     const std::wstring bits = sizeof(void*) == 4 ? L"32" : L"64";
@@ -56,12 +34,16 @@ Apartment::Apartment() {
 
 Apartment::~Apartment() { CoUninitialize(); }
 
-Dispatch Dispatch::Create(const std::wstring& progId) {
+HRESULT Dispatch::TryCreate(const std::wstring& progId, ComPtr<IDispatch>& object) {
     CLSID clsid{};
+    const HRESULT result = CLSIDFromProgID(progId.c_str(), &clsid);
+    if (FAILED(result)) return result;
+    return CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.OutVoid());
+}
+
+Dispatch Dispatch::Create(const std::wstring& progId) {
     ComPtr<IDispatch> object;
-    HRESULT result = CLSIDFromProgID(progId.c_str(), &clsid);
-    if (SUCCEEDED(result))
-        result = CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.OutVoid());
+    const HRESULT result = TryCreate(progId, object);
     if (FAILED(result)) throw HostError(NotRegistered(progId, result));
     return Dispatch(object.Get());
 }
@@ -91,7 +73,7 @@ Variant Dispatch::Invoke(const std::wstring& name, WORD kind, std::initializer_l
     ExceptionTexts exception;
     const HRESULT code = mvarObject->Invoke(Id(name), IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
                                             isPut ? nullptr : result.Out(), exception.Out(), nullptr);
-    if (code == DISP_E_EXCEPTION) exception.Raise();
+    if (code == DISP_E_EXCEPTION) Raise(exception);
     if (FAILED(code)) throw DispatchError(code, name + L" failed with error " + CodeText(code));
     return result;
 }

@@ -35,7 +35,9 @@ class Dispatch {
   public:
     Dispatch() = default;
     explicit Dispatch(IDispatch* object) : mvarObject(object) {}
-    // A new object of the class registered under the name; HostError with the way out when there is none.
+    // A new object of the class registered under the name, or the platform's reason why there is none.
+    [[nodiscard]] static HRESULT TryCreate(const std::wstring& progId, ComPtr<IDispatch>& object);
+    // The same; HostError with the way out when there is none.
     [[nodiscard]] static Dispatch Create(const std::wstring& progId);
 
     // Each fails with DispatchError as the object does. Arguments in the order of the declaration.

@@ -23,6 +23,7 @@ class EventArguments {
     // Answers an argument passed by reference; anything else stays as it is.
     void SetText(unsigned position, std::wstring_view text) const;
     void SetFlag(unsigned position, bool flag) const;
+    [[nodiscard]] const DISPPARAMS& Raw() const noexcept { return mvarParameters; }
 
   private:
     [[nodiscard]] VARIANT* At(unsigned position) const noexcept;

@@ -65,4 +65,10 @@ VARIANT* Variant::Out() noexcept {
     return &mvarValue;
 }
 
+VARIANT Variant::Detach() noexcept {
+    const VARIANT held = mvarValue;
+    VariantInit(&mvarValue);
+    return held;
+}
+
 } // namespace hosts

@@ -33,6 +33,10 @@ class Variant {
     [[nodiscard]] IDispatch* Object() const noexcept;
 
     [[nodiscard]] VARIANT* Out() noexcept;
+    // For a callee that reads what is held and may replace it.
+    [[nodiscard]] VARIANT* InOut() noexcept { return &mvarValue; }
+    // What was held, now the caller's to clear.
+    [[nodiscard]] VARIANT Detach() noexcept;
     [[nodiscard]] const VARIANT& Raw() const noexcept { return mvarValue; }
 
   private:

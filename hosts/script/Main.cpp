@@ -1,0 +1,43 @@
+// Runs VBScript and JScript files on a console, with the events of automation objects.
+#include "hosts/common/Console.h"
+#include "hosts/common/Dispatch.h"
+#include "hosts/script/Session.h"
+
+namespace {
+
+using namespace hosts;
+using namespace hosts::script;
+
+constexpr wchar_t Program[] = L"kscript";
+constexpr int BadUsage = 2;
+
+struct Task {
+    Options options;
+    std::vector<Source> sources;
+};
+
+Task TaskFrom(const std::vector<std::wstring>& arguments) {
+    Task task{ParseOptions(arguments), {}};
+    task.sources = ReadSources(task.options);
+    return task;
+}
+
+int RunTask(const Task& task) {
+    const Apartment apartment;
+    return Session(task.options).Run(task.sources);
+}
+
+int Body(const std::vector<std::wstring>& arguments) {
+    Task task;
+    try {
+        task = TaskFrom(arguments);
+    } catch (const HostError& error) {
+        ReportLine(std::wstring(Program) + L": " + OneLine(error.Message()));
+        return BadUsage;
+    }
+    return RunTask(task);
+}
+
+} // namespace
+
+int main() { return RunProgram(Program, &Body); }

@@ -1,0 +1,64 @@
+#include "hosts/script/Options.h"
+
+#include <filesystem>
+
+#include <windows.h>
+
+#include "hosts/common/HostError.h"
+
+namespace hosts::script {
+
+namespace {
+
+using Position = std::vector<std::wstring>::const_iterator;
+
+bool IsOption(const std::wstring& argument) { return argument.starts_with(L"--"); }
+
+Language KnownLanguageOf(const std::wstring& path) {
+    const std::optional<Language> language = LanguageOf(path);
+    if (!language) throw HostError(L"\"" + path + L"\" is neither .vbs nor .js");
+    return *language;
+}
+
+// Moves past the options; what stands there then is the script.
+void ReadOptions(Position& at, Position end, Options& options) {
+    for (; at != end && IsOption(*at); ++at) {
+        if (*at == L"--check-heap") {
+            options.checkHeap = true;
+        } else if (*at != L"--include") {
+            throw HostError(L"there is no option " + *at + L"; " + Usage());
+        } else if (++at == end) {
+            throw HostError(L"--include names no file; " + Usage());
+        } else {
+            options.includes.push_back(*at);
+        }
+    }
+}
+
+} // namespace
+
+std::wstring Usage() { return L"usage: kscript [--check-heap] [--include FILE]... SCRIPT.vbs|SCRIPT.js [ARGUMENT]..."; }
+
+std::optional<Language> LanguageOf(const std::wstring& path) {
+    const std::wstring extension = std::filesystem::path(path).extension().wstring();
+    if (lstrcmpiW(extension.c_str(), L".vbs") == 0) return Language::VBScript;
+    if (lstrcmpiW(extension.c_str(), L".js") == 0) return Language::JScript;
+    return std::nullopt;
+}
+
+Options ParseOptions(const std::vector<std::wstring>& arguments) {
+    Options options;
+    Position at = arguments.begin();
+    ReadOptions(at, arguments.end(), options);
+    if (at == arguments.end()) throw HostError(L"no script is named; " + Usage());
+    options.script = *at;
+    options.language = KnownLanguageOf(options.script);
+    for (const std::wstring& include : options.includes) {
+        if (KnownLanguageOf(include) != options.language)
+            throw HostError(L"\"" + include + L"\" and \"" + options.script + L"\" are in two languages");
+    }
+    options.arguments.assign(at + 1, arguments.end());
+    return options;
+}
+
+} // namespace hosts::script
