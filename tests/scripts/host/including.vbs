@@ -1,0 +1,2 @@
+WScript.Echo Twice(21)
+WScript.Echo Twice(-1)
