@@ -21,12 +21,8 @@ class cNodesDeepTest : public testing::Test {
     Ref<cNodes> mvarTree = TreeOf(ChainText(Depth));
 };
 
-TEST_F(cNodesDeepTest, ImportsAndExports) {
-    EXPECT_EQ(mvarTree->Count(), Depth);
+TEST_F(cNodesDeepTest, ExportsAndNavigates) {
     EXPECT_EQ(mvarTree->ExportNodes(), ChainText(Depth));
-}
-
-TEST_F(cNodesDeepTest, Navigates) {
     EXPECT_EQ(Last()->Layer(), Depth - 1);
     EXPECT_EQ(KeyOf(Last()->Root()), L"N1");
     EXPECT_EQ(mvarTree->Node(1)->Descendants(), Depth - 1);
@@ -34,35 +30,20 @@ TEST_F(cNodesDeepTest, Navigates) {
     EXPECT_EQ(KeyOf(Last()->FirstSibling()), Last()->Key());
 }
 
-TEST_F(cNodesDeepTest, RemovesFromTheTop) {
+TEST_F(cNodesDeepTest, IsRemovedFromTheMiddleAndFromTheTop) {
+    mvarTree->Remove(Depth / 2);
+    EXPECT_EQ(mvarTree->Count(), Depth / 2 - 1);
     mvarTree->Remove(1);
     EXPECT_EQ(mvarTree->Count(), 0);
 }
 
-TEST_F(cNodesDeepTest, RemovesFromTheMiddle) {
-    mvarTree->Remove(Depth / 2);
-    EXPECT_EQ(mvarTree->Count(), Depth / 2 - 1);
-}
-
-TEST_F(cNodesDeepTest, Clears) {
-    mvarTree->Cls();
-    EXPECT_EQ(mvarTree->Count(), 0);
-}
-
-TEST_F(cNodesDeepTest, RefusesToDragTheTopBelowTheBottom) {
+TEST_F(cNodesDeepTest, IsDraggedAndCleared) {
     EXPECT_FAILURE(mvarTree->Drag(Last()->Key(), tvwChild, 1), InvalidParameter);
-    EXPECT_EQ(mvarTree->Count(), Depth);
-}
-
-TEST_F(cNodesDeepTest, DragsTheBottomToTheTop) {
     mvarTree->Drag(1, tvwPrevious, Depth);
     EXPECT_EQ(mvarTree->Node(1)->Layer(), 0);
     EXPECT_EQ(mvarTree->Node(2)->Descendants(), Depth - 2);
-}
-
-TEST_F(cNodesDeepTest, EndsWithItsTree) {
-    mvarTree = nullptr;
-    EXPECT_FALSE(mvarTree);
+    mvarTree->Cls();
+    EXPECT_EQ(mvarTree->Count(), 0);
 }
 
 TEST_F(cNodesDeepTest, OutlivesItsTreeInItsLastNode) {
