@@ -1,0 +1,205 @@
+// What relation trees cost: building, importing, exporting, converting, removing, for flat and layered trees of growing
+// size, import and conversion side by side with the bare work that they cannot do without.
+#include <array>
+#include <utility>
+#include <vector>
+
+#include "bench/Measure.h"
+#include "support/StandIns.h"
+#include "support/Trees.h"
+
+namespace kestrel::bench {
+
+namespace {
+
+using namespace kestrel::test;
+
+enum class Shape { Flat, Layered };
+
+constexpr std::array<int, 3> Sizes = {1'000, 10'000, 100'000};
+// Every Add compares the new node with all its siblings, which takes a pass over the list, since no index is kept:
+// building by Add is quadratic by its nature, and the largest tree is not built that way here.
+constexpr int LargestBuilt = 10'000;
+
+struct Times {
+    int size = 0;
+    Microseconds build = 0; // 0 where it was not measured
+    Microseconds import = 0;
+    Microseconds split = 0; // into fields, as texts
+    Microseconds views = 0; // over the fields, in place
+    Microseconds write = 0;
+    Microseconds convert = 0;
+    Microseconds remove = 0;
+    Microseconds clear = 0;
+};
+
+int Branching(Shape shape, int size) {
+    return shape == Shape::Flat ? size : std::max(1, static_cast<int>(std::cbrt(static_cast<double>(size))));
+}
+
+String Code(int number) { return L"C" + ToText(number); }
+String Value(int number) { return L"value " + ToText(number); }
+
+// The parent's number of each node, 0 for none: as many nodes in the first layer as each of them and each of theirs has
+// below it, and what is left over spread over the second layer.
+int ParentOf(int number, int branching, int size) {
+    if (branching == size || number <= branching) return 0;
+    if (number <= branching + branching * branching) return (number - 1) % branching + 1;
+    return branching + (number - 1) % (branching * branching) + 1;
+}
+
+String TextOf(Shape shape, int size) {
+    const int branching = Branching(shape, size);
+    String text = ToText(size);
+    for (int number = 1; number <= size; ++number) {
+        const int parent = ParentOf(number, branching, size);
+        text += L';' + (parent == 0 ? String() : ToText(parent)) + L',' + ToText(number) + L',' + Code(number) + L',' +
+                Value(number);
+    }
+    return text;
+}
+
+Ref<cNodes> Build(Shape shape, int size) {
+    const int branching = Branching(shape, size);
+    auto tree = Make<cNodes>();
+    for (int number = 1; number <= size; ++number) {
+        const int parent = ParentOf(number, branching, size);
+        if (parent == 0)
+            tree->Add({}, tvwFirst, Code(number), Value(number));
+        else
+            tree->Add(parent, tvwChild, Code(number), Value(number));
+    }
+    return tree;
+}
+
+// The text as the list of its records, each the list of its fields.
+void SplitIntoFields(const String& text) {
+    std::vector<std::vector<String>> records;
+    Splitter splitter(text, L';');
+    while (const auto record = splitter.Next()) {
+        std::vector<String> fields;
+        Splitter pieces(*record, L',');
+        while (const auto piece = pieces.Next())
+            fields.emplace_back(*piece);
+        records.push_back(std::move(fields));
+    }
+    Use(records);
+}
+
+void WalkFields(const String& text) {
+    std::size_t length = 0;
+    Splitter splitter(text, L';');
+    while (const auto record = splitter.Next()) {
+        Splitter pieces(*record, L',');
+        while (const auto piece = pieces.Next())
+            length += piece->size();
+    }
+    Use(length);
+}
+
+Times Measure(Shape shape, int size) {
+    const int runs = size > 10'000 ? 5 : 15;
+    const String text = TextOf(shape, size);
+    const auto tree = TreeOf(text);
+    const auto imported = [&text] { return TreeOf(text); };
+    Times times;
+    times.size = size;
+    if (size <= LargestBuilt) times.build = BestOf(size > 1'000 ? 2 : 5, [&] { Use(Build(shape, size)); });
+    times.import = BestOf(
+        runs, [] { return Make<cNodes>(); }, [&text](auto& target) { target->ImportNodes(text); });
+    times.split = BestOf(runs, [&text] { SplitIntoFields(text); });
+    times.views = BestOf(runs, [&text] { WalkFields(text); });
+    times.write = BestOf(runs, [&tree] { Use(tree->ExportNodes()); });
+    times.convert = BestOf(runs, [&] {
+        String value = Code(Branching(shape, size));
+        Use(tree->Conversion(csCodeToValue, value));
+    });
+    times.remove = BestOf(runs, imported, [](auto& target) { target->Remove(target->Count() / 2); });
+    times.clear = BestOf(runs, imported, [](auto& target) { target->Cls(); });
+    return times;
+}
+
+void Print(const Times& times) {
+    const auto perNode = [&times](Microseconds time) { return time * 1000 / times.size; };
+    std::printf("%8d", times.size);
+    if (times.build > 0)
+        std::printf("%11.0f", perNode(times.build));
+    else
+        std::printf("%11s", "-");
+    for (const auto time :
+         {times.import, times.split, times.views, times.write, times.convert, times.remove, times.clear})
+        std::printf("%9.1f", perNode(time));
+    std::printf("\n");
+}
+
+void Judge(const char* name, const std::array<Times, Sizes.size()>& times, Verdicts& verdicts) {
+    const auto& [small, middle, large] = times;
+    const auto growth = [&](Microseconds Times::*step) {
+        return Exponent(middle.size, middle.*step, large.size, large.*step);
+    };
+    std::printf(
+        "%s, growth exponent from %d to %d nodes: import %.2f, split %.2f, export %.2f, convert %.2f, remove %.2f, "
+        "clear %.2f; build from %d to %d: %.2f\n",
+        name, middle.size, large.size, growth(&Times::import), growth(&Times::split), growth(&Times::write),
+        growth(&Times::convert), growth(&Times::remove), growth(&Times::clear), small.size, middle.size,
+        Exponent(small.size, small.build, middle.size, middle.build));
+    verdicts.AtMost("import, growth exponent", growth(&Times::import), 1.1);
+    verdicts.AtMost("export, growth exponent", growth(&Times::write), 1.1);
+    for (const auto& row : times)
+        verdicts.AtMost("import to splitting the same text into its fields", row.import / row.split, 4);
+}
+
+void MeasureShape(Shape shape, const char* name, Verdicts& verdicts) {
+    std::printf("\n%s trees, nanoseconds per node of the tree:\n", name);
+    std::printf("%8s%11s%9s%9s%9s%9s%9s%9s%9s\n", "nodes", "build", "import", "split", "walk", "export", "convert",
+                "remove", "clear");
+    std::array<Times, Sizes.size()> times;
+    for (std::size_t i = 0; i < Sizes.size(); ++i) {
+        times[i] = Measure(shape, Sizes[i]);
+        Print(times[i]);
+    }
+    Judge(name, times, verdicts);
+}
+
+// One Conversion that goes through all siblings, beside a loop over the same texts with the same comparison.
+void CompareConversion(Verdicts& verdicts) {
+    constexpr int siblings = 10'000;
+    const auto tree = TreeOf(TextOf(Shape::Flat, siblings));
+    std::vector<std::pair<String, String>> pairs;
+    for (const auto& node : tree->Snapshot())
+        pairs.emplace_back(node->Text(), node->Tag());
+    const String wanted = Code(siblings);
+    const auto conversion = BestOf(200, [&] {
+        String value = wanted;
+        Use(tree->Conversion(csCodeToValue, value));
+    });
+    const auto loop = BestOf(200, [&] {
+        const auto& text = TheText();
+        const auto found = std::find_if(pairs.begin(), pairs.end(),
+                                        [&](const auto& pair) { return text.SameText(pair.first, wanted); });
+        Use(found->second);
+    });
+    std::printf("\nconversion over %d siblings: %.1f us, bare loop of the same comparisons: %.1f us\n", siblings,
+                conversion, loop);
+    verdicts.AtMost("conversion to the bare loop", conversion / loop, 2);
+}
+
+} // namespace
+
+} // namespace kestrel::bench
+
+int main() {
+    using namespace kestrel::bench;
+    const kestrel::test::StandIns standIns;
+    Verdicts verdicts;
+    std::printf(
+        "build: by Add, which compares each new node with its siblings and keeps no index, so it is quadratic by its "
+        "nature;\n       left out above %d nodes to keep the run short\n"
+        "split: the text into records and those into texts; walk: over the same fields in place, without keeping "
+        "them\nremove: one Remove in the middle of the list; clear: Cls\n",
+        LargestBuilt);
+    MeasureShape(Shape::Flat, "flat", verdicts);
+    MeasureShape(Shape::Layered, "3-layer", verdicts);
+    CompareConversion(verdicts);
+    return verdicts.ExitCode();
+}
