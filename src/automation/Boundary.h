@@ -1,0 +1,35 @@
+// The one place where what the model throws becomes a result code and an error object for the host.
+#pragma once
+
+#include <type_traits>
+
+#include "automation/ClassFacts.h"
+
+namespace kestrel {
+
+// A failure that has a result code of its own and no text in the string table.
+struct ComFailure {
+    HRESULT result;
+};
+
+inline void Require(HRESULT result) {
+    if (FAILED(result)) throw ComFailure{result};
+}
+
+inline void RequirePointer(const void* pointer) {
+    if (pointer == nullptr) throw ComFailure{E_POINTER};
+}
+
+// Runs the body between the host and the model. The thread's error object is cleared first, so that a failure without
+// one never shows an earlier one's; a failure of the model leaves one that names the class (null: the library) as its
+// source. std::bad_alloc becomes E_OUTOFMEMORY, what nobody foresaw E_UNEXPECTED with its own text.
+HRESULT RunGuarded(const ClassFacts* facts, void (*body)(void*), void* context) noexcept;
+
+template <class Body>
+HRESULT Guarded(const ClassFacts* facts, Body&& body) noexcept {
+    using Callable = std::remove_reference_t<Body>;
+    return RunGuarded(
+        facts, [](void* context) { (*static_cast<Callable*>(context))(); }, &body);
+}
+
+} // namespace kestrel

@@ -1,0 +1,136 @@
+#include "automation/DispatchArguments.h"
+
+#include <cstring>
+
+#include "automation/Boundary.h"
+#include "automation/ComPtr.h"
+
+namespace kestrel {
+
+namespace {
+
+bool IsLeftOut(const VARIANT& value) noexcept {
+    return V_VT(&value) == VT_ERROR && V_ERROR(&value) == DISP_E_PARAMNOTFOUND;
+}
+
+Variant ValueOf(const VARIANT& argument) {
+    HRESULT result = S_OK;
+    Variant value = Variant::CopyOf(argument, result);
+    Require(result);
+    return value;
+}
+
+// The innermost reference of a chain: scripts pass a variable that holds a reference as a reference to a reference.
+const VARIANT& Innermost(const VARIANT& reference) noexcept {
+    const VARIANT* innermost = &reference;
+    while (V_VT(innermost) == (VT_BYREF | VT_VARIANT) && (V_VT(V_VARIANTREF(innermost)) & VT_BYREF) != 0)
+        innermost = V_VARIANTREF(innermost);
+    return *innermost;
+}
+
+std::size_t SizeOf(VARTYPE type) {
+    switch (type) {
+    case VT_I1:
+    case VT_UI1: return 1;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL: return 2;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4: return 4;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE: return 8;
+    default: throw ComFailure{DISP_E_TYPEMISMATCH};
+    }
+}
+
+// The caller's variable, of the value's type, gets the value.
+void StoreInto(const VARIANT& variable, Variant& value) {
+    if (value.Type() == VT_BSTR)
+        std::swap(*V_BSTRREF(&variable), V_BSTR(value.Out()));
+    else
+        std::memcpy(V_BYREF(&variable), &V_NONE(value.Out()), SizeOf(value.Type()));
+}
+
+// The position among the parameters of the argument at `index`, or Count when it is none of them.
+std::size_t PositionOf(const DISPPARAMS& params, UINT index, std::size_t count) noexcept {
+    if (index >= params.cNamedArgs) return params.cArgs - 1 - index;
+    const DISPID name = params.rgdispidNamedArgs[index];
+    if (name == DISPID_PROPERTYPUT) return count - 1;
+    return name >= 0 ? static_cast<std::size_t>(name) : count;
+}
+
+} // namespace
+
+DispatchArguments::DispatchArguments(const Member& member, const DISPPARAMS& params, UINT& failed)
+    : mvarArguments(params.rgvarg, params.rgvarg + params.cArgs), mvarParams(params) {
+    const auto& parameters = member.parameters;
+    mvarHolders.reserve(params.cArgs); // what is held is pointed to
+    for (UINT i = 0; i < params.cArgs; ++i) {
+        const std::size_t position = PositionOf(params, i, parameters.size());
+        failed = i;
+        if (position < parameters.size()) Convert(parameters[position], params.rgvarg[i], mvarArguments[i]);
+    }
+    mvarParams.rgvarg = mvarArguments.data();
+}
+
+void DispatchArguments::Convert(const Parameter& parameter, const VARIANT& argument, VARIANT& converted) {
+    if (parameter.byReference)
+        ConvertReference(parameter, argument, converted);
+    else if (parameter.type == VT_DISPATCH)
+        ConvertObject(parameter, argument, converted);
+    else if (parameter.type != VT_VARIANT && (V_VT(&argument) & VT_BYREF) != 0)
+        converted = Hold(ValueOf(argument));
+}
+
+void DispatchArguments::ConvertReference(const Parameter& parameter, const VARIANT& argument, VARIANT& converted) {
+    if (V_VT(&argument) == (VT_BYREF | parameter.type)) return;
+    if (IsLeftOut(argument)) throw ComFailure{DISP_E_PARAMNOTOPTIONAL};
+    Variant value = ValueOf(argument);
+    Require(VariantChangeType(value.Out(), value.Out(), 0, parameter.type));
+    VARIANT& holder = Hold(std::move(value));
+    if ((V_VT(&argument) & VT_BYREF) != 0) mvarWriteBacks.push_back({mvarHolders.size() - 1, &Innermost(argument)});
+    V_VT(&converted) = static_cast<VARTYPE>(VT_BYREF | parameter.type);
+    V_BYREF(&converted) = &V_NONE(&holder);
+}
+
+void DispatchArguments::ConvertObject(const Parameter& parameter, const VARIANT& argument, VARIANT& converted) {
+    Variant value = ValueOf(argument);
+    const bool leftOut = parameter.optional && (value.Type() == VT_EMPTY || IsLeftOut(value.Get()));
+    if (!leftOut && value.Type() != VT_DISPATCH && value.Type() != VT_UNKNOWN) throw ComFailure{DISP_E_TYPEMISMATCH};
+    ComPtr<IDispatch> object;
+    if (!leftOut && V_UNKNOWN(&value.Get()) != nullptr &&
+        FAILED(V_UNKNOWN(&value.Get())->QueryInterface(parameter.objectInterface, object.OutVoid())))
+        throw ComFailure{DISP_E_TYPEMISMATCH};
+    Variant holder;
+    V_VT(holder.Out()) = VT_DISPATCH;
+    V_DISPATCH(holder.Out()) = object.Detach();
+    converted = Hold(std::move(holder));
+}
+
+VARIANT& DispatchArguments::Hold(Variant value) {
+    mvarHolders.push_back(std::move(value));
+    return *mvarHolders.back().Out();
+}
+
+void DispatchArguments::CopyBack() {
+    for (const auto& [holder, variable] : mvarWriteBacks) {
+        const VARIANT& written = mvarHolders[holder].Get();
+        if (V_VT(variable) == (VT_BYREF | VT_VARIANT)) {
+            Require(VariantCopy(V_VARIANTREF(variable), const_cast<VARIANT*>(&written))); // only read
+            continue;
+        }
+        // A variable of another type than the parameter's gets the value in its own type.
+        Variant value;
+        const auto type = static_cast<VARTYPE>(V_VT(variable) & ~VT_BYREF);
+        Require(VariantChangeType(value.Out(), const_cast<VARIANT*>(&written), 0, type)); // only read
+        StoreInto(*variable, value);
+    }
+}
+
+} // namespace kestrel

@@ -1,0 +1,101 @@
+#include "platform/WindowsText.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "platform/Variant.h"
+
+namespace kestrel {
+
+namespace {
+
+constexpr int WeekBeginsOnSunday = 1;
+constexpr int YearBeginsOnFirstOfJanuary = 1;
+// A double holds every number of so many digits, a decimal of so many.
+constexpr std::size_t DigitsOfDouble = 15;
+constexpr std::size_t DigitsOfDecimal = 28;
+constexpr DWORD TextComparison = NORM_IGNORECASE | NORM_IGNOREKANATYPE | NORM_IGNOREWIDTH;
+
+bool IsDigits(const String& text) noexcept { return text.find_first_not_of(L"0123456789") == String::npos; }
+
+// Numeric formats would read a text as a double and lose its last digits.
+bool NeedsDecimal(const String& value, const String& format) noexcept {
+    return value.size() > DigitsOfDouble && value.size() <= DigitsOfDecimal && IsDigits(value) &&
+           format.find_first_of(L"0#") != String::npos;
+}
+
+Variant ValueToFormat(const String& value, const String& format) {
+    Variant variant{StringView(value)};
+    // What cannot be a decimal after all is formatted as it is.
+    if (NeedsDecimal(value, format)) VariantChangeType(variant.Out(), variant.Out(), 0, VT_DECIMAL);
+    return variant;
+}
+
+enum class Answer { Same, Different, AskTheSystem };
+
+wchar_t FoldedAscii(wchar_t character) noexcept {
+    return character >= L'A' && character <= L'Z' ? static_cast<wchar_t>(character - L'A' + L'a') : character;
+}
+
+bool IsPrintableAscii(wchar_t character) noexcept { return character >= L' ' && character <= L'~'; }
+
+// Decides at the first difference where both characters are printable ASCII: no locale takes different ones of these,
+// case aside, for the same. Anything else may be ignored, or stand for several characters, and is the system's affair.
+Answer CompareAscii(StringView left, StringView right) noexcept {
+    const std::size_t common = std::min(left.size(), right.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        if (left[i] == right[i]) continue;
+        if (!IsPrintableAscii(left[i]) || !IsPrintableAscii(right[i])) return Answer::AskTheSystem;
+        if (FoldedAscii(left[i]) != FoldedAscii(right[i])) return Answer::Different;
+    }
+    const StringView rest = (left.size() > right.size() ? left : right).substr(common);
+    if (rest.empty()) return Answer::Same;
+    return IsPrintableAscii(rest.front()) ? Answer::Different : Answer::AskTheSystem;
+}
+
+String Mapped(const String& text, DWORD mapping) {
+    String mapped(text.size(), L'\0');
+    if (text.empty()) return mapped;
+    const int size = static_cast<int>(text.size());
+    const int written =
+        LCMapStringEx(LOCALE_NAME_USER_DEFAULT, mapping, text.data(), size, mapped.data(), size, nullptr, nullptr, 0);
+    return written == size ? mapped : text;
+}
+
+// The runtime's functions take texts that they only read without const.
+LPOLESTR ForReading(const String& text) noexcept { return const_cast<LPOLESTR>(text.c_str()); }
+
+} // namespace
+
+String WindowsText::Format(const String& value, const String& format) const {
+    Variant variant = ValueToFormat(value, format);
+    Bstr formatted;
+    const HRESULT result = VarFormat(variant.Out(), ForReading(format), WeekBeginsOnSunday, YearBeginsOnFirstOfJanuary,
+                                     0, formatted.Out());
+    return SUCCEEDED(result) ? formatted.Text() : value;
+}
+
+std::optional<double> WindowsText::Number(const String& text) const {
+    double number = 0;
+    if (FAILED(VarR8FromStr(ForReading(text), LOCALE_USER_DEFAULT, 0, &number))) return std::nullopt;
+    return number;
+}
+
+std::optional<Date> WindowsText::ParseDate(const String& text) const {
+    DATE date = 0;
+    if (FAILED(VarDateFromStr(ForReading(text), LOCALE_USER_DEFAULT, 0, &date))) return std::nullopt;
+    return date;
+}
+
+bool WindowsText::SameText(StringView left, StringView right) const {
+    const Answer answer = CompareAscii(left, right);
+    if (answer != Answer::AskTheSystem) return answer == Answer::Same;
+    return CompareStringEx(LOCALE_NAME_USER_DEFAULT, TextComparison, left.data(), static_cast<int>(left.size()),
+                           right.data(), static_cast<int>(right.size()), nullptr, nullptr, 0) == CSTR_EQUAL;
+}
+
+String WindowsText::Upper(const String& text) const { return Mapped(text, LCMAP_UPPERCASE); }
+
+String WindowsText::Lower(const String& text) const { return Mapped(text, LCMAP_LOWERCASE); }
+
+} // namespace kestrel

@@ -1,0 +1,19 @@
+// Formatting, numbers, dates, comparison and case as the automation runtime and the user's locale have them.
+#pragma once
+
+#include "common/TextPort.h"
+
+namespace kestrel {
+
+class WindowsText final : public TextPort {
+  public:
+    // A text of digits keeps them all, up to 28, under a format with digit placeholders.
+    [[nodiscard]] String Format(const String& value, const String& format) const override;
+    [[nodiscard]] std::optional<double> Number(const String& text) const override;
+    [[nodiscard]] std::optional<Date> ParseDate(const String& text) const override;
+    [[nodiscard]] bool SameText(StringView left, StringView right) const override;
+    [[nodiscard]] String Upper(const String& text) const override;
+    [[nodiscard]] String Lower(const String& text) const override;
+};
+
+} // namespace kestrel
