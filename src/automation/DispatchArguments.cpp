@@ -101,10 +101,12 @@ void DispatchArguments::ConvertReference(const Parameter& parameter, const VARIA
 
 void DispatchArguments::ConvertObject(const Parameter& parameter, const VARIANT& argument, VARIANT& converted) {
     Variant value = ValueOf(argument);
-    const bool leftOut = parameter.optional && (value.Type() == VT_EMPTY || IsLeftOut(value.Get()));
-    if (!leftOut && value.Type() != VT_DISPATCH && value.Type() != VT_UNKNOWN) throw ComFailure{DISP_E_TYPEMISMATCH};
+    // JScript has no other Nothing than its null.
+    const bool isNothing =
+        value.Type() == VT_NULL || (parameter.optional && (value.Type() == VT_EMPTY || IsLeftOut(value.Get())));
+    if (!isNothing && value.Type() != VT_DISPATCH && value.Type() != VT_UNKNOWN) throw ComFailure{DISP_E_TYPEMISMATCH};
     ComPtr<IDispatch> object;
-    if (!leftOut && V_UNKNOWN(&value.Get()) != nullptr &&
+    if (!isNothing && V_UNKNOWN(&value.Get()) != nullptr &&
         FAILED(V_UNKNOWN(&value.Get())->QueryInterface(parameter.objectInterface, object.OutVoid())))
         throw ComFailure{DISP_E_TYPEMISMATCH};
     Variant holder;

@@ -115,11 +115,14 @@ std::optional<DISPID> DispatchTable::ParameterIdOf(DISPID member, const wchar_t*
 
 const Member* DispatchTable::Find(DISPID id, WORD flags) const noexcept {
     const Member* anyPut = nullptr;
+    const Member* readable = nullptr;
     for (const auto& member : mvarMembers) {
         if (member.id != id) continue;
         if ((member.kind & flags) != 0) return &member;
+        if (member.kind == INVOKE_PROPERTYGET) readable = &member;
         if (member.kind == INVOKE_PROPERTYPUT && member.parameters.back().type == VT_VARIANT) anyPut = &member;
     }
+    if ((flags & DISPATCH_METHOD) != 0) return readable;
     return (flags & DISPATCH_PROPERTYPUTREF) != 0 ? anyPut : nullptr;
 }
 

@@ -37,7 +37,8 @@ class DispatchTable {
     // The position of a member's parameter, as named arguments use it.
     [[nodiscard]] std::optional<DISPID> ParameterIdOf(DISPID member, const wchar_t* name) const;
     // The member that the flags of a call mean; null when there is none. An object put by reference goes to a plain put
-    // that takes any value where there is no other.
+    // that takes any value where there is no other. A property called as a method is read: script engines ask so for an
+    // enumerator, and for whatever a script does nothing with.
     [[nodiscard]] const Member* Find(DISPID id, WORD flags) const noexcept;
 
   private:
