@@ -20,24 +20,39 @@ Language KnownLanguageOf(const std::wstring& path) {
     return *language;
 }
 
+// Moves on to the value of the option.
+const std::wstring& ValueOf(Position& at, Position end) {
+    const std::wstring& option = *at;
+    if (++at == end) throw HostError(option + L" stands without its value; " + Usage());
+    return *at;
+}
+
+Answer AnswerFrom(const std::wstring& text) {
+    if (text == L"yes") return Answer::Yes;
+    if (text == L"no") return Answer::No;
+    throw HostError(L"boxes are answered with yes or no, not with \"" + text + L"\"");
+}
+
 // Moves past the options; what stands there then is the script.
 void ReadOptions(Position& at, Position end, Options& options) {
     for (; at != end && IsOption(*at); ++at) {
         if (*at == L"--check-heap") {
             options.checkHeap = true;
-        } else if (*at != L"--include") {
-            throw HostError(L"there is no option " + *at + L"; " + Usage());
-        } else if (++at == end) {
-            throw HostError(L"--include names no file; " + Usage());
+        } else if (*at == L"--include") {
+            options.includes.push_back(ValueOf(at, end));
+        } else if (*at == L"--answer") {
+            options.answer = AnswerFrom(ValueOf(at, end));
         } else {
-            options.includes.push_back(*at);
+            throw HostError(L"there is no option " + *at + L"; " + Usage());
         }
     }
 }
 
 } // namespace
 
-std::wstring Usage() { return L"usage: kscript [--check-heap] [--include FILE]... SCRIPT.vbs|SCRIPT.js [ARGUMENT]..."; }
+std::wstring Usage() {
+    return L"usage: kscript [--check-heap] [--answer yes|no] [--include FILE]... SCRIPT.vbs|SCRIPT.js [ARGUMENT]...";
+}
 
 std::optional<Language> LanguageOf(const std::wstring& path) {
     const std::wstring extension = std::filesystem::path(path).extension().wstring();

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "hosts/script/BoxAnswers.h"
+
 namespace hosts::script {
 
 enum class Language { VBScript, JScript };
@@ -15,6 +17,7 @@ struct Options {
     std::wstring script;
     std::vector<std::wstring> arguments; // what the script finds in WScript.Arguments
     bool checkHeap = false;
+    std::optional<Answer> answer; // what message boxes are answered with, where nobody sits at the screen
 };
 
 // How to call the program, on one line.

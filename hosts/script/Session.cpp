@@ -36,6 +36,7 @@ std::vector<Source> ReadSources(const Options& options) {
 Session::Session(const Options& options)
     : mvarCheckHeap(options.checkHeap), mvarSite(new ScriptSite(mvarLog)), mvarEngine(options.language, mvarSite),
       mvarConnections(EventHandlers(mvarEngine, mvarLog)) {
+    if (options.answer) mvarAnswers.emplace(*options.answer);
     const ComPtr<WScript> host(new WScript(options, mvarConnections, [this](int exitCode) { Quit(exitCode); }));
     mvarSite->SetItem(HostObject, ComPtr<IDispatch>(host.Get()));
     mvarEngine.AddName(HostObject);

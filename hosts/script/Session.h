@@ -1,6 +1,7 @@
 // One run of a script: its engine, what the script sees, and the exit code.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,7 @@ class Session {
     [[nodiscard]] int Checked(int exitCode) const noexcept;
 
     bool mvarCheckHeap;
+    std::optional<BoxAnswers> mvarAnswers;
     ErrorLog mvarLog;
     ComPtr<ScriptSite> mvarSite;
     ScriptEngine mvarEngine;
