@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs a Windows program of either bitness in the project's private prefix and passes its exit code on.
-# usage: tools/wine.sh PROGRAM [ARGUMENTS]   (KESTREL_WINEPREFIX names another prefix than build/wine)
+# usage: tools/wine.sh PROGRAM [ARGUMENTS]   (KESTREL_WINEPREFIX names another prefix than build/wine,
+# KESTREL_WINE another loader)
 # shellcheck source=tools/common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 # shellcheck source=tools/wine-env.sh
@@ -9,4 +10,4 @@
 [ $# -gt 0 ] || fail "usage: tools/wine.sh PROGRAM [ARGUMENTS]"
 command -v wine >/dev/null || fail "wine is not installed (tools/packages.sh installs it)"
 [ -f "$PREFIX_STAMP" ] || "$ROOT/tools/prefix.sh" >&2 || exit 1
-exec wine "$@"
+exec "${KESTREL_WINE:-wine}" "$@"

@@ -13,13 +13,18 @@ Sub Judge(ByVal passed, ByVal what, ByVal actual, ByVal expected)
     WScript.Echo "FAILED: " & what & ": " & actual & " instead of " & expected
 End Sub
 
-' Types count too: the text "1" is not the number 1.
+' Types count too: the text "1" is not the number 1, nor is the fraction 1.0; whole numbers of all sizes are one type.
 Sub Check(ByVal what, ByVal actual, ByVal expected)
     Dim equal
     equal = False
-    If VarType(actual) = VarType(expected) Then equal = (actual = expected)
+    If KindOf(actual) = KindOf(expected) Then equal = (actual = expected)
     Judge equal, what, Shown(actual), Shown(expected)
 End Sub
+
+Function KindOf(ByVal value)
+    KindOf = VarType(value)
+    If KindOf = vbInteger Or KindOf = vbByte Then KindOf = vbLong
+End Function
 
 Function Shown(ByVal value)
     If IsNull(value) Then
