@@ -101,7 +101,7 @@ class CodeClass final : public Rule {
 
     // --- Definition, codes (each in a file of its own) ---
 
-    // The whole rule as text, see Definition.h for the format.
+    // The whole rule as text, see Definition.cpp for the format.
     [[nodiscard]] String Definition() const;
     // Empties the rule and reads the text as far as it can be read; fails on nothing.
     void Load(const String& definition);

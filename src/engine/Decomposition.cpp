@@ -1,6 +1,8 @@
 // How a rule takes a code apart: each band receives its part, and the fields and macros that bands are bound to receive
 // what the part stands for.
 
+#include <algorithm>
+
 #include "engine/BoundItem.h"
 #include "engine/CodeClass.h"
 
@@ -12,7 +14,8 @@ void SpreadOverBands(const CodeClass& rule, const String& code) {
     std::size_t position = 0;
     for (const auto& band : rule.Bands()) {
         const auto length = static_cast<std::size_t>(band->Length());
-        const String part = code.substr(position, length);
+        // In the simple style a rule with bands takes the empty code, and each band its empty part.
+        const String part = code.substr(std::min(position, code.size()), length);
         position += length;
         if (band->Style() != bsFixed)
             band->SetValue(part);

@@ -67,7 +67,10 @@ String StandInText::Format(const String& value, const String& format) const {
     return value;
 }
 
-std::optional<double> StandInText::Number(const String& text) const { return WholeNumber(text); }
+std::optional<double> StandInText::Number(const String& text) const {
+    const auto number = WholeNumber(text);
+    return number && std::isfinite(*number) ? number : std::nullopt;
+}
 
 std::optional<Date> StandInText::ParseDate(const String& text) const {
     const bool date = IsIsoDate(text);
