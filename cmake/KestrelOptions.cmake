@@ -7,8 +7,10 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 
 find_program(KESTREL_CCACHE ccache)
 if(KESTREL_CCACHE)
-    set(CMAKE_C_COMPILER_LAUNCHER ${KESTREL_CCACHE})
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${KESTREL_CCACHE})
+    # What one clone has compiled serves another: paths count from the source folder, whatever that is.
+    set(launcher ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${KESTREL_CCACHE})
+    set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
 add_library(kestrel_options INTERFACE)
