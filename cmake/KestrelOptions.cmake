@@ -3,7 +3,10 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+# The generator expression keeps Visual Studio from adding a folder per configuration.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY $<1:${CMAKE_BINARY_DIR}>)
+# Visual C++: the run-time library is linked in, so that a DLL needs nothing but Windows.
+set(CMAKE_MSVC_RUNTIME_LIBRARY MultiThreaded$<$<CONFIG:Debug>:Debug>)
 
 find_program(KESTREL_CCACHE ccache)
 if(KESTREL_CCACHE)
@@ -15,7 +18,7 @@ endif()
 
 add_library(kestrel_options INTERFACE)
 if(MSVC)
-    target_compile_options(kestrel_options INTERFACE /W4 /WX /utf-8 /permissive- /EHsc)
+    target_compile_options(kestrel_options INTERFACE /W4 /WX /utf-8 /permissive- /EHsc /Zc:__cplusplus)
 else()
     target_compile_options(kestrel_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 endif()

@@ -2,9 +2,15 @@
 # after it, so Xyz.cpp holds the suites that begin with Xyz.
 
 macro(kestrel_add_googletest)
-    set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
-    set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
-    add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+    if(EXISTS /usr/src/googletest/CMakeLists.txt)
+        set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
+        set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+        add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+    else()
+        # Where the system brings no sources, an installed GoogleTest serves (GTest_DIR says where).
+        find_package(GTest CONFIG REQUIRED)
+        add_library(gtest ALIAS GTest::gtest)
+    endif()
 endmacro()
 
 # kestrel_add_tests(TARGET FOLDER folder LIBRARIES library...)

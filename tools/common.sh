@@ -3,7 +3,7 @@
 
 set -euo pipefail
 
-ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)"
 BUILD="$ROOT/build"
 LOGS="$BUILD/logs"
 # Read by the scripts that source this file.
@@ -19,25 +19,39 @@ fail() {
     exit 1
 }
 
-# Runs a long command with its output in a log, a dot every five seconds, and the log's end on failure.
+# Fails unless every tool is there. usage: need_tools TOOL...
+need_tools() {
+    local tool
+    for tool in "$@"; do
+        command -v "$tool" >/dev/null || fail "$tool is not installed (tools/packages.sh installs it)"
+    done
+}
+
+# Shows what a running command has reached, when that is news: the last "[12/34]" of its log, else a dot.
+# usage: show_progress LOG PREVIOUS_MARK; the new mark is left in MARK
+show_progress() {
+    MARK="$(tail -c 400 "$1" 2>/dev/null | grep -aoE '^\[[0-9]+/[0-9]+\]' | tail -n 1 || true)"
+    if [ -z "$MARK" ]; then printf '.'; elif [ "$MARK" != "$2" ]; then printf '%s' "$MARK"; fi
+}
+
+# Runs a long command with its output in a log, a sign of life every ten seconds, and the log's end on failure.
 # usage: with_log NAME COMMAND...
 with_log() {
-    local name="$1" log="$LOGS/$1.log" pid status=0
+    local name="$1" log="$LOGS/$1.log" pid status=0 ticks=0 MARK=none
     shift
-    mkdir -p "$LOGS"
+    { mkdir -p "$LOGS" && : >"$log"; } 2>/dev/null || fail "cannot write to build/logs (no right, or no room on the disk)"
     "$@" >"$log" 2>&1 </dev/null &
     pid=$!
     while kill -0 "$pid" 2>/dev/null; do
-        printf '.'
-        for _ in $(seq 25); do
-            kill -0 "$pid" 2>/dev/null || break
-            sleep 0.2
-        done
+        sleep 0.1
+        ticks=$((ticks + 1))
+        [ "$ticks" -ne 50 ] || printf '   '
+        [ $((ticks % 100)) -ne 50 ] || show_progress "$log" "$MARK"
     done
-    printf '\n'
+    [ "$ticks" -lt 50 ] || printf '\n'
     wait "$pid" || status=$?
     if [ "$status" -ne 0 ]; then
-        tail -n 40 "$log" >&2
+        tail -n "${KESTREL_LOG_TAIL:-40}" "$log" >&2
         printf 'error: %s failed (exit code %s); the whole output is in build/logs/%s.log\n' "$name" "$status" "$name" >&2
     fi
     return "$status"

@@ -36,13 +36,6 @@ REGEDIT4
 REG
 }
 
-# Ends the server of a prefix and waits until it is gone; without one there is nothing to do. usage: end_server PREFIX
-end_server() {
-    [ -d "$1" ] || return 0
-    WINEPREFIX="$1" wineserver -k 2>/dev/null || true
-    WINEPREFIX="$1" wineserver -w 2>/dev/null || true
-}
-
 make_prefix() {
     export WINEPREFIX="$WORK"
     unset DISPLAY
@@ -58,7 +51,7 @@ make_prefix() {
 }
 
 main() {
-    command -v wineboot >/dev/null || fail "wine is not installed (tools/packages.sh installs it)"
+    need_tools wineboot wineserver
     mkdir -p "$(dirname "$PREFIX")" || fail "cannot write to $(dirname "$PREFIX")"
     # Two runs at once must not build the same prefix: the second waits and finds it done. The children must not inherit
     # the lock, or a lingering Wine process would hold it.
@@ -66,10 +59,10 @@ main() {
     flock 9
     prefix_is_whole && return 0
     say "Making the Wine prefix"
-    trap 'end_server "$WORK"; rm -rf "$WORK"' EXIT
+    trap 'end_wine_server "$WORK"; rm -rf "$WORK"' EXIT
     trap 'exit 130' INT TERM HUP
-    end_server "$WORK"
-    end_server "$PREFIX"
+    end_wine_server "$WORK"
+    end_wine_server "$PREFIX"
     rm -rf "$WORK" "$PREFIX"
     with_log prefix make_prefix 9>&- || fail "the Wine prefix could not be made"
     # Moved in one step, so that whatever stands under the final name is whole.

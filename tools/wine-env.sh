@@ -19,3 +19,10 @@ windows_path() {
     path="$(realpath -m "$1")"
     printf 'Z:%s\n' "${path//\//\\}"
 }
+
+# Ends the server of a prefix and all its programs; without one there is nothing to do. usage: end_wine_server FOLDER
+end_wine_server() {
+    [ -d "$1" ] && command -v wineserver >/dev/null || return 0
+    WINEPREFIX="$1" wineserver -k 2>/dev/null || true
+    WINEPREFIX="$1" timeout 10 wineserver -w 2>/dev/null || true
+}

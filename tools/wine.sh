@@ -8,6 +8,6 @@
 . "$ROOT/tools/wine-env.sh"
 
 [ $# -gt 0 ] || fail "usage: tools/wine.sh PROGRAM [ARGUMENTS]"
-command -v wine >/dev/null || fail "wine is not installed (tools/packages.sh installs it)"
+need_tools wine
 [ -f "$PREFIX_STAMP" ] || "$ROOT/tools/prefix.sh" >&2 || exit 1
 exec "${KESTREL_WINE:-wine}" "$@"

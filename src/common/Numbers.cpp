@@ -63,7 +63,7 @@ bool IsTooLarge(std::string_view digits) {
     if (mantissa.size() == digits.size()) return magnitude > 0;
     const auto exponentText = digits.substr(mantissa.size() + 1);
     std::int64_t exponent = 0;
-    const auto end = exponentText.data() + exponentText.size();
+    const auto* const end = exponentText.data() + exponentText.size();
     if (std::from_chars(exponentText.data(), end, exponent).ec == std::errc::result_out_of_range)
         return exponentText.front() != '-';
     return exponent > -magnitude;

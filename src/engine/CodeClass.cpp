@@ -186,6 +186,7 @@ cNodes& CodeClass::Relations() {
         mvarRelations->SetStyle(tsNormal);
         mvarRelationsChanged = mvarRelations->NodesChanged.Subscribe([this](const String&, const String&) {
             const Ref<CodeClass> alive(this);
+            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): a captured this is never null
             RelationsChanged.Raise();
         });
     }

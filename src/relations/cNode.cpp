@@ -40,6 +40,7 @@ Ref<cNode> cNode::Root() const {
     return Ref<cNode>(const_cast<cNode*>(node));
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): hosts ask a node for it, whatever the answer
 std::int32_t cNode::Children() const noexcept {
     // The sum of the children's own Children, with nothing added for a child itself: by induction from the leaves up,
     // 0. Hosts rely on what they have always been shown here.

@@ -1,4 +1,6 @@
 // The entry of every test program.
+#include <cstdio>
+
 #include <gtest/gtest.h>
 
 #ifdef _WIN32

@@ -1,0 +1,121 @@
+#!/usr/bin/env bash
+# Runs clang-tidy over every source of the project, as its build compiles it: the portable ones as in native-clang, those
+# for Windows alone as in x86. A source is left out when nothing that its result depends on has changed since it was clean.
+# usage: tools/check-tidy.sh
+# shellcheck source=tools/common.sh
+. "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+TIDY=clang-tidy-14
+WORK="$BUILD/tidy"
+
+# "source TAB command" for each of the project's own sources in a compile database, each source once.
+own_commands() {
+    awk -v root="$ROOT/" '
+        /^ *"command": / { command = $0 }
+        /^ *"file": / {
+            split($0, part, "\"")
+            file = part[4]
+            own = index(file, root) == 1 && index(file, root "build/") != 1
+            if (own && !seen[file]++) print file "\t" command
+        }' "$1"
+}
+
+# The options with which clang reads what is meant for the 32-bit mingw compiler: its target and its folders of headers.
+mingw_options() {
+    local folder
+    printf '%s\n' --target=i686-w64-mingw32
+    i686-w64-mingw32-g++-posix -E -v -x c++ /dev/null 2>&1 | sed -n '/^#include <...>/,/^End/s/^ //p' |
+        while read -r folder; do
+            case "$folder" in
+            */../*) ;;                               # the system's own headers, seen from the compiler's folder
+            */include | */include-fixed) continue ;; # the other compiler's intrinsics
+            esac
+            printf -- '-isystem%s\n' "$(realpath "$folder")"
+        done
+}
+
+# "source TAB dependency" for every file of the project that a source includes, as the compiler recorded it.
+dependencies() {
+    ninja -C "$BUILD/$1" -t deps | awk -v root="$ROOT/" -v build="$BUILD/$1/" '
+        /^[^ ].*: #deps/ { source = ""; next }
+        NF == 1 {
+            path = $1
+            if (path !~ /^\//) path = build path
+            if (source == "") source = path
+            if (index(path, root) == 1) print source "\t" path
+        }'
+}
+
+# "source TAB key" for the lines of own_commands on standard input; the key covers the text of the source and of the
+# project's headers that it includes, the command, the configuration and clang-tidy itself. usage: keys PRESET
+keys() {
+    local preset="$1" configuration
+    configuration="$({ "$TIDY" --version; find "$ROOT" -name .clang-tidy -not -path "$BUILD/*" -print0 | sort -z | xargs -0 cat; cat "$WORK/options-$preset"; } | sha256sum)"
+    dependencies "$preset" | sort -u >"$WORK/dependencies"
+    cut -f 2 "$WORK/dependencies" | sort -u | xargs -r -d '\n' sha256sum 2>/dev/null | sed 's/  /\t/' >"$WORK/sums" || true
+    awk -F '\t' -v configuration="$configuration" '
+        FILENAME ~ /sums$/ { sum[$2] = $1; next }
+        FILENAME ~ /dependencies$/ { text[$1] = text[$1] sum[$2]; next }
+        { print $1 "\t" configuration $2 text[$1] }' "$WORK/sums" "$WORK/dependencies" - |
+        while IFS=$'\t' read -r source text; do
+            printf '%s\t%s\n' "$source" "$(sha256sum <<<"$text" | cut -c 1-40)"
+        done
+}
+
+# Checks one source and, when it is clean, leaves the mark that spares it the next time.
+# usage: check_one PRESET SOURCE KEY NUMBER TOTAL
+check_one() {
+    local preset="$1" source="$2" key="$3" options=() option output
+    while read -r option; do options+=("--extra-arg-before=$option"); done <"$WORK/options-$preset"
+    printf '[%s/%s] %s\n' "$4" "$5" "${source#"$ROOT"/}"
+    if output="$("$TIDY" --quiet -p "$BUILD/$preset" "${options[@]}" "$source" 2>"$WORK/errors.$BASHPID")"; then
+        : >"$WORK/clean/$key"
+        rm -f "$WORK/errors.$BASHPID"
+        return 0
+    fi
+    printf '%s\n' "$output"
+    grep -v 'warnings generated' "$WORK/errors.$BASHPID" || true
+    rm -f "$WORK/errors.$BASHPID"
+    return 1
+}
+
+# The sources to check and their keys, one line "PRESET TAB SOURCE TAB KEY" each, the clean ones left out.
+work_list() {
+    local preset source key
+    for preset in native-clang x86; do
+        own_commands "$BUILD/$preset/compile_commands.json" >"$WORK/commands-$preset"
+    done
+    # What both builds compile is checked once, in the portable build.
+    awk -F '\t' 'NR == FNR { portable[$1]; next } !($1 in portable)' "$WORK/commands-native-clang" "$WORK/commands-x86" \
+        >"$WORK/commands-windows"
+    mv "$WORK/commands-windows" "$WORK/commands-x86"
+    for preset in native-clang x86; do
+        keys "$preset" <"$WORK/commands-$preset" | while IFS=$'\t' read -r source key; do
+            [ -f "$WORK/clean/$key" ] || printf '%s\t%s\t%s\n' "$preset" "$source" "$key"
+        done
+    done
+}
+
+main() {
+    local total checked
+    if [ "${1:-}" = --one ]; then
+        check_one "${@:2}"
+        return
+    fi
+    need_tools "$TIDY" ninja i686-w64-mingw32-g++-posix
+    for preset in native-clang x86; do
+        [ -f "$BUILD/$preset/compile_commands.json" ] || fail "build/$preset is not configured (tools/build.sh $preset)"
+    done
+    mkdir -p "$WORK/clean"
+    : >"$WORK/options-native-clang"
+    mingw_options >"$WORK/options-x86"
+    work_list >"$WORK/list"
+    checked="$(cat "$WORK/commands-native-clang" "$WORK/commands-x86" | wc -l)"
+    [ "$checked" -gt 0 ] || fail "the compile databases hold no sources of the project"
+    total="$(wc -l <"$WORK/list")"
+    note "$checked sources, $total of them changed"
+    awk -F '\t' -v total="$total" '{ print $0 "\t" NR "\t" total }' "$WORK/list" | tr '\t' '\n' |
+        xargs -r -d '\n' -n 5 -P "$JOBS" "$ROOT/tools/check-tidy.sh" --one
+}
+
+main "$@"
