@@ -62,7 +62,7 @@ Parameter Describe(ITypeInfo& info, const ELEMDESC& element, StringView name) {
     return parameter;
 }
 
-// The names of a member and its parameters; the right side of a put has none.
+// The names of a member and its parameters. For a put they are those of the get with the same id.
 std::vector<Bstr> NamesOf(ITypeInfo& info, const FUNCDESC& function) {
     std::vector<BSTR> raw(static_cast<std::size_t>(function.cParams) + 1, nullptr);
     UINT count = 0;
@@ -87,11 +87,12 @@ void DispatchTable::ReadMember(UINT index) {
     Require(mvarInfo->GetFuncDesc(index, function.Out()));
     const auto names = NamesOf(*mvarInfo.Get(), **function.Out());
     Member member{function->memid, function->invkind, {}};
+    const bool isPut = (member.kind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) != 0;
     for (SHORT i = 0; i < function->cParams; ++i) {
         const ELEMDESC& element = function->lprgelemdescParam[i];
-        if ((element.paramdesc.wParamFlags & PARAMFLAG_FRETVAL) == 0)
-            member.parameters.push_back(
-                Describe(*mvarInfo.Get(), element, ViewOf(names[static_cast<std::size_t>(i) + 1].Get())));
+        if ((element.paramdesc.wParamFlags & PARAMFLAG_FRETVAL) != 0) continue;
+        const StringView name = isPut ? StringView() : ViewOf(names[static_cast<std::size_t>(i) + 1].Get());
+        member.parameters.push_back(Describe(*mvarInfo.Get(), element, name));
     }
     mvarIds.emplace(Folded(ViewOf(names.front().Get())), member.id);
     mvarMembers.push_back(std::move(member));
