@@ -47,7 +47,8 @@ dependencies() {
 }
 
 # "source TAB key" for the lines of own_commands on standard input; the key covers the text of the source and of the
-# project's headers that it includes, the command, the configuration and clang-tidy itself. usage: keys PRESET
+# project's headers that it includes, the command, the configuration and clang-tidy itself. A source that the build has not
+# compiled, so that its headers are not known, is left out. usage: keys PRESET
 keys() {
     local preset="$1" configuration
     configuration="$({ "$TIDY" --version; find "$ROOT" -name .clang-tidy -not -path "$BUILD/*" -print0 | sort -z | xargs -0 cat; cat "$WORK/options-$preset"; } | sha256sum)"
@@ -56,7 +57,7 @@ keys() {
     awk -F '\t' -v configuration="$configuration" '
         FILENAME ~ /sums$/ { sum[$2] = $1; next }
         FILENAME ~ /dependencies$/ { text[$1] = text[$1] sum[$2]; next }
-        { print $1 "\t" configuration $2 text[$1] }' "$WORK/sums" "$WORK/dependencies" - |
+        $1 in text { print $1 "\t" configuration $2 text[$1] }' "$WORK/sums" "$WORK/dependencies" - |
         while IFS=$'\t' read -r source text; do
             printf '%s\t%s\n' "$source" "$(sha256sum <<<"$text" | cut -c 1-40)"
         done
@@ -82,6 +83,7 @@ check_one() {
 # The sources to check and their keys, one line "PRESET TAB SOURCE TAB KEY" each, the clean ones left out.
 work_list() {
     local preset source key
+    : >"$WORK/known"
     for preset in native-clang x86; do
         own_commands "$BUILD/$preset/compile_commands.json" >"$WORK/commands-$preset"
     done
@@ -90,14 +92,16 @@ work_list() {
         >"$WORK/commands-windows"
     mv "$WORK/commands-windows" "$WORK/commands-x86"
     for preset in native-clang x86; do
-        keys "$preset" <"$WORK/commands-$preset" | while IFS=$'\t' read -r source key; do
+        keys "$preset" <"$WORK/commands-$preset" >"$WORK/keys"
+        cut -f 1 "$WORK/keys" >>"$WORK/known"
+        while IFS=$'\t' read -r source key; do
             [ -f "$WORK/clean/$key" ] || printf '%s\t%s\t%s\n' "$preset" "$source" "$key"
-        done
+        done <"$WORK/keys"
     done
 }
 
 main() {
-    local total checked
+    local total checked unknown preset
     if [ "${1:-}" = --one ]; then
         check_one "${@:2}"
         return
@@ -110,6 +114,8 @@ main() {
     : >"$WORK/options-native-clang"
     mingw_options >"$WORK/options-x86"
     work_list >"$WORK/list"
+    unknown="$(cut -f 1 "$WORK/commands-native-clang" "$WORK/commands-x86" | grep -vxF -f "$WORK/known" || true)"
+    [ -z "$unknown" ] || fail "not compiled yet, so not checked: $(tr '\n' ' ' <<<"${unknown//"$ROOT"\//}")"
     checked="$(cat "$WORK/commands-native-clang" "$WORK/commands-x86" | wc -l)"
     [ "$checked" -gt 0 ] || fail "the compile databases hold no sources of the project"
     total="$(wc -l <"$WORK/list")"

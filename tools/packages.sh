@@ -12,9 +12,12 @@ PACKAGES_NATIVE=(
 PACKAGES_I386=(wine32:i386 libwine:i386 libodbc2:i386 libsqliteodbc:i386 odbc-postgresql:i386)
 
 missing_packages() {
-    local package
+    local package native installed
+    native="$(dpkg --print-architecture)"
+    installed="$(dpkg-query -W -f='${db:Status-Abbrev}${Package}:${Architecture}\n')"
     for package in "${PACKAGES_NATIVE[@]}" "${PACKAGES_I386[@]}"; do
-        [ "$(dpkg-query -W -f='${db:Status-Abbrev}' "$package" 2>/dev/null)" = "ii " ] || printf '%s\n' "$package"
+        # A bare name means this machine's architecture, or a package that is the same on all.
+        grep -qxF -e "ii $package" -e "ii $package:$native" -e "ii $package:all" <<<"$installed" || printf '%s\n' "$package"
     done
 }
 
