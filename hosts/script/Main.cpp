@@ -24,7 +24,8 @@ Task TaskFrom(const std::vector<std::wstring>& arguments) {
 
 int RunTask(const Task& task) {
     const Apartment apartment;
-    return Session(task.options).Run(task.sources);
+    const int exitCode = Session(task.options).Run(task.sources);
+    return task.options.checks.AfterEnd(exitCode);
 }
 
 int Body(const std::vector<std::wstring>& arguments) {

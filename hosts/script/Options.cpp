@@ -37,7 +37,9 @@ Answer AnswerFrom(const std::wstring& text) {
 void ReadOptions(Position& at, Position end, Options& options) {
     for (; at != end && IsOption(*at); ++at) {
         if (*at == L"--check-heap") {
-            options.checkHeap = true;
+            options.checks.heap = true;
+        } else if (*at == L"--check-released") {
+            options.checks.released = ValueOf(at, end);
         } else if (*at == L"--include") {
             options.includes.push_back(ValueOf(at, end));
         } else if (*at == L"--answer") {
@@ -51,7 +53,8 @@ void ReadOptions(Position& at, Position end, Options& options) {
 } // namespace
 
 std::wstring Usage() {
-    return L"usage: kscript [--check-heap] [--answer yes|no] [--include FILE]... SCRIPT.vbs|SCRIPT.js [ARGUMENT]...";
+    return L"usage: kscript [--check-heap] [--check-released DLL] [--answer yes|no] "
+           L"[--include FILE]... SCRIPT.vbs|SCRIPT.js [ARGUMENT]...";
 }
 
 std::optional<Language> LanguageOf(const std::wstring& path) {

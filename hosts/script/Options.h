@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hosts/script/BoxAnswers.h"
+#include "hosts/script/EndChecks.h"
 
 namespace hosts::script {
 
@@ -16,7 +17,7 @@ struct Options {
     std::vector<std::wstring> includes; // files run before the script, in their order
     std::wstring script;
     std::vector<std::wstring> arguments; // what the script finds in WScript.Arguments
-    bool checkHeap = false;
+    EndChecks checks;
     std::optional<Answer> answer; // what message boxes are answered with, where nobody sits at the screen
 };
 

@@ -12,7 +12,6 @@ namespace hosts::script {
 namespace {
 
 constexpr wchar_t HostObject[] = L"WScript";
-constexpr int HeapDamaged = 3;
 
 // UTF-8, UTF-16 with its mark, or else the system's own code page.
 std::wstring ReadScript(const std::wstring& path) {
@@ -34,7 +33,7 @@ std::vector<Source> ReadSources(const Options& options) {
 }
 
 Session::Session(const Options& options)
-    : mvarCheckHeap(options.checkHeap), mvarSite(new ScriptSite(mvarLog)), mvarEngine(options.language, mvarSite),
+    : mvarChecks(options.checks), mvarSite(new ScriptSite(mvarLog)), mvarEngine(options.language, mvarSite),
       mvarConnections(EventHandlers(mvarEngine, mvarLog)) {
     if (options.answer) mvarAnswers.emplace(*options.answer);
     const ComPtr<WScript> host(new WScript(options, mvarConnections, [this](int exitCode) { Quit(exitCode); }));
@@ -51,7 +50,7 @@ int Session::Run(const std::vector<Source>& sources) {
         break;
     }
     mvarConnections.DisconnectAll();
-    return Checked(mvarLog.Count() == 0 ? 0 : 1);
+    return mvarLog.Count() == 0 ? 0 : 1;
 }
 
 void Session::Quit(int exitCode) noexcept {
@@ -61,12 +60,7 @@ void Session::Quit(int exitCode) noexcept {
     } catch (const HostError&) {
         exitCode = exitCode == 0 ? 1 : exitCode; // the output is lost
     }
-    ExitProcess(static_cast<UINT>(Checked(exitCode)));
-}
-
-int Session::Checked(int exitCode) const noexcept {
-    if (!mvarCheckHeap || HeapValidate(GetProcessHeap(), 0, nullptr) != 0) return exitCode;
-    return HeapDamaged;
+    ExitProcess(static_cast<UINT>(mvarChecks.AfterQuit(exitCode)));
 }
 
 } // namespace hosts::script

@@ -33,10 +33,8 @@ class Session {
 
   private:
     [[noreturn]] void Quit(int exitCode) noexcept;
-    // The exit code, or HeapDamaged.
-    [[nodiscard]] int Checked(int exitCode) const noexcept;
 
-    bool mvarCheckHeap;
+    EndChecks mvarChecks;
     std::optional<BoxAnswers> mvarAnswers;
     ErrorLog mvarLog;
     ComPtr<ScriptSite> mvarSite;

@@ -3,11 +3,11 @@ Option Explicit
 Dim band
 
 Function NewBand(style)
-    Set NewBand = CreateObject("Kestrel.Band")
+    Set NewBand = WScript.CreateObject("Kestrel.Band")
     NewBand.Style = style
 End Function
 
-Set band = CreateObject("Kestrel.Band")
+Set band = WScript.CreateObject("Kestrel.Band")
 Check "style of a new band", band.Style, bsUndefined
 Check "length of a new band", band.Length, 1
 Check "name of a new band", band.Name, ""
@@ -60,7 +60,7 @@ band.SwapMode = smSimpleSwap
 CheckError "conversion of a fixed band", LibraryError(2004), TextReadOnly
 band.InitStart = "1"
 CheckError "range of a fixed band", LibraryError(2004), TextReadOnly
-Set band.DataField = CreateObject("Kestrel.List")
+Set band.DataField = WScript.CreateObject("Kestrel.List")
 CheckError "field of a fixed band", LibraryError(2004), TextReadOnly
 CheckNothing "fields of a fixed band", band.DataFields
 

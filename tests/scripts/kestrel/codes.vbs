@@ -89,7 +89,7 @@ definition = "#####02|0|3|0|4|0|5|0|6|0|7|0|8|1|11|2|12|1|13|1" & _
     "|15=1|16=1|17"
 Check "the definition", Replace(rule.Definition, vbCr, "|"), definition
 
-Set restored = CreateObject("Kestrel.CodeClass")
+Set restored = WScript.CreateObject("Kestrel.CodeClass")
 definition = rule.Definition
 restored.Load definition
 Check "restored", restored.Definition, definition

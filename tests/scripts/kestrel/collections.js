@@ -1,5 +1,5 @@
 // Lists, names and bands from JScript: default members as calls, enumerators, references assigned plainly.
-var names = new ActiveXObject("Kestrel.Names");
+var names = WScript.CreateObject("Kestrel.Names");
 names.Add("A");
 names.Add("B");
 check("by position, default member", names(1), "A");
@@ -15,7 +15,7 @@ check("an enumerator moves on", each.item(), "y");
 each.moveFirst();
 check("and goes back", each.item(), "x");
 
-var rule = new ActiveXObject("Kestrel.CodeClass");
+var rule = WScript.CreateObject("Kestrel.CodeClass");
 var field = rule.UsrFields.Add("Country", "Land", "DE");
 check("a text", rule.UsrFields("Country").Value, "DE");
 rule.UsrFields("Country").Value = 7;

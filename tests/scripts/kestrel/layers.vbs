@@ -1,7 +1,7 @@
 ' Layer-style conversion: each layer is looked up below the one before it, through the rule's own tree.
 Option Explicit
 Dim rule, country, region, layers
-Set rule = CreateObject("Kestrel.CodeClass")
+Set rule = WScript.CreateObject("Kestrel.CodeClass")
 Set country = rule.UsrFields.Add("Country", , "Germany")
 Set region = rule.UsrFields.Add("Region", , "Bavaria")
 rule.Add "Land", bsUsrField, smLayersSwap, , country, 2

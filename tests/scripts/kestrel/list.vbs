@@ -1,7 +1,7 @@
 ' A single item: names are set once and trimmed, the rest is free.
 Option Explicit
 Dim item, other, described
-Set item = CreateObject("Kestrel.List")
+Set item = WScript.CreateObject("Kestrel.List")
 Check "name of a new item", item.Name, ""
 Check "display name of a new item", item.ForeignName, ""
 Check "value of a new item", item.Value, ""
@@ -46,7 +46,7 @@ item.Description = Array(1, 2)
 described = item.Description
 Check "a description may be an array", described(1), 2
 
-Set other = CreateObject("Kestrel.List")
+Set other = WScript.CreateObject("Kestrel.List")
 other.ForeignName = "Shown"
 other.Name = "Key"
 Check "a display name set first stays", other.ForeignName, "Shown"

@@ -4,7 +4,7 @@ function names_BeforeAdd(name, cancel, description) { heard.push("add " + name +
 function rule_BandsChanged() { heard.push("bands"); }
 var names = WScript.CreateObject("Kestrel.Names", "names_");
 names.Add("A");
-var rule = new ActiveXObject("Kestrel.CodeClass");
+var rule = WScript.CreateObject("Kestrel.CodeClass");
 WScript.ConnectObject(rule, "rule_");
 rule.Add("Prefix", 0, 0, "P");
 WScript.DisconnectObject(rule);

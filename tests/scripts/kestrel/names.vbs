@@ -1,7 +1,7 @@
 ' A collection of texts: keyed when added one by one, without keys when imported.
 Option Explicit
 Dim names, name, text, i
-Set names = CreateObject("Kestrel.Names")
+Set names = WScript.CreateObject("Kestrel.Names")
 Check "a new collection is empty", names.Count, 0
 Check "Add returns the text", names.Add("A"), "A"
 names.Add "B"

@@ -1,7 +1,7 @@
 ' A relation tree: building, lookups, editing, conversion.
 Option Explicit
 Dim nodes, north, south, east, node, text, key, value, style
-Set nodes = CreateObject("Kestrel.cNodes")
+Set nodes = WScript.CreateObject("Kestrel.cNodes")
 Check "a new tree is empty", nodes.Count, 0
 Check "a new tree is normal", nodes.Style, 0
 
@@ -111,7 +111,7 @@ value = ""
 key = nodes.Conversion(csCodeToValue, value)
 CheckError "an empty value", LibraryError(2003), TextInvalid
 value = "01"
-key = CreateObject("Kestrel.cNodes").Conversion(csCodeToValue, value)
+key = WScript.CreateObject("Kestrel.cNodes").Conversion(csCodeToValue, value)
 CheckError "an empty tree", LibraryError(2033), "No relation(s) defined."
 On Error GoTo 0
 

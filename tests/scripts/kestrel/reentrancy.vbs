@@ -143,7 +143,7 @@ Check "its band is not", band.Value, "x"
 Check "but has no rule", band.Index, -1
 
 ' Lists outlive nothing but themselves.
-Set rule = CreateObject("Kestrel.CodeClass")
+Set rule = WScript.CreateObject("Kestrel.CodeClass")
 Set fields = rule.UsrFields
 fields.Add "Kept"
 Set rule = Nothing

@@ -9,7 +9,7 @@ Function NamesOf(bands)
     Next
 End Function
 
-Set rule = CreateObject("Kestrel.CodeClass")
+Set rule = WScript.CreateObject("Kestrel.CodeClass")
 Check "a new rule is empty", rule.Count, 0
 Check "its codes are empty", rule.GetCode(), ""
 Check "length", rule.Length, 0
@@ -114,10 +114,10 @@ CheckError "a trigger cannot be removed", LibraryError(2009), _
     "The band can't be Deleted,cause still used as triger band for the following band(s):" & TwoLineBreaks() & "Serial"
 Set serial.TrigerBand = serial
 CheckError "its own trigger", LibraryError(2038), "Band should not trigered by itself."
-Set serial.TrigerBand = CreateObject("Kestrel.Band")
+Set serial.TrigerBand = WScript.CreateObject("Kestrel.Band")
 CheckNoError "a band without a name is none"
 CheckNothing "so there is no trigger", serial.TrigerBand
-Set rule("Land").DataField = CreateObject("Kestrel.List")
+Set rule("Land").DataField = WScript.CreateObject("Kestrel.List")
 CheckError "a foreign field", LibraryError(2003), TextInvalid & TwoLineBreaks() & "Field/Macro"
 Set rule("Land").DataField = CreateObject("Scripting.Dictionary")
 Check "no field at all", Err.Number <> 0, True

@@ -1,5 +1,5 @@
 // A relation tree from JScript.
-var nodes = new ActiveXObject("Kestrel.cNodes");
+var nodes = WScript.CreateObject("Kestrel.cNodes");
 var north = nodes.Add(undefined, 0, "01", "North");
 check("undefined is an argument left out", north.Layer, 0);
 var east = nodes.Add(north.Key, 4, "1", "East");

@@ -1,5 +1,6 @@
 // What the test scripts check with. Each failed check is one line; endOfScript prints the line without which a test that
-// ended silently counts as failed, and ends the script with the exit code.
+// ended silently counts as failed. A script that failed quits; another one ends by itself, so that the host can see what
+// is left.
 
 var checksDone = 0;
 var checksFailed = 0;
@@ -47,5 +48,5 @@ function itemsOf(collection) {
 
 function endOfScript() {
     WScript.Echo("end of script: " + checksDone + " checks, " + checksFailed + " failed");
-    WScript.Quit(checksFailed === 0 ? 0 : 1);
+    if (checksFailed > 0) WScript.Quit(1);
 }
