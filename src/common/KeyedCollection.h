@@ -36,6 +36,11 @@ class KeyedCollection {
         if (const auto* position = indexKey.Position()) return mvarEntries[CheckedOffset(*position)].item;
         return KeyEntry(indexKey).second;
     }
+    // Null when no item has the key.
+    [[nodiscard]] const Item* FindByKey(const String& key) const {
+        const auto found = mvarKeys.find(Keys::Fold(key));
+        return found != mvarKeys.end() ? &found->second : nullptr;
+    }
     [[nodiscard]] const Item& operator[](std::int32_t position) const {
         return mvarEntries[static_cast<std::size_t>(position) - 1].item;
     }

@@ -91,7 +91,8 @@ void CodeClass::EnterLayers(const kestrel::Band& band) {
 }
 
 Ref<Band> CodeClass::FindBand(const String& name) const {
-    return mvarBands.HasKey(name) ? mvarBands.At(name) : nullptr;
+    const auto* band = mvarBands.FindByKey(name);
+    return band != nullptr ? *band : nullptr;
 }
 
 void CodeClass::Remove(const IndexKey& indexKey) {

@@ -37,11 +37,23 @@ wchar_t FoldedAscii(wchar_t character) noexcept {
     return character >= L'A' && character <= L'Z' ? static_cast<wchar_t>(character - L'A' + L'a') : character;
 }
 
+wchar_t RaisedAscii(wchar_t character) noexcept {
+    return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - L'a' + L'A') : character;
+}
+
 bool IsPrintableAscii(wchar_t character) noexcept { return character >= L' ' && character <= L'~'; }
 
-// Decides at the first difference where both characters are printable ASCII: no locale takes different ones of these,
-// case aside, for the same. Anything else may be ignored, or stand for several characters, and is the system's affair.
+// Printable ASCII characters that are not the same letter: no locale takes them for the same.
+bool DifferInAscii(wchar_t left, wchar_t right) noexcept {
+    return left != right && IsPrintableAscii(left) && IsPrintableAscii(right) &&
+           FoldedAscii(left) != FoldedAscii(right);
+}
+
+// Decides at the last character, by which most texts of a list differ, or else at the first difference, where both
+// characters are printable ASCII. Anything else may be ignored, or stand for several characters, and is the system's
+// affair.
 Answer CompareAscii(StringView left, StringView right) noexcept {
+    if (!left.empty() && !right.empty() && DifferInAscii(left.back(), right.back())) return Answer::Different;
     const std::size_t common = std::min(left.size(), right.size());
     for (std::size_t i = 0; i < common; ++i) {
         if (left[i] == right[i]) continue;
@@ -53,9 +65,14 @@ Answer CompareAscii(StringView left, StringView right) noexcept {
     return IsPrintableAscii(rest.front()) ? Answer::Different : Answer::AskTheSystem;
 }
 
+// Case mapping treats ASCII alike in every locale.
+template <wchar_t (*Map)(wchar_t) noexcept>
 String Mapped(const String& text, DWORD mapping) {
     String mapped(text.size(), L'\0');
-    if (text.empty()) return mapped;
+    if (std::all_of(text.begin(), text.end(), IsPrintableAscii)) {
+        std::transform(text.begin(), text.end(), mapped.begin(), Map);
+        return mapped;
+    }
     const int size = static_cast<int>(text.size());
     const int written =
         LCMapStringEx(LOCALE_NAME_USER_DEFAULT, mapping, text.data(), size, mapped.data(), size, nullptr, nullptr, 0);
@@ -94,8 +111,8 @@ bool WindowsText::SameText(StringView left, StringView right) const {
                            right.data(), static_cast<int>(right.size()), nullptr, nullptr, 0) == CSTR_EQUAL;
 }
 
-String WindowsText::Upper(const String& text) const { return Mapped(text, LCMAP_UPPERCASE); }
+String WindowsText::Upper(const String& text) const { return Mapped<RaisedAscii>(text, LCMAP_UPPERCASE); }
 
-String WindowsText::Lower(const String& text) const { return Mapped(text, LCMAP_LOWERCASE); }
+String WindowsText::Lower(const String& text) const { return Mapped<FoldedAscii>(text, LCMAP_LOWERCASE); }
 
 } // namespace kestrel
