@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Configures and builds presets, from nothing or on top of whatever an earlier run left.
-# usage: tools/build.sh PRESET...
+# usage: tools/build.sh PRESET[:TARGET,TARGET...]...   (without targets: everything)
 # shellcheck source=tools/common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -21,15 +21,16 @@ configure() {
 }
 
 build() {
-    local preset="$1"
+    local preset="${1%%:*}" targets=()
+    [[ "$1" != *:* ]] || IFS=, read -ra targets <<<"--target,${1#*:}"
     configure "$preset" || return 1
     note "build $preset"
-    with_log "build-$preset" cmake --build --preset "$preset" -j "$JOBS"
+    with_log "build-$preset" cmake --build --preset "$preset" -j "$JOBS" "${targets[@]}"
 }
 
 main() {
     local preset
-    [ $# -gt 0 ] || fail "usage: tools/build.sh PRESET..."
+    [ $# -gt 0 ] || fail "usage: tools/build.sh PRESET[:TARGET,TARGET...]..."
     need_tools cmake ninja
     cd "$ROOT"
     for preset in "$@"; do
