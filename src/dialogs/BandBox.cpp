@@ -1,0 +1,80 @@
+#include "dialogs/BandBox.h"
+
+#include <algorithm>
+
+#include "dialogs/Handles.h"
+#include "dialogs/SampleText.h"
+
+namespace kestrel::dialogs {
+
+namespace {
+
+constexpr int narrowest = 84;
+constexpr int widest = 170;
+constexpr int padding = 12;
+constexpr int gap = 2; // on each side, so that boxes stand apart
+
+int WidthIn(HDC context, const String& text) noexcept {
+    SIZE extent{};
+    GetTextExtentPoint32W(context, text.c_str(), static_cast<int>(text.size()), &extent);
+    return extent.cx;
+}
+
+void FillWith(HDC context, const RECT& area, int colour) noexcept {
+    FillRect(context, &area, GetSysColorBrush(colour));
+}
+
+} // namespace
+
+BandBox BoxOf(const Band& band) {
+    const bool fixed = band.Style() == bsFixed;
+    return {band.Name(), StyleName(band.Style()), fixed ? band.Default() : SampleText(band)};
+}
+
+String TextOf(const BandBox& box) { return box.name + L"\r\n" + box.style + L"\r\n" + box.sample; }
+
+void PrintCentered(HDC context, RECT area, const String& text) noexcept {
+    DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &area,
+              DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
+}
+
+BandBoxPainter::BandBoxPainter(HWND window, HFONT font, int dpi) noexcept
+    : mvarWindow(window), mvarFont(font), mvarDpi(dpi) {
+    const WindowContext context(window);
+    const Selected selected(context.Get(), font);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(context.Get(), &metrics);
+    mvarLineHeight = metrics.tmHeight;
+}
+
+int BandBoxPainter::TextWidth(const BandBox& box) const {
+    const WindowContext context(mvarWindow);
+    const Selected font(context.Get(), mvarFont);
+    return std::max(
+        {WidthIn(context.Get(), box.name), WidthIn(context.Get(), box.style), WidthIn(context.Get(), box.sample)});
+}
+
+int BandBoxPainter::WidthOf(const BandBox& box) const {
+    return std::clamp(TextWidth(box) + 2 * Scaled(padding), Scaled(narrowest), Scaled(widest));
+}
+
+bool BandBoxPainter::Clips(const BandBox& box) const { return TextWidth(box) + 2 * Scaled(padding) > Scaled(widest); }
+
+void BandBoxPainter::Paint(HDC context, const RECT& area, const BandBox& box, bool selected, bool focused) const {
+    const Selected font(context, mvarFont);
+    RECT inner{area.left + Scaled(gap), area.top, area.right - Scaled(gap), area.bottom};
+    FillWith(context, inner, selected ? COLOR_HIGHLIGHT : COLOR_BTNFACE);
+    FrameRect(context, &inner, GetSysColorBrush(selected ? COLOR_HOTLIGHT : COLOR_BTNSHADOW));
+    SetBkMode(context, TRANSPARENT);
+    SetTextColor(context, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT));
+    RECT line{inner.left + Scaled(4), inner.top + Scaled(6), inner.right - Scaled(4), 0};
+    for (const String* text : {&box.name, &box.style, &box.sample}) {
+        line.bottom = line.top + mvarLineHeight;
+        PrintCentered(context, line, *text);
+        line.top = line.bottom;
+    }
+    InflateRect(&inner, -Scaled(2), -Scaled(2));
+    if (selected && focused) DrawFocusRect(context, &inner);
+}
+
+} // namespace kestrel::dialogs

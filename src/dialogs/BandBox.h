@@ -1,0 +1,47 @@
+// A box of the band strip: what it shows, how wide it must be, how it is painted.
+#pragma once
+
+#include <windows.h>
+
+#include "bands/Band.h"
+
+namespace kestrel::dialogs {
+
+struct BandBox {
+    String name;
+    String style;
+    String sample;
+};
+[[nodiscard]] BandBox BoxOf(const Band& band);
+// All that the box shows, for a tool tip where the box is too narrow.
+[[nodiscard]] String TextOf(const BandBox& box);
+
+// Measures and paints boxes with one font at one resolution.
+class BandBoxPainter {
+  public:
+    BandBoxPainter() = default;
+    BandBoxPainter(HWND window, HFONT font, int dpi) noexcept;
+
+    // Wide enough for the texts, within limits.
+    [[nodiscard]] int WidthOf(const BandBox& box) const;
+    [[nodiscard]] int Height() const noexcept { return 3 * mvarLineHeight + 2 * Scaled(6); }
+    // Whether the box has to cut one of its texts.
+    [[nodiscard]] bool Clips(const BandBox& box) const;
+    // Texts centred one below the other; the selected box in the colours of a selection, with a frame when its strip
+    // has the keyboard.
+    void Paint(HDC context, const RECT& area, const BandBox& box, bool selected, bool focused) const;
+
+  private:
+    [[nodiscard]] int Scaled(int length) const noexcept { return MulDiv(length, mvarDpi, 96); }
+    [[nodiscard]] int TextWidth(const BandBox& box) const;
+
+    HWND mvarWindow = nullptr;
+    HFONT mvarFont = nullptr;
+    int mvarDpi = 96;
+    int mvarLineHeight = 0;
+};
+
+// Prints the text in the middle of the area, cut with "…" when it is too long.
+void PrintCentered(HDC context, RECT area, const String& text) noexcept;
+
+} // namespace kestrel::dialogs

@@ -1,0 +1,90 @@
+// The band strip: a view (picBkg) over a row of boxes (picBand), one for each band, with the button that appends a band
+// (imgButton) after the last box; while a box is dragged, its floating copy (picMove) and the marker of the gap where
+// it would land (imgPos). The view scrolls when the boxes do not fit.
+//
+// The strip knows no rule: it shows the boxes it is given and reports what the user does.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "dialogs/BandBox.h"
+#include "dialogs/PictureBox.h"
+#include "dialogs/StripLayout.h"
+
+namespace kestrel::dialogs {
+
+class Form;
+
+class BandStrip {
+  public:
+    struct Actions {
+        std::function<void(int box)> select;
+        std::function<void(POINT screen)> menu; // for the selected box
+        std::function<void(int box, DropPlace place)> drop;
+        std::function<void(int step)> move; // the selected box, one place
+        std::function<void()> remove;       // the selected box
+    };
+
+    explicit BandStrip(Form& form) noexcept : mvarForm(form) {}
+    // The windows hold this object's address.
+    BandStrip(const BandStrip&) = delete;
+    BandStrip& operator=(const BandStrip&) = delete;
+
+    // Puts the strip into the form's picBkg; once, when the form is loaded.
+    void Attach(Actions actions, const String& appendTip);
+    // Replaces all boxes and marks the selected one; a drag under way ends without effect.
+    void SetBoxes(std::vector<BandBox> boxes, int selected);
+    void Select(int box);
+    // Follows a change of the form's font or size.
+    void Resize();
+    void EnableAppend(bool enabled) const noexcept;
+    // Ends a drag without effect and frees the mouse; nothing when none is under way.
+    void CancelDrag() noexcept;
+    [[nodiscard]] bool IsDragging() const noexcept { return mvarDragged >= 0; }
+    [[nodiscard]] const StripLayout& Layout() const noexcept { return mvarLayout; }
+    [[nodiscard]] int Offset() const noexcept { return mvarOffset; }
+    [[nodiscard]] int Margin() const noexcept;
+
+  private:
+    std::optional<LRESULT> ViewMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    std::optional<LRESULT> BandMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    void PaintBoxes(HDC context, const RECT& client) const;
+    void MeasureBoxes();
+    void Arrange();
+    void SetScrollBar() const noexcept;
+    void ScrollTo(int offset);
+    [[nodiscard]] int ScrollTarget(int request) const noexcept;
+    [[nodiscard]] int ViewWidth() const noexcept;
+    [[nodiscard]] int LargestOffset() const noexcept;
+    [[nodiscard]] bool KeyDown(unsigned key);
+    void ShowTip(int x) const;
+
+    void MouseDown(int x);
+    void MouseDownRight(int x, POINT screen);
+    void MouseMove(int x);
+    void MouseUp(int x);
+    void ScrollWhileDragging();
+    void PlaceMarker(int x) const;
+    void PlaceCopy() const;
+    [[nodiscard]] int StripX(int x) const noexcept { return x + mvarOffset; }
+    [[nodiscard]] RECT BoxArea(int left, int width) const noexcept;
+
+    Form& mvarForm;
+    Actions mvarActions;
+    PictureBox picBkg;
+    PictureBox picBand;
+    PictureBox picMove;
+    PictureBox imgPos;
+    HWND imgButton = nullptr;
+    BandBoxPainter mvarPainter;
+    StripLayout mvarLayout;
+    std::vector<BandBox> mvarBoxes;
+    int mvarSelected = 0;
+    int mvarOffset = 0;   // of the view, in pixels
+    int mvarDragged = -1; // the box being dragged, -1 for none
+    int mvarDragX = 0;    // the mouse within picBand
+    int mvarGrip = 0;     // from the left edge of the dragged box to the mouse at the press
+};
+
+} // namespace kestrel::dialogs

@@ -1,0 +1,192 @@
+// The relation tree of the selected band, its buttons and its menu.
+
+#include <unordered_map>
+
+#include "common/Ports.h"
+#include "dialogs/Guard.h"
+#include "dialogs/MenuRules.h"
+#include "dialogs/Texts.h"
+#include "dialogs/Waiting.h"
+#include "dialogs/frmDesigners.h"
+#include "resources/dialogids.h"
+
+namespace kestrel::dialogs {
+
+namespace {
+
+// A larger tree is read again once for all the changes that a step makes and not for each of them.
+constexpr std::int32_t readAtOnce = 200;
+// Building a larger tree takes long enough to be noticed.
+constexpr std::int32_t noticeable = 2000;
+
+std::vector<TreeView::Item> ItemsOf(const cNodes& tree) {
+    const auto nodes = tree.Snapshot();
+    std::unordered_map<const cNode*, std::size_t> places;
+    for (std::size_t place = 0; place < nodes.size(); ++place)
+        places[nodes[place].Get()] = place;
+    std::vector<TreeView::Item> items;
+    items.reserve(nodes.size());
+    for (const auto& node : nodes) {
+        const auto parent = places.find(node->Parent().Get());
+        items.push_back({node->Key(), node->Text() + L" " + node->Tag(),
+                         parent == places.end() ? TreeView::NoParent : parent->second});
+    }
+    return items;
+}
+
+} // namespace
+
+void frmDesigners::ConnectRelations() {
+    constexpr int relationships[] = {tvwPrevious, tvwNext, tvwLast, tvwChild};
+    for (int index = 0; index < 4; ++index)
+        OnClick(ID_mnuSubNodeAdd + index, [this, relationship = relationships[index]] { AddNode(relationship); });
+    OnClick(ID_cmdAdd, [this] { AddNode(tvwLast); });
+    for (const int id : {ID_cmdModify, ID_mnuNodeEdit})
+        OnClick(id, [this] { cmdModify_Click(); });
+    for (const int id : {ID_cmdDelete, ID_mnuNodeRemove})
+        OnClick(id, [this] { cmdDelete_Click(); });
+    for (const int id : {ID_cmdClear, ID_mnuNodeRemoveAll})
+        OnClick(id, [this] { cmdClear_Click(); });
+    OnNotify(ID_tvwAvailable, [this](const NMHDR& header) { return tvwAvailable_Notify(header); });
+}
+
+void frmDesigners::FollowRelations(const Ref<cNodes>& tree) {
+    if (tree == cRelations) return;
+    cRelations = tree;
+    mvarNodesChanged =
+        !tree ? Subscription() : tree->NodesChanged.Subscribe([this](const String&, const String& hotKey) {
+            Guarded(0, [&] {
+                cRelations_NodesChanged(hotKey);
+                return 0;
+            });
+        });
+}
+
+void frmDesigners::cRelations_NodesChanged(const String& hotKey) {
+    if (cRelations->Count() <= readAtOnce) return LoadRelations(hotKey);
+    mvarHotKey = hotKey;
+    if (!std::exchange(mvarReloadWaits, true)) PostMessageW(Window(), WM_APP, 0, 0);
+}
+
+void frmDesigners::LoadRelations(const String& hotKey) {
+    const FrozenDrawing frozen(Window());
+    const bool outermost = !std::exchange(mvarLoading, true);
+    {
+        const std::optional<WaitCursor> wait =
+            cRelations && cRelations->Count() > noticeable ? std::optional<WaitCursor>(std::in_place) : std::nullopt;
+        const String selected = tvwAvailable.SelectedKey();
+        tvwAvailable.SetItems(cRelations ? ItemsOf(*cRelations) : std::vector<TreeView::Item>());
+        tvwAvailable.Select(tvwAvailable.Find(hotKey) != nullptr ? hotKey : selected);
+    }
+    if (outermost) mvarLoading = false;
+    lblInfo[1].SetText(RelationsHint());
+    EnableProperty(idRelations, static_cast<bool>(cRelations));
+}
+
+String frmDesigners::RelationsHint() const {
+    const auto band = SelectedBand();
+    if (!band) return {};
+    if (!cRelations) return TheStrings().Text(text::NoRelationsHint);
+    return TheStrings().Text(band->SwapMode() == smLayersSwap ? text::LayeredRelationsHint : text::SimpleRelationsHint);
+}
+
+void frmDesigners::EnableRelations(bool enable) {
+    const auto code = cCode.Lock();
+    const auto band = SelectedBand();
+    const auto rules = code && band && enable ? RelationRulesFor(*code, *band, SelectedNode()) : RelationRules();
+    tvwAvailable.SetEnabled(enable);
+    lblInfo[1].SetEnabled(enable);
+    cmdAdd.SetEnabled(rules.append);
+    cmdDelete.SetEnabled(rules.modifyAndRemove);
+    cmdModify.SetEnabled(rules.modifyAndRemove);
+    cmdClear.SetEnabled(rules.removeAll);
+}
+
+Ref<cNode> frmDesigners::SelectedNode() const {
+    const String key = tvwAvailable.SelectedKey();
+    if (!cRelations || key.empty()) return nullptr;
+    Ref<cNode> node;
+    Trapped([&] { node = cRelations->Node(key); }); // gone meanwhile: nothing is selected
+    return node;
+}
+
+std::optional<LRESULT> frmDesigners::tvwAvailable_Notify(const NMHDR& header) {
+    POINT mouse{};
+    switch (header.code) {
+    case TVN_SELCHANGEDW:
+        if (!mvarLoading) EnableProperty(idRelations, static_cast<bool>(cRelations));
+        return std::nullopt;
+    case NM_RCLICK:
+        GetCursorPos(&mouse);
+        if (const HTREEITEM hit = tvwAvailable.HitTest(mouse)) tvwAvailable.Select(tvwAvailable.KeyOf(hit));
+        ShowNodeMenu(mouse);
+        return TRUE;
+    case TVN_KEYDOWN: {
+        const WORD key = reinterpret_cast<const NMTVKEYDOWN&>(header).wVKey;
+        if (key == VK_DELETE && cmdDelete.IsEnabled()) cmdDelete_Click();
+        if (key == VK_INSERT && cmdAdd.IsEnabled()) AddNode(tvwLast);
+        if (key == VK_F2 && cmdModify.IsEnabled()) cmdModify_Click();
+        if (key == VK_APPS) ShowNodeMenu(tvwAvailable.MenuPoint());
+        return std::nullopt;
+    }
+    default: return std::nullopt;
+    }
+}
+
+void frmDesigners::ShowNodeMenu(POINT screen) const {
+    const auto code = cCode.Lock();
+    const auto band = SelectedBand();
+    if (!code || !band) return;
+    const auto rules = tvwAvailable.IsEnabled() ? RelationRulesFor(*code, *band, SelectedNode()) : RelationRules();
+    mnuNode.SetEnabled(ID_mnuNodeAdd, rules.append);
+    mnuNode.SetEnabled(ID_mnuSubNodeAdd, rules.beforeAndAfter);
+    mnuNode.SetEnabled(ID_mnuSubNodeAdd + 1, rules.beforeAndAfter);
+    mnuNode.SetEnabled(ID_mnuSubNodeAdd + 2, rules.append);
+    mnuNode.SetEnabled(ID_mnuSubNodeAdd + 3, rules.child);
+    mnuNode.SetEnabled(ID_mnuNodeEdit, rules.modifyAndRemove);
+    mnuNode.SetEnabled(ID_mnuNodeRemove, rules.modifyAndRemove);
+    mnuNode.SetEnabled(ID_mnuNodeRemoveAll, rules.removeAll);
+    mnuNode.PopUp(Window(), screen);
+}
+
+void frmDesigners::AddNode(int relationship) {
+    ClearStatus();
+    if (const auto code = cCode.Lock())
+        code->ShowAddRelation(mvarIndex + 1, tvwAvailable.SelectedKey(), relationship, false);
+}
+
+void frmDesigners::cmdModify_Click() {
+    ClearStatus();
+    const auto code = cCode.Lock();
+    if (code && SelectedNode()) code->ShowAddRelation(mvarIndex + 1, tvwAvailable.SelectedKey(), tvwLast, true);
+}
+
+void frmDesigners::cmdDelete_Click() const {
+    const String key = tvwAvailable.SelectedKey();
+    const auto tree = cRelations;
+    if (!tree || !SelectedNode()) return;
+    String question = TheStrings().Text(Message::AskDeleteRelation);
+    const int below = CountDescendants(tvwAvailable.Find(key));
+    if (below > 0) question += L"\r\n" + ReplaceStar(TheStrings().Text(Message::ChildrenIncluded), ToText(below));
+    if (!ThePrompts().Ask(question)) return;
+    const WaitCursor wait;
+    tree->Remove(key);
+}
+
+void frmDesigners::cmdClear_Click() const {
+    const auto tree = cRelations;
+    if (!tree) return;
+    const String question = ReplaceStar(TheStrings().Text(Message::AskClearRelations), ToText(tree->Count()));
+    if (ThePrompts().AskDefaultNo(question)) tree->Cls();
+}
+
+int frmDesigners::CountDescendants(HTREEITEM node) const {
+    std::vector<HTREEITEM> open{node};
+    for (std::size_t next = 0; next < open.size(); ++next)
+        for (HTREEITEM child = tvwAvailable.Child(open[next]); child != nullptr;
+             child = tvwAvailable.NextSibling(child))
+            open.push_back(child);
+    return static_cast<int>(open.size()) - 1;
+}
+
+} // namespace kestrel::dialogs

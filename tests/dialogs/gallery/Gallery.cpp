@@ -1,0 +1,138 @@
+// Shows one dialog, takes its picture from the screen, and closes it.
+// usage: dialog_gallery DIALOG RULE FILE.bmp   (DIALOG: designer, band, relation, fields, options; RULE: empty, filled)
+#include <windows.h>
+
+#include <cstdio>
+#include <fstream>
+#include <vector>
+
+#include "common/Ports.h"
+#include "dialogs/Handles.h"
+#include "dialogs/WindowsDialogs.h"
+#include "dialogs/support/SampleRule.h"
+#include "platform/PlatformPorts.h"
+#include "resources/dialogids.h"
+
+namespace {
+
+using namespace kestrel;
+
+constexpr UINT settleMilliseconds = 700;
+std::wstring thePicture;
+std::wstring theDialog;
+
+void WriteBitmap(const std::wstring& file, int width, int height, const std::vector<BYTE>& pixels) {
+    BITMAPFILEHEADER header{};
+    BITMAPINFOHEADER info{sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    header.bfType = 0x4D42;
+    header.bfOffBits = sizeof header + sizeof info;
+    header.bfSize = header.bfOffBits + static_cast<DWORD>(pixels.size());
+    FILE* out = _wfopen(file.c_str(), L"wb");
+    if (out == nullptr) return;
+    fwrite(&header, sizeof header, 1, out);
+    fwrite(&info, sizeof info, 1, out);
+    fwrite(pixels.data(), 1, pixels.size(), out);
+    fclose(out);
+}
+
+// What the screen shows there.
+void TakePicture(const RECT& area, const std::wstring& file) {
+    const int width = area.right - area.left;
+    const int height = area.bottom - area.top;
+    const dialogs::WindowContext screen(nullptr);
+    const HDC memory = CreateCompatibleDC(screen.Get());
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    const dialogs::GdiObject<HBITMAP> bitmap(CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    {
+        const dialogs::Selected selected(memory, bitmap.Get());
+        BitBlt(memory, 0, 0, width, height, screen.Get(), area.left, area.top, SRCCOPY);
+        GdiFlush();
+    }
+    const auto* first = static_cast<const BYTE*>(bits);
+    WriteBitmap(file, width, height,
+                {first, first + static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4});
+    DeleteDC(memory);
+}
+
+BOOL CALLBACK FindForm(HWND window, LPARAM found) {
+    wchar_t name[16] = {};
+    GetClassNameW(window, name, 16);
+    if (lstrcmpW(name, L"#32770") != 0 || IsWindowVisible(window) == FALSE || IsWindowEnabled(window) == FALSE)
+        return TRUE;
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
+void CALLBACK PictureAndClose(HWND, UINT, UINT_PTR timer, DWORD) {
+    HWND form = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), FindForm, reinterpret_cast<LPARAM>(&form));
+    if (form == nullptr) return;
+    KillTimer(nullptr, timer);
+    RECT area{};
+    GetWindowRect(form, &area);
+    TakePicture(area, thePicture);
+    ExitProcess(0); // without the questions that closing asks
+}
+
+// Brings the dialog into a state worth a picture.
+void CALLBACK Prepare(HWND, UINT, UINT_PTR timer, DWORD) {
+    HWND form = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), FindForm, reinterpret_cast<LPARAM>(&form));
+    if (form == nullptr) return;
+    KillTimer(nullptr, timer);
+    const auto pick = [form](int id, int row) {
+        SendDlgItemMessageW(form, id, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
+        SendMessageW(form, WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), 0);
+    };
+    if (theDialog == L"band") {
+        SetDlgItemTextW(form, ID_txtName, L"Serial");
+        pick(ID_cboStyle, bsIncreaseNumber);
+    }
+    if (theDialog == L"relation") {
+        SetDlgItemTextW(form, ID_txtCode, L"4");
+        SetDlgItemTextW(form, ID_txtValue, L"Rostock");
+    }
+    if (theDialog == L"designer") {
+        const HWND strip = GetDlgItem(GetDlgItem(form, ID_picBkg), ID_picBand);
+        SetFocus(strip);
+        const int steps = theDialog == L"designer" ? test::ibRegion - 1 : 0;
+        for (int step = 0; step < steps; ++step)
+            SendMessageW(strip, WM_KEYDOWN, VK_RIGHT, 0);
+        const HWND tree = GetDlgItem(form, ID_tvwAvailable);
+        const LRESULT root = SendMessageW(tree, 0x1100 + 10, 0, 0); // the first item
+        SendMessageW(tree, 0x1100 + 2, 2, root);                    // expanded
+        SendMessageW(tree, 0x1100 + 11, 9, root);                   // selected
+    }
+    if (theDialog == L"options") {
+        SendDlgItemMessageW(form, ID_lstLayers, LB_SETCURSEL, 0, 0);
+        SendMessageW(form, WM_COMMAND, MAKEWPARAM(ID_lstLayers, LBN_SELCHANGE), 0);
+    }
+    if (theDialog == L"fields") SendDlgItemMessageW(form, ID_lstFields, LB_SETSEL, TRUE, 0);
+}
+
+void Show(CodeClass& rule, const std::wstring& dialog) {
+    if (dialog == L"designer" || dialog == L"number") rule.ShowDesigner({}, true);
+    if (dialog == L"band") rule.ShowAddBand(rule.Count() > 0 ? L"Number" : L"", 2);
+    if (dialog == L"relation") rule.ShowAddRelation(test::ibRegion, L"N3", tvwNext, false);
+    if (dialog == L"modify") rule.ShowAddRelation(test::ibRegion, L"N3", tvwNext, true);
+    if (dialog == L"fields") rule.ShowFieldManage();
+    if (dialog == L"options") rule.ShowOptions();
+}
+
+} // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    if (argc != 4) return 2;
+    theDialog = argv[1];
+    thePicture = argv[3];
+    InstallPlatformPorts();
+    static dialogs::WindowsDialogs windows;
+    InstallPorts({&TheStrings(), &TheText(), &ThePrompts(), &windows});
+    const auto rule = std::wstring(argv[2]) == L"filled" ? test::InvoiceRule() : test::EmptyRule();
+    if (std::wstring(argv[2]) == L"filled") SetTimer(nullptr, 0, settleMilliseconds / 2, Prepare);
+    SetTimer(nullptr, 0, settleMilliseconds, PictureAndClose);
+    Show(*rule, theDialog);
+    return 1; // closed by someone else
+}
