@@ -10,6 +10,7 @@
 #include "automation/Classes.h"
 #include "automation/ComPtr.h"
 #include "automation/Registration.h"
+#include "dialogs/WindowsDialogs.h"
 #include "platform/PlatformPorts.h"
 
 using namespace kestrel;
@@ -23,7 +24,8 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID riid, void** object) {
     });
     if (found == classes.end()) return CLASS_E_CLASSNOTAVAILABLE;
     return Guarded(nullptr, [&] {
-        InstallPlatformPorts();
+        static dialogs::WindowsDialogs windows;
+        InstallPlatformPorts(&windows);
         Require(ComPtr<IClassFactory>(new ClassFactory(**found))->QueryInterface(riid, object));
     });
 }

@@ -8,7 +8,10 @@ namespace kestrel::dialogs {
 namespace {
 
 // Sent to oneself: what waited in the message queue has run when it arrives.
-const UINT selectAgain = RegisterWindowMessageW(L"Kestrel.TxtEXPs.SelectAgain");
+UINT SelectAgain() noexcept {
+    static const UINT message = RegisterWindowMessageW(L"Kestrel.TxtEXPs.SelectAgain");
+    return message;
+}
 
 bool ShiftHeld() noexcept {
     return GetKeyState(VK_SHIFT) < 0 || GetKeyState(VK_CONTROL) < 0 || GetKeyState(VK_MENU) < 0;
@@ -58,7 +61,7 @@ void TxtEXPs::Attach(HWND control) noexcept {
 }
 
 std::optional<LRESULT> TxtEXPs::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == selectAgain) {
+    if (message == SelectAgain()) {
         if (GetFocus() == Window()) SendMessageW(Window(), EM_SETSEL, 0, -1);
         return 0;
     }
@@ -90,7 +93,7 @@ std::optional<LRESULT> TxtEXPs::DialogCode(LPARAM lParam) const {
 void TxtEXPs::Entered() const noexcept {
     if (mvarIsList) return;
     SendMessageW(Window(), EM_SETSEL, 0, -1);
-    PostMessageW(Window(), selectAgain, 0, 0); // the click that brought the focus sets the caret after this
+    PostMessageW(Window(), SelectAgain(), 0, 0); // the click that brought the focus sets the caret after this
 }
 
 FieldMove TxtEXPs::MoveOf(unsigned key) const {

@@ -9,16 +9,16 @@ namespace kestrel {
 
 namespace {
 
-bool Install() {
+bool Install(Dialogs* dialogs) {
     static const ResourceStrings strings;
     static const WindowsText text;
     static MessagePrompts prompts;
-    InstallPorts({&strings, &text, &prompts, nullptr});
+    InstallPorts({&strings, &text, &prompts, dialogs});
     return true;
 }
 
 } // namespace
 
-void InstallPlatformPorts() { [[maybe_unused]] static const bool installed = Install(); }
+void InstallPlatformPorts(Dialogs* dialogs) { [[maybe_unused]] static const bool installed = Install(dialogs); }
 
 } // namespace kestrel

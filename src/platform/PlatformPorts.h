@@ -3,7 +3,10 @@
 
 namespace kestrel {
 
-// Installs the ports for the process, once; later calls do nothing. Any thread may call it.
-void InstallPlatformPorts();
+class Dialogs;
+
+// Installs the ports for the process, and with them the dialogs given, once; later calls do nothing. Any thread may
+// call it. Without dialogs a rule cannot open any.
+void InstallPlatformPorts(Dialogs* dialogs = nullptr);
 
 } // namespace kestrel
