@@ -20,14 +20,6 @@ Variant ValueOf(const VARIANT& argument) {
     return value;
 }
 
-// The innermost reference of a chain: scripts pass a variable that holds a reference as a reference to a reference.
-const VARIANT& Innermost(const VARIANT& reference) noexcept {
-    const VARIANT* innermost = &reference;
-    while (V_VT(innermost) == (VT_BYREF | VT_VARIANT) && (V_VT(V_VARIANTREF(innermost)) & VT_BYREF) != 0)
-        innermost = V_VARIANTREF(innermost);
-    return *innermost;
-}
-
 std::size_t SizeOf(VARTYPE type) {
     switch (type) {
     case VT_I1:
@@ -57,24 +49,24 @@ void StoreInto(const VARIANT& variable, Variant& value) {
         std::memcpy(V_BYREF(&variable), &V_NONE(value.Out()), SizeOf(value.Type()));
 }
 
-// The position among the parameters of the argument at `index`, or Count when it is none of them.
-std::size_t PositionOf(const DISPPARAMS& params, UINT index, std::size_t count) noexcept {
-    if (index >= params.cNamedArgs) return params.cArgs - 1 - index;
-    const DISPID name = params.rgdispidNamedArgs[index];
-    if (name == DISPID_PROPERTYPUT) return count - 1;
-    return name >= 0 ? static_cast<std::size_t>(name) : count;
+// The parameter that the argument at `index` is for.
+const Parameter& ParameterFor(const std::vector<Parameter>& parameters, const DISPPARAMS& params, UINT index) {
+    const bool named = index < params.cNamedArgs;
+    const DISPID name = named ? params.rgdispidNamedArgs[index] : static_cast<DISPID>(params.cArgs - 1 - index);
+    if (named && name == DISPID_PROPERTYPUT && !parameters.empty()) return parameters.back();
+    if (name < 0 || static_cast<std::size_t>(name) >= parameters.size())
+        throw ComFailure{named ? DISP_E_UNKNOWNNAME : DISP_E_BADPARAMCOUNT};
+    return parameters[static_cast<std::size_t>(name)];
 }
 
 } // namespace
 
 DispatchArguments::DispatchArguments(const Member& member, const DISPPARAMS& params, UINT& failed)
     : mvarArguments(params.rgvarg, params.rgvarg + params.cArgs), mvarParams(params) {
-    const auto& parameters = member.parameters;
     mvarHolders.reserve(params.cArgs); // what is held is pointed to
     for (UINT i = 0; i < params.cArgs; ++i) {
-        const std::size_t position = PositionOf(params, i, parameters.size());
         failed = i;
-        if (position < parameters.size()) Convert(parameters[position], params.rgvarg[i], mvarArguments[i]);
+        Convert(ParameterFor(member.parameters, params, i), params.rgvarg[i], mvarArguments[i]);
     }
     mvarParams.rgvarg = mvarArguments.data();
 }

@@ -5,6 +5,15 @@
 
 namespace kestrel {
 
+// The innermost reference of a chain of them; what is no chain is itself. Scripts pass a variable that holds a
+// reference as a reference to a reference, which the runtime's own functions refuse.
+[[nodiscard]] inline const VARIANT& Innermost(const VARIANT& value) noexcept {
+    const VARIANT* innermost = &value;
+    while (V_VT(innermost) == (VT_BYREF | VT_VARIANT) && (V_VT(V_VARIANTREF(innermost)) & VT_BYREF) != 0)
+        innermost = V_VARIANTREF(innermost);
+    return *innermost;
+}
+
 class Variant {
   public:
     Variant() noexcept { VariantInit(&mvarValue); }
@@ -22,7 +31,7 @@ class Variant {
     // With references resolved; empty when it cannot be copied, and then `result` tells why.
     [[nodiscard]] static Variant CopyOf(const VARIANT& value, HRESULT& result) noexcept {
         Variant copy;
-        result = VariantCopyInd(&copy.mvarValue, const_cast<VARIANT*>(&value)); // only read
+        result = VariantCopyInd(&copy.mvarValue, const_cast<VARIANT*>(&Innermost(value))); // only read
         return copy;
     }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <ocidl.h>
+#include <olectl.h>
 
 #include <functional>
 
@@ -16,7 +17,11 @@ class EventCall {
 
     [[nodiscard]] DISPID Id() const noexcept { return mvarId; }
     [[nodiscard]] UINT Count() const noexcept { return mvarParams.cArgs; }
-    [[nodiscard]] VARIANT& Raw(UINT position) const { return mvarParams.rgvarg[mvarParams.cArgs - 1 - position]; }
+    // Throws HostError when the event has no such argument.
+    [[nodiscard]] VARIANT& Raw(UINT position) const {
+        if (position >= mvarParams.cArgs) throw HostError(DISP_E_BADPARAMCOUNT);
+        return mvarParams.rgvarg[mvarParams.cArgs - 1 - position];
+    }
     // Each follows the reference that the argument is and throws HostError when it is none of that type.
     [[nodiscard]] String Text(UINT position) const { return String(ViewOf(*TextReference(position))); }
     void SetText(UINT position, StringView text) const;
