@@ -2,17 +2,18 @@
 
 #include <oleauto.h>
 
-#include <array>
-#include <cwchar>
+#include <string_view>
 
 #include "hosts/common/Variant.h"
 
 namespace hosts {
 
 std::wstring CodeText(HRESULT code) {
-    std::array<wchar_t, 16> text{};
-    std::swprintf(text.data(), text.size(), L"0x%08lX", static_cast<unsigned long>(code));
-    return text.data();
+    constexpr std::wstring_view digits = L"0123456789ABCDEF";
+    std::wstring text = L"0x";
+    for (int shift = 28; shift >= 0; shift -= 4)
+        text += digits[static_cast<std::size_t>(code >> shift) & 0xF];
+    return text;
 }
 
 ExceptionTexts::~ExceptionTexts() {

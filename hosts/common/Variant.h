@@ -15,7 +15,7 @@ namespace hosts {
 
 class Variant {
   public:
-    Variant() noexcept { VariantInit(&mvarValue); }
+    Variant() noexcept = default; // VT_EMPTY
     explicit Variant(std::wstring_view text);
     explicit Variant(long number) noexcept;
     explicit Variant(bool flag) noexcept;
@@ -42,7 +42,7 @@ class Variant {
   private:
     [[nodiscard]] Variant ChangedTo(VARTYPE type) const;
 
-    VARIANT mvarValue;
+    VARIANT mvarValue{};
 };
 
 } // namespace hosts

@@ -11,9 +11,10 @@ namespace {
 
 constexpr UINT PollMilliseconds = 50;
 constexpr int BoxText = 0xFFFF; // the id of the text in the system's message boxes
-constexpr wchar_t DialogClass[] = L"#32770";
+constexpr const wchar_t* DialogClass = L"#32770";
 
-thread_local BoxAnswers* current = nullptr;
+// A timer of no window gives its procedure nothing to find the object by.
+thread_local BoxAnswers* current = nullptr; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): as above
 
 bool HasChild(HWND window, int id) { return GetDlgItem(window, id) != nullptr; }
 
@@ -24,7 +25,7 @@ bool IsMessageBox(HWND window) {
 }
 
 std::wstring TextOf(HWND box) {
-    const HWND text = GetDlgItem(box, BoxText);
+    HWND text = GetDlgItem(box, BoxText);
     std::wstring content(static_cast<std::size_t>(GetWindowTextLengthW(text)) + 1, L'\0');
     const int length = GetWindowTextW(text, content.data(), static_cast<int>(content.size()));
     content.resize(static_cast<std::size_t>(length));
@@ -44,7 +45,7 @@ BoxAnswers::~BoxAnswers() {
     current = nullptr;
 }
 
-void BoxAnswers::OnTimer(HWND, UINT, UINT_PTR, DWORD) noexcept {
+void BoxAnswers::OnTimer(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/, DWORD /*time*/) noexcept {
     if (current != nullptr) EnumThreadWindows(GetCurrentThreadId(), &OnWindow, reinterpret_cast<LPARAM>(current));
 }
 

@@ -8,7 +8,7 @@ namespace {
 using namespace hosts;
 using namespace hosts::script;
 
-constexpr wchar_t Program[] = L"kscript";
+constexpr const wchar_t* Program = L"kscript";
 constexpr int BadUsage = 2;
 
 struct Task {

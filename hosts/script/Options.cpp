@@ -66,7 +66,7 @@ std::optional<Language> LanguageOf(const std::wstring& path) {
 
 Options ParseOptions(const std::vector<std::wstring>& arguments) {
     Options options;
-    Position at = arguments.begin();
+    auto at = arguments.begin();
     ReadOptions(at, arguments.end(), options);
     if (at == arguments.end()) throw HostError(L"no script is named; " + Usage());
     options.script = *at;

@@ -36,11 +36,13 @@ HRESULT ScriptSite::GetItemInfo(LPCOLESTR name, DWORD wanted, IUnknown** item, I
     return S_OK;
 }
 
-HRESULT ScriptSite::GetDocVersionString(BSTR*) noexcept { return E_NOTIMPL; }
+HRESULT ScriptSite::GetDocVersionString(BSTR* /*version*/) noexcept { return E_NOTIMPL; }
 
-HRESULT ScriptSite::OnScriptTerminate(const VARIANT*, const EXCEPINFO*) noexcept { return S_OK; }
+HRESULT ScriptSite::OnScriptTerminate(const VARIANT* /*result*/, const EXCEPINFO* /*exception*/) noexcept {
+    return S_OK;
+}
 
-HRESULT ScriptSite::OnStateChange(SCRIPTSTATE) noexcept { return S_OK; }
+HRESULT ScriptSite::OnStateChange(SCRIPTSTATE /*state*/) noexcept { return S_OK; }
 
 HRESULT ScriptSite::OnScriptError(IActiveScriptError* error) noexcept {
     if (error == nullptr) return E_POINTER;
@@ -62,6 +64,6 @@ HRESULT ScriptSite::GetWindow(HWND* window) noexcept {
     return S_OK;
 }
 
-HRESULT ScriptSite::EnableModeless(BOOL) noexcept { return S_OK; }
+HRESULT ScriptSite::EnableModeless(BOOL /*enable*/) noexcept { return S_OK; }
 
 } // namespace hosts::script

@@ -57,9 +57,12 @@ HRESULT ScriptedObject::GetTypeInfoCount(UINT* count) noexcept {
     return S_OK;
 }
 
-HRESULT ScriptedObject::GetTypeInfo(UINT, LCID, ITypeInfo**) noexcept { return E_NOTIMPL; }
+HRESULT ScriptedObject::GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** /*info*/) noexcept {
+    return E_NOTIMPL;
+}
 
-HRESULT ScriptedObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept {
+HRESULT ScriptedObject::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count, LCID /*locale*/,
+                                      DISPID* ids) noexcept {
     if (names == nullptr || ids == nullptr) return E_POINTER;
     std::fill_n(ids, count, DISPID_UNKNOWN);
     if (count != 1) return DISP_E_UNKNOWNNAME; // no member has named arguments
@@ -70,8 +73,8 @@ HRESULT ScriptedObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID,
     return S_OK;
 }
 
-HRESULT ScriptedObject::Invoke(DISPID id, REFIID, LCID, WORD kind, DISPPARAMS* parameters, VARIANT* result,
-                               EXCEPINFO* exception, UINT*) noexcept {
+HRESULT ScriptedObject::Invoke(DISPID id, REFIID /*reserved*/, LCID /*locale*/, WORD kind, DISPPARAMS* parameters,
+                               VARIANT* result, EXCEPINFO* exception, UINT* /*badArgument*/) noexcept {
     const Member* member = Find(id);
     if (member == nullptr || (kind & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) == 0) return DISP_E_MEMBERNOTFOUND;
     if (parameters == nullptr) return E_POINTER;

@@ -11,7 +11,7 @@ namespace hosts::script {
 
 namespace {
 
-constexpr wchar_t HostObject[] = L"WScript";
+constexpr const wchar_t* HostObject = L"WScript";
 
 // UTF-8, UTF-16 with its mark, or else the system's own code page.
 std::wstring ReadScript(const std::wstring& path) {
