@@ -52,7 +52,7 @@ class Variant {
         V_BSTR(&mvarValue) = text.Detach();
     }
 
-    VARIANT mvarValue;
+    VARIANT mvarValue{};
 };
 
 } // namespace kestrel
