@@ -19,7 +19,7 @@ struct ClassTag {
     char unused = 0;
 };
 template <class Model>
-inline ClassTag TagOf{};
+inline ClassTag TagOf{}; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): only its address counts
 
 class ModelAccess : public IUnknown {
   public:

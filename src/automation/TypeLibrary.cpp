@@ -20,6 +20,7 @@ ITypeLib* Load() {
 } // namespace
 
 ITypeLib& TheTypeLibrary() {
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): automation interfaces have no const members
     static ITypeLib* const library = Load();
     return *library;
 }

@@ -77,7 +77,8 @@ class Face : public Interface,
             [&] { return riid == IID_NULL ? IdsOfNames(Table(), names, count, ids) : DISP_E_UNKNOWNINTERFACE; });
     }
     STDMETHODIMP Invoke(DISPID member, REFIID riid, LCID locale, WORD flags, DISPPARAMS* params, VARIANT* result,
-                        EXCEPINFO* exception, UINT* failedArgument) noexcept override {
+                        EXCEPINFO* exception,
+                        UINT* failedArgument) noexcept override { // NOLINT(readability-non-const-parameter): COM's
         return Result([&] {
             const LateCall call{member, locale, flags, params, result, exception, failedArgument};
             return riid == IID_NULL ? Call(Table(), static_cast<Interface*>(this), call) : DISP_E_UNKNOWNINTERFACE;
