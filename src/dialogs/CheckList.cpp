@@ -32,6 +32,7 @@ void CheckList::FitColumn() const noexcept {
 
 void CheckList::SetRows(const std::vector<Row>& rows) const {
     std::vector<Row> held;
+    held.reserve(static_cast<std::size_t>(Count()));
     for (int index = 0; index < Count(); ++index)
         held.push_back(At(index));
     if (held == rows) return;

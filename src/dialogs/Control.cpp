@@ -73,6 +73,7 @@ void ComboBox::SetRows(const std::vector<String>& rows) const {
 std::vector<String> ComboBox::Rows() const {
     std::vector<String> rows;
     const auto count = static_cast<int>(Send(CB_GETCOUNT));
+    rows.reserve(static_cast<std::size_t>(count));
     for (int index = 0; index < count; ++index)
         rows.push_back(Row(index));
     return rows;

@@ -63,7 +63,7 @@ STDMETHODIMP cNodesFace::Conversion(::ConvStyles* ConvStyle, BSTR* Value, VARIAN
         RequirePointer(ConvStyle);
         RequirePointer(Value);
         String value = TextOf(*Value);
-        const String key = Model().Conversion(*ConvStyle, value, IndexOf(vntIndexKey));
+        String key = Model().Conversion(*ConvStyle, value, IndexOf(vntIndexKey));
         Replace(*Value, value);
         return key;
     });
