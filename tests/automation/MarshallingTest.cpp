@@ -1,0 +1,78 @@
+// Objects across apartments: carried by the automation runtime by means of the registered interfaces.
+#include <thread>
+
+#include "automation/support/Late.h"
+
+namespace kestrel::test {
+
+namespace {
+
+class MarshallingTest : public ComTest {
+  protected:
+    // Runs the body in another apartment with a proxy of the object, while this one answers its calls.
+    template <class Interface, class Body>
+    static void Elsewhere(const ComPtr<Interface>& object, Body body) {
+        ComPtr<IStream> stream;
+        Must(CoMarshalInterThreadInterfaceInStream(__uuidof(Interface), object.Get(), stream.Out()));
+        IStream* const carried = stream.Detach();
+        const DWORD home = GetCurrentThreadId();
+        std::thread thread([&] {
+            CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+            {
+                ComPtr<Interface> proxy;
+                EXPECT_EQ(CoGetInterfaceAndReleaseStream(carried, __uuidof(Interface), proxy.OutVoid()), S_OK);
+                if (proxy) body(proxy);
+            }
+            CoUninitialize();
+            PostThreadMessageW(home, WM_QUIT, 0, 0);
+        });
+        MSG message;
+        while (GetMessageW(&message, nullptr, 0, 0) > 0)
+            DispatchMessageW(&message);
+        thread.join();
+    }
+};
+
+} // namespace
+
+TEST_F(MarshallingTest, EarlyAndLateBound) {
+    const auto names = NewNames();
+    Elsewhere(names, [&](const ComPtr<_Names>& proxy) {
+        EXPECT_NE(proxy.Get(), names.Get());
+        Bstr text;
+        EXPECT_EQ(proxy->Add(Arg(L"a"), text.Out()), S_OK);
+        EXPECT_EQ(text.Text(), L"a");
+        EXPECT_EQ(NumberIn(Call(proxy.Get(), L"Count")), 1);
+    });
+    EXPECT_EQ(Plain(names, &_Names::get_Count), 1);
+}
+
+TEST_F(MarshallingTest, ObjectsAndReferences) {
+    const auto tree = NewNodes();
+    Elsewhere(tree, [](const ComPtr<_cNodes>& proxy) {
+        ComPtr<_cNode> node;
+        EXPECT_EQ(proxy->Add(Missing(), tvwFirst, Arg(L"01"), Arg(L"North"), node.Out()), S_OK);
+        if (!node) return;
+        EXPECT_EQ(Text(node, &_cNode::get_Key), L"N1");
+        ::ConvStyles style = csCodeToValue;
+        Bstr value(L"01");
+        Bstr key;
+        EXPECT_EQ(proxy->Conversion(&style, value.Out(), Missing(), key.Out()), S_OK);
+        EXPECT_EQ(value.Text(), L"North");
+        EXPECT_EQ(key.Text(), L"N1");
+    });
+}
+
+TEST_F(MarshallingTest, AnObjectOfAnotherApartmentIsForeign) {
+    const auto rule = NewRule();
+    ComPtr<_List> field;
+    Must(Object(rule, &_CodeClass::get_UsrFields)->Add(Arg(L"F"), nullptr, nullptr, nullptr, field.Out()));
+    Elsewhere(field, [](const ComPtr<_List>& proxy) {
+        const auto local = NewRule();
+        EXPECT_EQ(local->Add(Arg(L"B"), bsUsrField, smNoneSwap, nullptr, proxy.Get(), Missing(), nullptr, Missing(),
+                             Missing(), ComPtr<_Band>().Out()),
+                  static_cast<HRESULT>(InvalidParameter.code));
+    });
+}
+
+} // namespace kestrel::test
