@@ -5,7 +5,8 @@
 
 namespace kestrel::dialogs {
 
-StripLayout::StripLayout(std::vector<int> widths) {
+StripLayout::StripLayout(const std::vector<int>& widths) {
+    mvarEdges.reserve(widths.size() + 1);
     for (const int width : widths)
         mvarEdges.push_back(mvarEdges.back() + width);
 }

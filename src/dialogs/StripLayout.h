@@ -14,7 +14,7 @@ struct DropPlace {
 class StripLayout {
   public:
     StripLayout() = default;
-    explicit StripLayout(std::vector<int> widths);
+    explicit StripLayout(const std::vector<int>& widths);
 
     [[nodiscard]] int Count() const noexcept { return static_cast<int>(mvarEdges.size()) - 1; }
     // The left edge of a box; of Count() the right edge of the last one.

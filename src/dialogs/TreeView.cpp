@@ -91,7 +91,7 @@ HTREEITEM TreeView::HitTest(POINT screen) const noexcept {
 POINT TreeView::MenuPoint() const noexcept {
     RECT area{};
     const HTREEITEM selected = Next(nullptr, TVGN_CARET);
-    std::memcpy(&area, &selected, sizeof selected); // the message takes its question in its answer's place
+    std::memcpy(&area, &selected, sizeof(HTREEITEM)); // the message takes its question in its answer's place
     const bool visible = Send(TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&area)) != FALSE;
     POINT point{visible ? area.left : 0, visible ? area.bottom : 0};
     ClientToScreen(Window(), &point);
