@@ -81,7 +81,7 @@ std::int32_t CodeClass::AppendPosition(const IndexKey& before, const IndexKey& a
 }
 
 void CodeClass::EnterLayers(const kestrel::Band& band) {
-    if (band.SwapMode() != smLayersSwap || mvarLayeredBands->FindItemPosition(band.Name()) != 0) return;
+    if (band.SwapMode() != smLayersSwap || mvarLayeredBands->HasKey(band.Name())) return;
     try {
         mvarLayeredBands->Add(band.Name());
     } catch (const Error&) {

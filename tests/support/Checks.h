@@ -5,8 +5,7 @@
 #include <set>
 #include <string>
 
-#include "lists/Lists.h"
-#include "relations/cNodes.h"
+#include "engine/CodeClass.h"
 
 namespace kestrel::test {
 
@@ -37,6 +36,38 @@ namespace kestrel::test {
         if (!names.insert(item->Name()).second) return fault("a name occurs again at ");
         if (list.Item(item->Name()) != item) return fault("the name finds another item than ");
     }
+    return {};
+}
+
+// The bands are found by name in any case and by position, and the fields in use are those that bands are bound to.
+[[nodiscard]] inline std::string FaultOf(const CodeClass& rule) {
+    std::set<const List*> used;
+    for (std::int32_t position = 1; position <= rule.Count(); ++position) {
+        const auto band = rule.Band(position);
+        const auto fault = [position](const char* what) { return what + std::to_string(position); };
+        if (band->Name().empty()) return fault("no name at ");
+        if (rule.FindBand(TheText().Upper(band->Name())) != band) return fault("the name finds another band than ");
+        if (band->Index() != position) return fault("the index is wrong at ");
+        if (band->ParentRule() != &rule) return fault("the band belongs to no or another rule at ");
+        if (band->BoundField() && !band->BoundField()->Name().empty()) used.insert(band->BoundField().Get());
+    }
+    for (const auto& field : rule.UsedFields().Snapshot())
+        if (used.erase(field.Get()) == 0) return "a field in use is not bound";
+    return used.empty() ? std::string() : "a bound field is not in use";
+}
+
+// What bands track, what triggers them and what the layers name are bands of the rule. (A handler that takes a band
+// away while a list asks whether to add its name can break this, and nothing else.)
+[[nodiscard]] inline std::string DanglingOf(const CodeClass& rule) {
+    const auto isBand = [&rule](const String& name) { return static_cast<bool>(rule.FindBand(name)); };
+    for (const auto& band : rule.Bands()) {
+        if (band->TrigerBand() && !rule.Holds(*band->TrigerBand())) return "a trigger is no band of the rule";
+        if (const auto tracked = band->TrackBands())
+            for (const auto& name : tracked->Snapshot())
+                if (!isBand(name)) return "what is tracked is no band of the rule";
+    }
+    for (const auto& layer : rule.LayeredBands().Snapshot())
+        if (!isBand(layer->Name())) return "a layer is no band of the rule";
     return {};
 }
 
