@@ -144,7 +144,7 @@ void frmDesigners::ShowTracks(Band& band, const CodeClass& code) {
 }
 
 void frmDesigners::ClearProperties() {
-    for (const auto* box : {&txtName, &txtDefault, &txtFormat, &txtLength, &txtRange[0], &txtRange[1]})
+    for (const auto* box : {&txtName, &txtDefault, &txtFormat, &txtLength, &txtRange.front(), &txtRange.back()})
         box->SetText({});
     for (const auto* combo : {&cboStyle, &cboBound, &cboIncrMode, &cboTrigerBand, &cboSwapMode})
         combo->SetListIndex(-1);
