@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over every source of the component, the hosts and the benchmarks, as its build compiles it: the portable
-# ones as in native-clang, those for Windows alone as in x86. A source is left out when nothing that its result depends on has changed since it was clean.
+# Runs clang-tidy over every source of the component as its build compiles it: the portable ones as in native-clang, those
+# for Windows alone as in x86. A source is left out when nothing that its result depends on has changed since it was clean.
 # usage: tools/check-tidy.sh
 # shellcheck source=tools/common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -15,7 +15,7 @@ own_commands() {
         /^ *"file": / {
             split($0, part, "\"")
             file = part[4]
-            own = index(file, root) == 1 && substr(file, length(root) + 1) ~ /^(src|hosts|bench)\//
+            own = index(file, root) == 1 && substr(file, length(root) + 1) ~ /^src\//
             if (own && !seen[file]++) print file "\t" command
         }' "$1"
 }

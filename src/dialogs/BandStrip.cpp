@@ -69,9 +69,10 @@ void BandStrip::Select(int box) {
 
 void BandStrip::MeasureBoxes() {
     std::vector<int> widths;
+    widths.reserve(mvarBoxes.size());
     for (const auto& box : mvarBoxes)
         widths.push_back(mvarPainter.WidthOf(box));
-    mvarLayout = StripLayout(std::move(widths));
+    mvarLayout = StripLayout(widths);
 }
 
 RECT BandStrip::BoxArea(int left, int width) const noexcept {
