@@ -127,7 +127,7 @@ void MeasureGetCode() {
     }));
     const auto event = perCall(BestOf(5, [&] {
         for (int call = 0; call < calls; ++call) {
-            String filter = L"???-2405?????????????";
+            String filter = L"??\?-2405?????????????";
             String value;
             rule->GetLastCode.Raise(filter, value);
             Use(value);
