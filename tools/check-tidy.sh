@@ -15,7 +15,7 @@ own_commands() {
         /^ *"file": / {
             split($0, part, "\"")
             file = part[4]
-            own = index(file, root) == 1 && substr(file, length(root) + 1) ~ /^src\//
+            own = index(file, root) == 1 && substr(file, length(root) + 1) ~ /^src\/.*\.cpp$/
             if (own && !seen[file]++) print file "\t" command
         }' "$1"
 }
@@ -40,8 +40,11 @@ dependencies() {
         /^[^ ].*: #deps/ { source = ""; next }
         NF == 1 {
             path = $1
-            if (path !~ /^\//) path = build path
-            if (source == "") source = path
+            # The compiler cache names files from the build folder, build/PRESET.
+            if (index(path, "../../") == 1) path = root substr(path, 7)
+            else if (path !~ /^\//) path = build path
+            # clang names the lists of its sanitizers before the source.
+            if (source == "" && index(path, root) == 1) source = path
             if (index(path, root) == 1) print source "\t" path
         }'
 }
