@@ -1,5 +1,8 @@
 // Activation without registration: through the manifest that lies beside the library, from copies of both in a folder
 // of the test's own, so that what answers cannot be the registered library.
+#include <filesystem>
+#include <fstream>
+
 #include "automation/support/Late.h"
 #include "automation/support/Library.h"
 
@@ -9,10 +12,13 @@ namespace {
 
 class ActivationContext {
   public:
-    explicit ActivationContext(const String& manifest) {
+    // The manifest, and where the assemblies lie that it depends on.
+    ActivationContext(const String& manifest, const String& folder) {
         ACTCTXW parameters{};
         parameters.cbSize = sizeof(parameters);
+        parameters.dwFlags = ACTCTX_FLAG_ASSEMBLY_DIRECTORY_VALID;
         parameters.lpSource = manifest.c_str();
+        parameters.lpAssemblyDirectory = folder.c_str();
         mvarContext = CreateActCtxW(&parameters);
         if (mvarContext == INVALID_HANDLE_VALUE) throw HostError(HRESULT_FROM_WIN32(GetLastError()));
         ActivateActCtx(mvarContext, &mvarCookie);
@@ -74,7 +80,7 @@ String PathOfCode(IUnknown* object) { return PathOfModuleAt(**reinterpret_cast<v
 TEST_F(ManifestTest, EveryClassComesFromTheFolderOfTheManifest) {
     const CopiedFiles files;
     {
-        const ActivationContext context(files.folder + L"\\Kestrel.manifest");
+        const ActivationContext context(files.folder + L"\\Kestrel.manifest", files.folder);
         for (const wchar_t* name : {L"Kestrel.CodeClass", L"Kestrel.Band", L"Kestrel.cNodes", L"Kestrel.cNode",
                                     L"Kestrel.List", L"Kestrel.Names", L"Kestrel.CodeClass.1"}) {
             CLSID clsid{};
@@ -90,13 +96,43 @@ TEST_F(ManifestTest, EveryClassComesFromTheFolderOfTheManifest) {
 TEST_F(ManifestTest, LateBoundCallsWork) {
     const CopiedFiles files;
     {
-        const ActivationContext context(files.folder + L"\\Kestrel.manifest");
+        const ActivationContext context(files.folder + L"\\Kestrel.manifest", files.folder);
         const auto names = NewNames();
         ASSERT_EQ(PathOfCode(names.Get()), files.folder + L"\\Kestrel.dll");
         EXPECT_EQ(TextIn(Call(names.Get(), L"Add", {Arg(L"a")})), L"a");
         EXPECT_EQ(NumberIn(Call(names.Get(), L"Count")), 1);
     }
     CoFreeUnusedLibrariesEx(0, 0);
+}
+
+// Whether the active context itself, not the registry, says which library has the class.
+bool ContextNames(const CLSID& clsid) {
+    ACTCTX_SECTION_KEYED_DATA found{};
+    found.cbSize = sizeof(found);
+    return FindActCtxSectionGuid(0, nullptr, ACTIVATION_CONTEXT_SECTION_COM_SERVER_REDIRECTION, &clsid, &found) !=
+           FALSE;
+}
+
+// As in the manifest of a host program: the assembly's name alone. The library in the host's folder is found by it, and
+// says the rest itself.
+TEST_F(ManifestTest, ADependencyIsEnough) {
+    const CopiedFiles files; // for the folder of the host's manifest
+    const String host = files.folder + L"\\host.manifest";
+    std::ofstream(std::filesystem::path(host))
+        << R"(<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">
+               <dependency><dependentAssembly>
+                 <assemblyIdentity type="win32" name="Kestrel" version="1.0.0.0" processorArchitecture=")"
+        << (sizeof(void*) == 8 ? "amd64" : "x86") << R"("/></dependentAssembly></dependency></assembly>)";
+    CLSID clsid{};
+    ASSERT_EQ(CLSIDFromProgID(L"Kestrel.Names", &clsid), S_OK);
+    EXPECT_FALSE(ContextNames(clsid));
+    {
+        const ActivationContext context(host, LibraryFolder());
+        EXPECT_TRUE(ContextNames(clsid));
+        EXPECT_EQ(PathOfCode(NewNames().Get()), LibraryFolder() + L"\\Kestrel.dll");
+    }
+    CoFreeUnusedLibrariesEx(0, 0);
+    DeleteFileW(host.c_str());
 }
 
 } // namespace kestrel::test

@@ -159,9 +159,10 @@ class Face : public Interface,
     }
 
   private:
+    // Never destroyed, as the type library that it refers to: see there.
     [[nodiscard]] static const DispatchTable& Table() {
-        static const DispatchTable table(TypeInfoOf(FinalFace::Facts().iid));
-        return table;
+        static const auto* const table = new DispatchTable(TypeInfoOf(FinalFace::Facts().iid));
+        return *table;
     }
 
     [[nodiscard]] void* Find(REFIID riid) noexcept {
