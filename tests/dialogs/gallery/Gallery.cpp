@@ -1,9 +1,12 @@
 // Shows one dialog, takes its picture from the screen, and closes it.
-// usage: dialog_gallery DIALOG RULE FILE.bmp   (DIALOG: designer, band, relation, fields, options; RULE: empty, filled)
+// usage: dialog_gallery DIALOG RULE FILE.bmp
+// DIALOG: designer, number (the same with a number selected), band, relation, modify, fields, options; RULE: empty,
+// filled
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <cstdio>
-#include <fstream>
 #include <vector>
 
 #include "common/Ports.h"
@@ -94,16 +97,16 @@ void CALLBACK Prepare(HWND, UINT, UINT_PTR timer, DWORD) {
         SetDlgItemTextW(form, ID_txtCode, L"4");
         SetDlgItemTextW(form, ID_txtValue, L"Rostock");
     }
-    if (theDialog == L"designer") {
+    if (theDialog == L"designer" || theDialog == L"number") {
         const HWND strip = GetDlgItem(GetDlgItem(form, ID_picBkg), ID_picBand);
         SetFocus(strip);
-        const int steps = theDialog == L"designer" ? test::ibRegion - 1 : 0;
-        for (int step = 0; step < steps; ++step)
+        const int band = theDialog == L"designer" ? test::ibRegion : test::ibNumber;
+        for (int step = 1; step < band; ++step)
             SendMessageW(strip, WM_KEYDOWN, VK_RIGHT, 0);
         const HWND tree = GetDlgItem(form, ID_tvwAvailable);
-        const LRESULT root = SendMessageW(tree, 0x1100 + 10, 0, 0); // the first item
-        SendMessageW(tree, 0x1100 + 2, 2, root);                    // expanded
-        SendMessageW(tree, 0x1100 + 11, 9, root);                   // selected
+        const LRESULT root = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0);
+        SendMessageW(tree, TVM_EXPAND, TVE_EXPAND, root);
+        SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, root);
     }
     if (theDialog == L"options") {
         SendDlgItemMessageW(form, ID_lstLayers, LB_SETCURSEL, 0, 0);

@@ -1,0 +1,182 @@
+// The designer worked with the mouse and the keyboard of the system, from another thread, as a person works it.
+#include <thread>
+
+#include "dialogs/support/DialogTest.h"
+
+namespace kestrel::test {
+
+namespace {
+
+// What a person does; each action waits until the program had time to follow.
+class Person {
+  public:
+    // Waits until the form with that caption is in front.
+    bool Sees(const wchar_t* caption) {
+        return Waits([&] {
+            mvarForm = FindWindowW(L"#32770", caption);
+            return mvarForm != nullptr && IsWindowVisible(mvarForm) != FALSE && GetForegroundWindow() == mvarForm;
+        });
+    }
+    template <class Condition>
+    static bool Waits(Condition condition) {
+        for (int turn = 0; turn < 400; ++turn, Sleep(25))
+            if (condition()) return true;
+        return false;
+    }
+    [[nodiscard]] Screen Form() const { return Screen(mvarForm); }
+    static void Press(WORD key) {
+        Send(key, 0);
+        Send(key, KEYEVENTF_KEYUP);
+        Sleep(60);
+    }
+    // Until the effect is seen: a program that lags behind asks for the keys held when it gets there.
+    static void Hold(WORD key) { Send(key, 0); }
+    static void Release(WORD key) { Send(key, KEYEVENTF_KEYUP); }
+    static void Point(POINT screen) {
+        SetCursorPos(screen.x, screen.y);
+        INPUT input{};
+        input.type = INPUT_MOUSE;
+        input.mi.dwFlags = MOUSEEVENTF_MOVE;
+        SendInput(1, &input, sizeof input);
+        Sleep(60);
+    }
+    static void Button(DWORD change) {
+        INPUT input{};
+        input.type = INPUT_MOUSE;
+        input.mi.dwFlags = change;
+        SendInput(1, &input, sizeof input);
+        Sleep(80);
+    }
+    // A place in a control, from its left edge or, when negative, from its right one.
+    [[nodiscard]] POINT In(int id, int x) const {
+        RECT area{};
+        GetWindowRect(Form().Control(id), &area);
+        return {x >= 0 ? area.left + x : area.right + x, area.top + 10};
+    }
+
+  private:
+    static void Send(WORD key, DWORD flags) {
+        INPUT input{};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = key;
+        input.ki.dwFlags = flags;
+        SendInput(1, &input, sizeof input);
+        Sleep(20);
+    }
+    HWND mvarForm = nullptr;
+};
+
+class RealInputTest : public DialogTest {
+  protected:
+    RealInputTest() : rule(InvoiceRule()) { UseRealDialogs(); }
+    // Shows the designer while the person works it, and closes it with Escape at the end.
+    void Work(const std::function<void(Person&)>& actions) {
+        std::thread person([&] {
+            Person worker;
+            EXPECT_TRUE(worker.Sees(L"Designer"));
+            actions(worker);
+            Person::Press(VK_ESCAPE);
+            if (!Person::Waits([] { return FindWindowW(L"#32770", L"Designer") == nullptr; })) {
+                ADD_FAILURE() << "Escape does not close the designer";
+                PostMessageW(worker.Form().Window(), WM_CLOSE, 0, 0);
+            }
+        });
+        rule->ShowDesigner();
+        person.join();
+    }
+    [[nodiscard]] Texts Names() const {
+        Texts names;
+        for (const auto& band : rule->Bands())
+            names.push_back(band->Name());
+        return names;
+    }
+    Ref<CodeClass> rule;
+};
+
+bool Shows(const Screen& screen, int id, const String& text) {
+    return Person::Waits([&] { return screen.Text(id) == text; });
+}
+
+} // namespace
+
+TEST_F(RealInputTest, TheMouseSelectsAndDragsBands) {
+    Work([](Person& person) {
+        Person::Point(person.In(ID_picBand, -30));
+        Person::Button(MOUSEEVENTF_LEFTDOWN);
+        EXPECT_TRUE(Shows(person.Form(), ID_txtName, L"Letter"));
+        EXPECT_TRUE(IsWindowVisible(person.Form().Control(ID_picMove)));
+        Person::Point(person.In(ID_picBand, 200));
+        Person::Point(person.In(ID_picBand, 20));
+        EXPECT_TRUE(IsWindowVisible(person.Form().Control(ID_imgPos)));
+        Person::Button(MOUSEEVENTF_LEFTUP);
+        EXPECT_TRUE(Person::Waits([&] { return !IsWindowVisible(person.Form().Control(ID_picMove)); }));
+    });
+    EXPECT_EQ(Names(), (Texts{L"Letter", L"Prefix", L"Year", L"Region", L"Branch", L"Number"}));
+}
+
+TEST_F(RealInputTest, TheRightButtonOpensTheBandMenu) {
+    Work([](Person& person) {
+        Person::Point(person.In(ID_picBand, -30));
+        Person::Button(MOUSEEVENTF_RIGHTDOWN);
+        Person::Button(MOUSEEVENTF_RIGHTUP);
+        EXPECT_TRUE(Person::Waits([] { return FindWindowW(L"#32768", nullptr) != nullptr; }));
+        Person::Press('R'); // Remove Band(&R)
+        EXPECT_TRUE(Shows(person.Form(), ID_txtName, L"Number"));
+    });
+    ASSERT_FALSE(prompts.asked.empty());
+    EXPECT_EQ(prompts.asked.front(), L"Are you sure to delete the following Band?\r\n\r\n[Letter]");
+    EXPECT_EQ(rule->Count(), 5);
+}
+
+TEST_F(RealInputTest, KeysWorkTheStripAndItsMenu) {
+    Work([this](Person& person) {
+        Person::Press(VK_RIGHT); // the strip has the focus at first
+        EXPECT_TRUE(Shows(person.Form(), ID_txtName, L"Year"));
+        Person::Hold(VK_CONTROL);
+        for (const int place : {ibRegion, ibBranch}) {
+            Person::Press(VK_RIGHT);
+            EXPECT_TRUE(Person::Waits([&] { return rule->Band(L"Year")->Index() == place; }));
+        }
+        Person::Release(VK_CONTROL);
+        Person::Press(VK_APPS);
+        EXPECT_TRUE(Person::Waits([] { return FindWindowW(L"#32768", nullptr) != nullptr; }));
+        Person::Press(VK_ESCAPE); // the menu, not the dialog
+        EXPECT_TRUE(Person::Waits([] { return FindWindowW(L"#32768", nullptr) == nullptr; }));
+    });
+    EXPECT_EQ(Names(), (Texts{L"Prefix", L"Region", L"Branch", L"Year", L"Number", L"Letter"}));
+}
+
+TEST_F(RealInputTest, TypingTabsAndAccessKeys) {
+    Work([this](Person& person) {
+        Person::Press(VK_TAB); // past the append button
+        Person::Press(VK_TAB);
+        for (const WORD key : {'B', 'I', 'L'})
+            Person::Press(key);
+        Person::Press(VK_RETURN); // on to the next field
+        EXPECT_TRUE(Person::Waits([this] { return rule->Band(ibPrefix)->Default() == L"bil"; }));
+        Person::Hold(VK_MENU);
+        Person::Press('S');
+        EXPECT_TRUE(Shows(person.Form(), ID_lblStatus, L"Save failure."));
+        Person::Release(VK_MENU);
+    });
+    EXPECT_EQ(prompts.asked.size(), 2U) << "once for Save, once on closing";
+}
+
+TEST_F(RealInputTest, TheRightButtonOpensTheRelationMenu) {
+    Work([](Person& person) {
+        Person::Press(VK_RIGHT);
+        Person::Press(VK_RIGHT);
+        EXPECT_TRUE(Shows(person.Form(), ID_txtName, L"Region"));
+        Person::Point(person.In(ID_tvwAvailable, 40)); // the first node
+        Person::Button(MOUSEEVENTF_RIGHTDOWN);
+        Person::Button(MOUSEEVENTF_RIGHTUP);
+        EXPECT_TRUE(Person::Waits([] { return FindWindowW(L"#32768", nullptr) != nullptr; }));
+        Person::Press('R'); // Remove Node(&R)
+        EXPECT_TRUE(Person::Waits([&] { return person.Form().TreeItem(ID_tvwAvailable, L"01 North") == nullptr; }));
+    });
+    ASSERT_FALSE(prompts.asked.empty());
+    EXPECT_EQ(prompts.asked.front(), L"Sure to delete the relation?\r\n3 child relation(s) included.");
+    EXPECT_EQ(rule->Relations().Count(), 4);
+}
+
+} // namespace kestrel::test
