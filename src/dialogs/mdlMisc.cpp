@@ -5,6 +5,7 @@
 #include "common/Numbers.h"
 #include "common/Ports.h"
 #include "dialogs/Form.h"
+#include "dialogs/mdlExtend.h"
 
 namespace kestrel::dialogs {
 
@@ -23,6 +24,7 @@ std::optional<String> TextOf(const String& tag) {
 }
 
 void LocaliseControl(Form& form, const FormControl& control) {
+    if (LocaliseItems(control.window)) return;
     if (const auto caption = CaptionFor(IsLabel(control.window), control.tag))
         SetWindowTextW(control.window, caption->c_str());
     if (const auto tip = TextOf(control.toolTip)) form.Tips().Set(control.window, *tip);

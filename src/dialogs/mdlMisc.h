@@ -17,8 +17,8 @@ class Form;
 // holds no number above 0 or there is no such string; the control keeps its caption then.
 [[nodiscard]] std::optional<String> CaptionFor(bool isLabel, const String& tag);
 
-// Gives the form the font of strings 20 (name) and 21 (size in points), and its caption, its controls' captions and
-// their tool tips the strings that their numbers name.
+// Gives the form the font of strings 20 (name) and 21 (size in points), and its caption, its controls' captions, the
+// items that they hold and their tool tips the strings that their numbers name.
 void LocaliseForm(Form& form);
 
 // Gives each item of the menu, and of the menus below it, the string whose number its caption holds.
