@@ -38,6 +38,13 @@ class TxtEXPs final : public Subclass {
     [[nodiscard]] bool EnterAsTab() const noexcept { return mvarEnterAsTab; }
     void SetEnterAsTab(bool value) noexcept { mvarEnterAsTab = value; }
 
+    // For the form; the keys and the tidying do not ask for them. Whether the field holds a part of a code:
+    [[nodiscard]] bool HoldsCode() const noexcept { return mvarHoldsCode; }
+    void SetHoldsCode(bool value) noexcept { mvarHoldsCode = value; }
+    // and anything that the form wants to remember with the field.
+    [[nodiscard]] const String& Tag() const noexcept { return mvarTag; }
+    void SetTag(const String& value) { mvarTag = value; }
+
   protected:
     std::optional<LRESULT> Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
 
@@ -56,6 +63,8 @@ class TxtEXPs final : public Subclass {
     String mvarFormat;
     bool mvarTrimSpaces = false;
     bool mvarEnterAsTab = false;
+    bool mvarHoldsCode = false;
+    String mvarTag;
     bool mvarIsList = false; // a drop-down list: its text cannot be typed and has no caret
 };
 

@@ -34,14 +34,13 @@ frmAddBands::frmAddBands(CodeClass& rule)
 }
 
 void frmAddBands::Form_Load() {
-    const auto rule = cCode.Lock();
     const auto attach = [this](const Control& control) -> TxtEXPs& {
         mvarEditors.push_back(std::make_unique<TxtEXPs>());
         mvarEditors.back()->Attach(control.Window());
         return *mvarEditors.back();
     };
     attach(txtName).SetTrimSpaces(true);
-    attach(txtDefault).SetUpperCased(rule && rule->CodeUCased());
+    attach(txtDefault).SetHoldsCode(true);
     attach(txtFormat);
     attach(txtLength).SetNumericOnly(true);
     cboStyle.SetRows(StyleRows());
@@ -57,6 +56,9 @@ void frmAddBands::ShowNewBand(const String& relativeName, int position) {
     optPosition(1).SetEnabled(relative);
     optPosition.Choose(relative ? position - 1 : optPosition.Count() - 1);
     ShowHint();
+    const auto rule = cCode.Lock();
+    for (const auto& editor : mvarEditors)
+        editor->SetUpperCased(editor->HoldsCode() && rule && rule->CodeUCased());
 }
 
 void frmAddBands::LoadTemplate() {

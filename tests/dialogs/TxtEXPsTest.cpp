@@ -141,6 +141,19 @@ TEST_F(TxtEXPsTest, TidiesWhenTheFieldIsLeft) {
     EXPECT_EQ(screen->Text(ID_txtValue), L"0007");
 }
 
+TEST_F(TxtEXPsTest, KeepsWhatItIsTold) {
+    EXPECT_FALSE(editor.HoldsCode());
+    EXPECT_EQ(editor.Tag(), L"");
+    editor.SetHoldsCode(true);
+    editor.SetTag(L"1853");
+    EXPECT_TRUE(editor.HoldsCode());
+    EXPECT_EQ(editor.Tag(), L"1853");
+    Put(L" ");
+    screen->Character(ID_txtValue, L'a');
+    screen->Focus(ID_txtCode);
+    EXPECT_EQ(screen->Text(ID_txtValue), L"a ") << "neither changes what the field does";
+}
+
 TEST_F(TxtEXPsTest, TheFormMayEndBeforeTheEditor) {
     form.Hide();
     DestroyWindow(form.Window());
