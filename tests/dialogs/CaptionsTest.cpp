@@ -1,0 +1,319 @@
+// The texts of every dialog in both languages: that each is the right one, that none is cut off, and that no two of a
+// dialog have the same access key.
+#include <map>
+
+#include "dialogs/FormMenu.h"
+#include "dialogs/frmAddBands.h"
+#include "dialogs/frmAddNodes.h"
+#include "dialogs/frmAdvanceds.h"
+#include "dialogs/frmDesigners.h"
+#include "dialogs/frmDropFields.h"
+#include "dialogs/support/DialogTest.h"
+
+namespace kestrel::test {
+
+namespace {
+
+enum class Language { English, German };
+
+// The string table in the language that the test is for, whatever the language of the system.
+class TableStrings final : public Strings {
+  public:
+    explicit TableStrings(Language language) : mvarLanguage(language) {}
+    [[nodiscard]] String Text(int wanted) const override {
+#define STRING(number, english, german)                                                                                \
+    if (wanted == (number)) return mvarLanguage == Language::German ? L##german : L##english;
+#include "resources/strings.inc"
+#undef STRING
+        return {};
+    }
+    using Strings::Text;
+
+  private:
+    Language mvarLanguage;
+};
+
+// A text of a form: of the control itself, or of the label in front of it.
+struct Caption {
+    int control;
+    int number;
+    bool label = false;
+};
+
+constexpr Caption Label(int control, int number) { return {control, number, true}; }
+
+const std::vector<Caption> designerCaptions{{ID_famPropertiy, 1511},
+                                            Label(ID_txtName, 1501),
+                                            Label(ID_cboStyle, 1502),
+                                            Label(ID_txtDefault, 1503),
+                                            Label(ID_txtFormat, 1504),
+                                            Label(ID_txtLength, 1505),
+                                            Label(ID_cboBound, 1506),
+                                            {ID_famRelation, 1507},
+                                            Label(ID_cboIncrMode, 1508),
+                                            Label(ID_txtRange, 1509),
+                                            Label(ID_txtRange + 1, 1510),
+                                            Label(ID_lstTracks, 1512),
+                                            Label(ID_cboTrigerBand, 1513),
+                                            Label(ID_cboSwapMode, 1514),
+                                            {ID_cmdAppend, 1515},
+                                            {ID_cmdDrop, 1516},
+                                            {ID_cmdSave, 1551},
+                                            {ID_cmdAdvanced, 1552},
+                                            {ID_cmdApply, 1553},
+                                            {ID_cmdClose, 1554},
+                                            {ID_cmdAdd, 1561},
+                                            {ID_cmdDelete, 1562},
+                                            {ID_cmdModify, 1563},
+                                            {ID_cmdClear, 1564}};
+const std::vector<Caption> bandCaptions{
+    {ID_famPropertiy, 1511},       Label(ID_txtName, 1501),     Label(ID_cboStyle, 1502), Label(ID_txtDefault, 1503),
+    Label(ID_txtFormat, 1504),     Label(ID_txtLength, 1505),   Label(ID_cboBound, 1506), Label(ID_cboIncrMode, 1508),
+    Label(ID_cboTrigerBand, 1513), Label(ID_cboSwapMode, 1514), {ID_famRefer, 1854},      {ID_optPosition, 1814},
+    {ID_optPosition + 1, 1815},    {ID_optPosition + 2, 1816},  {ID_cmdOK, 1812},         {ID_cmdCancel, 1813}};
+const std::vector<Caption> nodeCaptions{Label(ID_txtCode, 1852), Label(ID_txtValue, 1853), {ID_famPosition, 1854},
+                                        {ID_optStyle, 1855},     {ID_optStyle + 1, 1856},  {ID_optStyle + 2, 1857},
+                                        {ID_optStyle + 3, 1858}, {ID_cmdOK, 1860},         {ID_cmdCancel, 1861}};
+const std::vector<Caption> fieldCaptions{{ID_cmdAdd, 1804}, {ID_cmdDrop, 1801}, {ID_cmdClose, 1802}};
+const std::vector<Caption> optionCaptions{Label(ID_lstLayers, 1902), {ID_famApply, 1903}, {ID_optApply, 1904},
+                                          {ID_optApply + 1, 1905},   {ID_cmdUp, 1906},    {ID_cmdDown, 1907},
+                                          {ID_cmdApply, 1908},       {ID_cmdClose, 1909}, {ID_chkStyle, 1910},
+                                          {ID_chkSaveMode, 1911},    {ID_chkUpcase, 1912}};
+
+class CaptionsTest : public DialogTest, public testing::WithParamInterface<Language> {
+  protected:
+    CaptionsTest()
+        : strings(GetParam()), mvarBefore(InstallPorts({&strings, &TheText(), &prompts, &recorded})),
+          rule(InvoiceRule()), designer(*rule), band(*rule), node(*rule), modified(*rule), fields(*rule) {
+        designer.Load();
+        band.ShowNewBand(L"Number", 2);
+        node.ShowNodeEditor(rule->Band(ibRegion), L"N1", tvwNext, false);
+        modified.ShowNodeEditor(rule->Band(ibRegion), L"N1", tvwNext, true);
+        fields.Load();
+        options.ShowInfo(rule.Get(), L"");
+    }
+    ~CaptionsTest() override { InstallPorts(mvarBefore); }
+
+    [[nodiscard]] std::vector<dialogs::Form*> Forms() {
+        return {&designer, &band, &node, &modified, &fields, &options};
+    }
+    [[nodiscard]] Texts TextsOf(std::initializer_list<int> numbers) const {
+        Texts texts;
+        for (const int number : numbers)
+            texts.push_back(strings.Text(number));
+        return texts;
+    }
+    void ExpectCaptions(const dialogs::Form& form, int caption, const std::vector<Caption>& captions) const {
+        EXPECT_EQ(form.Caption(), strings.Text(caption));
+        for (const auto& [control, number, label] : captions) {
+            const HWND window = label ? GetWindow(form.Find(control), GW_HWNDPREV) : form.Find(control);
+            EXPECT_EQ(dialogs::WindowText(window), strings.Text(number) + (label ? L":" : L"")) << number;
+        }
+        const auto& controls = form.Controls();
+        const auto tagged =
+            std::count_if(controls.begin(), controls.end(), [](const auto& c) { return !c.tag.empty(); });
+        EXPECT_EQ(static_cast<std::size_t>(tagged), captions.size()) << "every control with a text is in the list";
+    }
+
+    TableStrings strings;
+
+  private:
+    PortSet mvarBefore;
+
+  protected:
+    Ref<CodeClass> rule;
+    dialogs::frmDesigners designer;
+    dialogs::frmAddBands band;
+    dialogs::frmAddNodes node;
+    dialogs::frmAddNodes modified;
+    dialogs::frmDropFields fields;
+    dialogs::frmAdvanceds options;
+};
+
+void ExpectMenu(const TableStrings& strings, HMENU menu, std::initializer_list<int> numbers) {
+    ASSERT_EQ(GetMenuItemCount(menu), static_cast<int>(numbers.size()));
+    UINT place = 0;
+    for (const int number : numbers) {
+        wchar_t text[64] = {};
+        GetMenuStringW(menu, place++, text, 64, MF_BYPOSITION);
+        EXPECT_EQ(String(text), strings.Text(number)) << number;
+    }
+}
+
+// --- Room ---
+
+LONG Style(HWND control) { return GetWindowLongW(control, GWL_STYLE); }
+
+bool HasClass(HWND control, const wchar_t* name) {
+    wchar_t actual[32] = {};
+    GetClassNameW(control, actual, 32);
+    return lstrcmpiW(actual, name) == 0;
+}
+
+// What a button draws beside its text, at the resolution of the form.
+int Decoration(HWND button, int dpi) {
+    const LONG type = Style(button) & BS_TYPEMASK;
+    if (type == BS_PUSHBUTTON || type == BS_DEFPUSHBUTTON) return MulDiv(12, dpi, 96);
+    return MulDiv(20, dpi, 96); // the circle or box and its distance, the margins of a frame
+}
+
+SIZE SizeOf(HWND control, const String& text, UINT format, int width) {
+    const dialogs::WindowContext context(control);
+    const dialogs::Selected font(context.Get(), reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
+    RECT area{0, 0, width, 0};
+    DrawTextW(context.Get(), text.c_str(), -1, &area, DT_CALCRECT | format);
+    return {area.right, area.bottom};
+}
+
+void ExpectButtonRoom(HWND button, int dpi) {
+    RECT client{};
+    GetClientRect(button, &client);
+    const String text = dialogs::WindowText(button);
+    EXPECT_LE(SizeOf(button, text, DT_SINGLELINE, 0).cx + Decoration(button, dpi), client.right)
+        << testing::PrintToString(text) << " at " << dpi;
+}
+
+void ExpectLabelRoom(HWND label, int dpi) {
+    RECT client{};
+    GetClientRect(label, &client);
+    const String text = dialogs::WindowText(label);
+    const SIZE size = SizeOf(label, text, DT_WORDBREAK | DT_EXPANDTABS, client.right);
+    EXPECT_LE(size.cx, client.right) << testing::PrintToString(text) << " at " << dpi;
+    EXPECT_LE(size.cy, client.bottom) << testing::PrintToString(text) << " at " << dpi;
+}
+
+void ExpectRowRoom(HWND combo, int dpi) {
+    COMBOBOXINFO parts{};
+    parts.cbSize = sizeof parts;
+    ASSERT_TRUE(GetComboBoxInfo(combo, &parts));
+    for (LRESULT row = 0; row < SendMessageW(combo, CB_GETCOUNT, 0, 0); ++row) {
+        wchar_t text[128] = {};
+        SendMessageW(combo, CB_GETLBTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(text));
+        EXPECT_LE(SizeOf(combo, text, DT_SINGLELINE | DT_NOPREFIX, 0).cx, parts.rcItem.right - parts.rcItem.left)
+            << testing::PrintToString(String(text)) << " at " << dpi;
+    }
+}
+
+void ExpectRoom(HWND control, int dpi) {
+    const bool cutsItself = (Style(control) & SS_ELLIPSISMASK) != 0;
+    if (HasClass(control, L"Button")) ExpectButtonRoom(control, dpi);
+    if (HasClass(control, L"Static") && !cutsItself) ExpectLabelRoom(control, dpi);
+    if (HasClass(control, L"ComboBox")) ExpectRowRoom(control, dpi);
+}
+
+// --- Access keys ---
+
+String AccessKeyIn(const String& text) {
+    const auto mark = text.find(L'&');
+    return mark == String::npos || mark + 1 == text.size() ? String() : TheText().Upper(text.substr(mark + 1, 1));
+}
+
+String TwiceIn(const std::vector<String>& texts) {
+    std::map<String, int> uses;
+    for (const auto& text : texts)
+        if (const String key = AccessKeyIn(text); !key.empty()) ++uses[key];
+    String twice;
+    for (const auto& [key, count] : uses)
+        if (count > 1) twice += key;
+    return twice;
+}
+
+std::vector<String> TextsIn(const dialogs::Form& form) {
+    std::vector<String> texts;
+    for (const auto& control : form.Controls())
+        if (HasClass(control.window, L"Button")) texts.push_back(dialogs::WindowText(control.window));
+    return texts;
+}
+
+std::vector<String> TextsIn(HMENU menu) {
+    std::vector<String> texts;
+    for (int place = 0; place < GetMenuItemCount(menu); ++place) {
+        wchar_t text[64] = {};
+        GetMenuStringW(menu, static_cast<UINT>(place), text, 64, MF_BYPOSITION);
+        texts.emplace_back(text);
+    }
+    return texts;
+}
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(CaptionsTest_Languages, CaptionsTest, testing::Values(Language::English, Language::German),
+                         [](const auto& each) {
+                             return std::string(each.param == Language::German ? "German" : "English");
+                         });
+
+TEST_P(CaptionsTest, EveryControlHasItsText) {
+    ExpectCaptions(designer, 1500, designerCaptions);
+    ExpectCaptions(band, 1811, bandCaptions);
+    ExpectCaptions(node, 1851, nodeCaptions);
+    ExpectCaptions(modified, 1865, nodeCaptions);
+    ExpectCaptions(fields, 1803, fieldCaptions);
+    ExpectCaptions(options, 1901, optionCaptions);
+    EXPECT_EQ(Screen(node.Window()).Text(ID_lblInfo), strings.Text(1859) + L" 1 (Region)");
+}
+
+TEST_P(CaptionsTest, EveryListHasItsRows) {
+    const Texts styles = TextsOf({1600, 1601, 1602, 1603, 1604});
+    const Texts swaps = TextsOf({1611, 1612, 1613});
+    const Texts raises = TextsOf({1621, 1622, 1623, 1624, 1625, 1626});
+    for (const auto* form : std::initializer_list<dialogs::Form*>{&designer, &band}) {
+        const Screen screen(form->Window());
+        EXPECT_EQ(screen.Rows(ID_cboStyle), styles);
+        EXPECT_EQ(screen.Rows(ID_cboSwapMode), swaps);
+        EXPECT_EQ(screen.Rows(ID_cboIncrMode), raises);
+        EXPECT_EQ(screen.Rows(ID_cboTrigerBand).front(), strings.Text(1701));
+    }
+}
+
+TEST_P(CaptionsTest, EveryMenuItemHasItsText) {
+    const dialogs::FormMenu bands(IDR_mnuBand);
+    bands.Localise();
+    ExpectMenu(strings, bands.Handle(), {1201, 1205, 0, 1206});
+    ExpectMenu(strings, GetSubMenu(bands.Handle(), 0), {1202, 1203, 1204});
+    const dialogs::FormMenu nodes(IDR_mnuNode);
+    nodes.Localise();
+    ExpectMenu(strings, nodes.Handle(), {1208, 1213, 1214, 0, 1215});
+    ExpectMenu(strings, GetSubMenu(nodes.Handle(), 0), {1209, 1210, 1211, 1212});
+}
+
+TEST_P(CaptionsTest, ToolTipsTellWhatTheButtonsDo) {
+    EXPECT_EQ(designer.Tips().Text(designer.Find(ID_imgButton)), strings.Text(1526));
+    EXPECT_EQ(designer.Tips().Text(designer.Find(ID_cmdAppend)), strings.Text(1527));
+    EXPECT_EQ(designer.Tips().Text(designer.Find(ID_cmdDrop)), strings.Text(1528));
+}
+
+TEST_P(CaptionsTest, NothingIsCutOffAtAnyResolution) {
+    for (const int dpi : {96, 120, 144, 192}) {
+        for (auto* form : Forms()) {
+            RECT place{0, 0, 100, 100};
+            SendMessageW(form->Window(), 0x02E0, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place)); // DPI changed
+            for (int style = 0; form == &band && style < 5; ++style) { // each style has its hint
+                Screen(band.Window()).Pick(ID_cboStyle, style);
+                ExpectRoom(band.Find(ID_lblInfo), dpi);
+            }
+            for (int each = ibPrefix; form == &designer && each <= ibLetter; ++each) { // so has each kind of band
+                designer.RefreshBands(rule.Get(), each - 1);
+                ExpectRoom(designer.Find(ID_lblInfo), dpi);
+                ExpectRoom(designer.Find(ID_lblInfo + 1), dpi);
+            }
+            for (const auto& control : form->Controls())
+                ExpectRoom(control.window, dpi);
+        }
+    }
+}
+
+// In English some texts are as they have always been, with two keys of the designer given twice: they take turns.
+TEST_P(CaptionsTest, AccessKeysAreGivenOnce) {
+    for (auto* form : Forms()) {
+        const bool given = GetParam() == Language::English && form == &designer;
+        EXPECT_EQ(TwiceIn(TextsIn(*form)), given ? L"AC" : L"") << testing::PrintToString(form->Caption());
+    }
+    for (const int id : {IDR_mnuBand, IDR_mnuNode}) {
+        const dialogs::FormMenu menu(id);
+        menu.Localise();
+        EXPECT_EQ(TwiceIn(TextsIn(menu.Handle())), L"");
+        EXPECT_EQ(TwiceIn(TextsIn(GetSubMenu(menu.Handle(), 0))), L"");
+    }
+}
+
+} // namespace kestrel::test
