@@ -32,7 +32,7 @@ main() {
             take "$dialog" empty "$language" "$locale"
             take "$dialog" filled "$language" "$locale"
         done
-        for dialog in number relation modify; do
+        for dialog in number drag relation modify; do
             take "$dialog" filled "$language" "$locale"
         done
     done

@@ -25,7 +25,7 @@ void BandStrip::Attach(Actions actions, const String& appendTip) {
         FillRect(context, &client, GetSysColorBrush(COLOR_WINDOW));
     };
     const auto paintMarker = [](HDC context, const RECT& client) {
-        FillRect(context, &client, GetSysColorBrush(COLOR_HOTLIGHT));
+        FillRect(context, &client, GetSysColorBrush(COLOR_WINDOWTEXT));
     };
     picBkg.Attach(view, paintView, [this](UINT message, WPARAM w, LPARAM l) { return ViewMessage(message, w, l); });
     picBand.Create(
@@ -36,6 +36,7 @@ void BandStrip::Attach(Actions actions, const String& appendTip) {
         CreateWindowExW(0, L"Button", L"+", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | BS_PUSHBUTTON, 0, 0,
                         0, 0, view, reinterpret_cast<HMENU>(INT_PTR{ID_imgButton}), ThisModule(), nullptr);
     picMove.Create(view, ID_picMove, WS_DISABLED, [this](HDC context, const RECT& client) {
+        FillRect(context, &client, GetSysColorBrush(COLOR_WINDOW));
         if (IsDragging())
             mvarPainter.Paint(context, client, mvarBoxes[static_cast<std::size_t>(mvarDragged)], true, false);
     });
@@ -76,7 +77,12 @@ void BandStrip::MeasureBoxes() {
 }
 
 RECT BandStrip::BoxArea(int left, int width) const noexcept {
-    return {left, Margin(), left + width, Margin() + mvarPainter.Height()};
+    return {left, Top(), left + width, Top() + mvarPainter.Height()};
+}
+
+// In the middle of what the scroll bar leaves.
+int BandStrip::Top() const noexcept {
+    return std::max<int>(Margin() / 2, (picBkg.Client().bottom - mvarPainter.Height()) / 2);
 }
 
 int BandStrip::ViewWidth() const noexcept { return picBkg.Client().right; }

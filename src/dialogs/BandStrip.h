@@ -69,6 +69,7 @@ class BandStrip {
     void PlaceCopy() const;
     [[nodiscard]] int StripX(int x) const noexcept { return x + mvarOffset; }
     [[nodiscard]] RECT BoxArea(int left, int width) const noexcept;
+    [[nodiscard]] int Top() const noexcept;
 
     Form& mvarForm;
     Actions mvarActions;

@@ -92,7 +92,7 @@ void Form::CollectControls() {
 std::optional<LRESULT> Form::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_COMMAND: Command(LOWORD(wParam), HIWORD(wParam)); return 0;
-    case WM_NOTIFY: return Notified(*reinterpret_cast<const NMHDR*>(lParam));
+    case WM_NOTIFY: return Notified(*reinterpret_cast<NMHDR*>(lParam));
     case WM_DPICHANGED: ChangeDpi(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam)); return 0;
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:
@@ -118,7 +118,7 @@ void Form::Command(int id, int notification) {
         Run([this] { Cancelled(); });
 }
 
-std::optional<LRESULT> Form::Notified(const NMHDR& header) {
+std::optional<LRESULT> Form::Notified(NMHDR& header) {
     const auto found = mvarNotifications.find(static_cast<int>(header.idFrom));
     if (found == mvarNotifications.end()) return std::nullopt;
     std::optional<LRESULT> result;

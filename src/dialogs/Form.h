@@ -77,7 +77,7 @@ class Form {
     // The handler of a control's or menu item's notification; BN_CLICKED (0) is a click of a button or menu item.
     void On(int id, int notification, Handler handler) { mvarHandlers[{id, notification}] = std::move(handler); }
     void OnClick(int id, Handler handler) { On(id, 0, std::move(handler)); }
-    void OnNotify(int id, std::function<std::optional<LRESULT>(const NMHDR&)> handler) {
+    void OnNotify(int id, std::function<std::optional<LRESULT>(NMHDR&)> handler) {
         mvarNotifications[id] = std::move(handler);
     }
     // The string number of a control's tool tip.
@@ -91,7 +91,7 @@ class Form {
     void Initialise(HWND window);
     void CollectControls();
     void Command(int id, int notification);
-    std::optional<LRESULT> Notified(const NMHDR& header);
+    std::optional<LRESULT> Notified(NMHDR& header);
     void ChangeDpi(UINT dpi, const RECT& place);
     void ApplyFont();
     void RunLoop();
@@ -105,7 +105,7 @@ class Form {
     String mvarTag;
     std::vector<FormControl> mvarControls;
     std::map<std::pair<int, int>, Handler> mvarHandlers;
-    std::map<int, std::function<std::optional<LRESULT>(const NMHDR&)>> mvarNotifications;
+    std::map<int, std::function<std::optional<LRESULT>(NMHDR&)>> mvarNotifications;
     std::map<int, int> mvarToolTipTags;
     FormLayout mvarLayout;
     ToolTips mvarTips;

@@ -80,7 +80,7 @@ void FormLayout::MakeFont(const String& name, double points) {
 void FormLayout::Arrange() const {
     const auto x = [this](LONG value) { return MulDiv(value, mvarUnits.cx, mvarDesignUnits.cx); };
     const auto y = [this](LONG value) { return MulDiv(value, mvarUnits.cy, mvarDesignUnits.cy); };
-    constexpr UINT flags = SWP_NOZORDER | SWP_NOACTIVATE;
+    constexpr UINT flags = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS;
     for (const auto& [window, area] : mvarPlaces)
         SetWindowPos(window, nullptr, x(area.left), y(area.top), x(area.right) - x(area.left),
                      y(area.bottom) - y(area.top), flags);
@@ -88,6 +88,7 @@ void FormLayout::Arrange() const {
     AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongW(mvarForm, GWL_STYLE)), FALSE,
                        static_cast<DWORD>(GetWindowLongW(mvarForm, GWL_EXSTYLE)));
     SetWindowPos(mvarForm, nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top, flags | SWP_NOMOVE);
+    RedrawWindow(mvarForm, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 } // namespace kestrel::dialogs

@@ -6,12 +6,26 @@
 
 namespace kestrel::dialogs {
 
+namespace {
+
+// A third of the colour of a selection on the window's own: the greys of some colour schemes cannot be told from white.
+COLORREF PaleHighlight() noexcept {
+    const COLORREF full = GetSysColor(COLOR_HIGHLIGHT);
+    const COLORREF none = GetSysColor(COLOR_WINDOW);
+    const auto mix = [](int highlight, int window) { return static_cast<BYTE>((highlight + 2 * window) / 3); };
+    return RGB(mix(GetRValue(full), GetRValue(none)), mix(GetGValue(full), GetGValue(none)),
+               mix(GetBValue(full), GetBValue(none)));
+}
+
+} // namespace
+
 void TreeView::SetItems(std::vector<Item> items) {
     if (items == mvarItems) return;
     const auto expanded = ExpandedKeys();
     const NoRedraw quiet(Window());
     Send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
     mvarHandles.clear();
+    mvarKeys.clear();
     mvarItems = std::move(items);
     InsertAll();
     for (const auto& key : expanded)
@@ -30,20 +44,63 @@ void TreeView::InsertAll() {
     for (std::size_t next = 0; next < open.size(); ++next) {
         const std::size_t place = open[next];
         const Item& item = mvarItems[place];
-        handles[place] = Insert(item, place, item.parent < handles.size() ? handles[item.parent] : TVI_ROOT);
+        handles[place] = Insert(item, item.parent < handles.size() ? handles[item.parent] : TVI_ROOT);
         mvarHandles[item.key] = handles[place];
+        mvarKeys[handles[place]] = item.key;
         open.insert(open.end(), children[place].begin(), children[place].end());
     }
 }
 
-HTREEITEM TreeView::Insert(const Item& item, std::size_t place, HTREEITEM parent) const noexcept {
+HTREEITEM TreeView::Insert(const Item& item, HTREEITEM parent) const noexcept {
     TVINSERTSTRUCTW insertion{};
     insertion.hParent = parent;
     insertion.hInsertAfter = TVI_LAST;
-    insertion.item.mask = TVIF_TEXT | TVIF_PARAM;
+    insertion.item.mask = TVIF_TEXT;
     insertion.item.pszText = const_cast<wchar_t*>(item.text.c_str()); // read only; the structure serves both directions
-    insertion.item.lParam = static_cast<LPARAM>(place);
     return reinterpret_cast<HTREEITEM>(Send(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insertion)));
+}
+
+void TreeView::Remove(const String& key) {
+    const HTREEITEM item = Find(key);
+    if (item == nullptr) return;
+    for (const HTREEITEM each : Subtree(item)) {
+        mvarHandles.erase(KeyOf(each));
+        mvarKeys.erase(each);
+    }
+    KeepKnownItems();
+    Send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(item));
+}
+
+// Parents are places in the list, so they move up with it.
+void TreeView::KeepKnownItems() {
+    std::vector<std::size_t> places(mvarItems.size(), NoParent);
+    std::vector<Item> kept;
+    for (std::size_t place = 0; place < mvarItems.size(); ++place) {
+        if (Find(mvarItems[place].key) == nullptr) continue;
+        places[place] = kept.size();
+        kept.push_back(std::move(mvarItems[place]));
+    }
+    for (auto& item : kept)
+        if (item.parent < places.size()) item.parent = places[item.parent];
+    mvarItems = std::move(kept);
+}
+
+std::vector<HTREEITEM> TreeView::Subtree(HTREEITEM item) const {
+    std::vector<HTREEITEM> items{item};
+    for (std::size_t next = 0; next < items.size(); ++next)
+        for (HTREEITEM child = Child(items[next]); child != nullptr; child = NextSibling(child))
+            items.push_back(child);
+    return items;
+}
+
+LRESULT TreeView::Draw(NMTVCUSTOMDRAW& draw) noexcept {
+    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+    const bool selected = (draw.nmcd.uItemState & CDIS_SELECTED) != 0;
+    if (selected && GetFocus() != draw.nmcd.hdr.hwndFrom) {
+        draw.clrText = GetSysColor(COLOR_WINDOWTEXT);
+        draw.clrTextBk = PaleHighlight();
+    }
+    return CDRF_DODEFAULT;
 }
 
 bool TreeView::IsExpanded(HTREEITEM item) const noexcept {
@@ -58,12 +115,8 @@ std::vector<String> TreeView::ExpandedKeys() const {
 }
 
 String TreeView::KeyOf(HTREEITEM item) const {
-    TVITEMW wanted{};
-    wanted.mask = TVIF_PARAM | TVIF_HANDLE;
-    wanted.hItem = item;
-    if (item == nullptr || Send(TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&wanted)) == FALSE) return {};
-    const auto place = static_cast<std::size_t>(wanted.lParam);
-    return place < mvarItems.size() ? mvarItems[place].key : String();
+    const auto found = mvarKeys.find(item);
+    return found == mvarKeys.end() ? String() : found->second;
 }
 
 String TreeView::SelectedKey() const { return KeyOf(Next(nullptr, TVGN_CARET)); }

@@ -25,6 +25,8 @@ class TreeView : public Control {
     // Replaces all items; those it already has stay. Siblings stand in the order of the list. Items that were expanded
     // before stay so.
     void SetItems(std::vector<Item> items);
+    // Removes an item and all below it; nothing when there is no such item.
+    void Remove(const String& key);
     [[nodiscard]] int Count() const noexcept { return static_cast<int>(Send(TVM_GETCOUNT)); }
     // Empty when nothing is selected.
     [[nodiscard]] String SelectedKey() const;
@@ -33,11 +35,15 @@ class TreeView : public Control {
     [[nodiscard]] HTREEITEM Find(const String& key) const noexcept;
     [[nodiscard]] String KeyOf(HTREEITEM item) const;
 
+    // How many items stand below it, on all levels.
+    [[nodiscard]] int CountDescendants(HTREEITEM item) const { return static_cast<int>(Subtree(item).size()) - 1; }
     [[nodiscard]] HTREEITEM Child(HTREEITEM item) const noexcept { return Next(item, TVGN_CHILD); }
     [[nodiscard]] HTREEITEM NextSibling(HTREEITEM item) const noexcept { return Next(item, TVGN_NEXT); }
     [[nodiscard]] HTREEITEM Parent(HTREEITEM item) const noexcept { return Next(item, TVGN_PARENT); }
     // The item at a point of the screen, or null.
     [[nodiscard]] HTREEITEM HitTest(POINT screen) const noexcept;
+    // Answers the tree's question how to draw: the selected item is marked clearly while the focus is elsewhere, too.
+    static LRESULT Draw(NMTVCUSTOMDRAW& draw) noexcept;
     // Where a menu for the selected item belongs, on the screen.
     [[nodiscard]] POINT MenuPoint() const noexcept;
 
@@ -45,13 +51,17 @@ class TreeView : public Control {
     [[nodiscard]] HTREEITEM Next(HTREEITEM item, UINT direction) const noexcept {
         return reinterpret_cast<HTREEITEM>(Send(TVM_GETNEXTITEM, direction, reinterpret_cast<LPARAM>(item)));
     }
-    HTREEITEM Insert(const Item& item, std::size_t place, HTREEITEM parent) const noexcept;
+    HTREEITEM Insert(const Item& item, HTREEITEM parent) const noexcept;
+    // The item, then all below it.
+    [[nodiscard]] std::vector<HTREEITEM> Subtree(HTREEITEM item) const;
     void InsertAll();
+    void KeepKnownItems();
     [[nodiscard]] bool IsExpanded(HTREEITEM item) const noexcept;
     [[nodiscard]] std::vector<String> ExpandedKeys() const;
 
-    std::vector<Item> mvarItems; // by the place that each tree item carries
+    std::vector<Item> mvarItems;
     std::unordered_map<String, HTREEITEM> mvarHandles;
+    std::unordered_map<HTREEITEM, String> mvarKeys;
 };
 
 } // namespace kestrel::dialogs

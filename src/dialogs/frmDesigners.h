@@ -85,10 +85,10 @@ class frmDesigners final : public Form {
     void ShowNodeMenu(POINT screen) const;
     void AddNode(int relationship);
     void cmdModify_Click();
-    void cmdDelete_Click() const;
+    void cmdDelete_Click();
+    void RemoveTreeNode(const String& key);
     void cmdClear_Click() const;
-    std::optional<LRESULT> tvwAvailable_Notify(const NMHDR& header);
-    [[nodiscard]] int CountDescendants(HTREEITEM node) const;
+    std::optional<LRESULT> tvwAvailable_Notify(NMHDR& header);
     [[nodiscard]] String RelationsHint() const;
 
     WeakRef<CodeClass> cCode;

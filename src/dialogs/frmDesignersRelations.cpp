@@ -47,7 +47,7 @@ void frmDesigners::ConnectRelations() {
         OnClick(id, [this] { cmdDelete_Click(); });
     for (const int id : {ID_cmdClear, ID_mnuNodeRemoveAll})
         OnClick(id, [this] { cmdClear_Click(); });
-    OnNotify(ID_tvwAvailable, [this](const NMHDR& header) { return tvwAvailable_Notify(header); });
+    OnNotify(ID_tvwAvailable, [this](NMHDR& header) { return tvwAvailable_Notify(header); });
 }
 
 void frmDesigners::FollowRelations(const Ref<cNodes>& tree) {
@@ -110,7 +110,7 @@ Ref<cNode> frmDesigners::SelectedNode() const {
     return node;
 }
 
-std::optional<LRESULT> frmDesigners::tvwAvailable_Notify(const NMHDR& header) {
+std::optional<LRESULT> frmDesigners::tvwAvailable_Notify(NMHDR& header) {
     POINT mouse{};
     switch (header.code) {
     case TVN_SELCHANGEDW:
@@ -129,6 +129,7 @@ std::optional<LRESULT> frmDesigners::tvwAvailable_Notify(const NMHDR& header) {
         if (key == VK_APPS) ShowNodeMenu(tvwAvailable.MenuPoint());
         return std::nullopt;
     }
+    case NM_CUSTOMDRAW: return TreeView::Draw(reinterpret_cast<NMTVCUSTOMDRAW&>(header));
     default: return std::nullopt;
     }
 }
@@ -161,16 +162,27 @@ void frmDesigners::cmdModify_Click() {
     if (code && SelectedNode()) code->ShowAddRelation(mvarIndex + 1, tvwAvailable.SelectedKey(), tvwLast, true);
 }
 
-void frmDesigners::cmdDelete_Click() const {
+// The item goes at once and the rest of the tree stays as it is; the node that takes its place becomes the selected
+// one.
+void frmDesigners::RemoveTreeNode(const String& key) {
+    const bool outermost = !std::exchange(mvarLoading, true);
+    tvwAvailable.Remove(key);
+    if (outermost) mvarLoading = false;
+}
+
+void frmDesigners::cmdDelete_Click() {
     const String key = tvwAvailable.SelectedKey();
     const auto tree = cRelations;
     if (!tree || !SelectedNode()) return;
     String question = TheStrings().Text(Message::AskDeleteRelation);
-    const int below = CountDescendants(tvwAvailable.Find(key));
+    const int below = tvwAvailable.CountDescendants(tvwAvailable.Find(key));
     if (below > 0) question += L"\r\n" + ReplaceStar(TheStrings().Text(Message::ChildrenIncluded), ToText(below));
     if (!ThePrompts().Ask(question)) return;
     const WaitCursor wait;
-    tree->Remove(key);
+    RemoveTreeNode(key);
+    const auto refusal = Trapped([&] { tree->Remove(key); });
+    if (refusal) LoadRelations(key); // it is still there
+    if (refusal) throw *refusal;
 }
 
 void frmDesigners::cmdClear_Click() const {
@@ -178,15 +190,6 @@ void frmDesigners::cmdClear_Click() const {
     if (!tree) return;
     const String question = ReplaceStar(TheStrings().Text(Message::AskClearRelations), ToText(tree->Count()));
     if (ThePrompts().AskDefaultNo(question)) tree->Cls();
-}
-
-int frmDesigners::CountDescendants(HTREEITEM node) const {
-    std::vector<HTREEITEM> open{node};
-    for (std::size_t next = 0; next < open.size(); ++next)
-        for (HTREEITEM child = tvwAvailable.Child(open[next]); child != nullptr;
-             child = tvwAvailable.NextSibling(child))
-            open.push_back(child);
-    return static_cast<int>(open.size()) - 1;
 }
 
 } // namespace kestrel::dialogs

@@ -1,6 +1,8 @@
 // The designer: strip, menus, panel and relations, each user action by itself.
 #include "dialogs/frmDesigners.h"
 
+#include <utility>
+
 #include "dialogs/Cursor.h"
 #include "dialogs/support/DialogTest.h"
 
@@ -309,6 +311,66 @@ TEST_F(frmDesignersStripTest, ARuleThatChangesEndsADrag) {
     EXPECT_EQ(Names(), (Texts{L"Prefix", L"Year", L"Region", L"Branch", L"Number"}));
 }
 
+TEST_F(frmDesignersStripTest, TheStripScrollsUnderADragAtItsEnds) {
+    for (int more = 1; more <= 10; ++more)
+        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
+    const auto offset = [this] {
+        SCROLLINFO info{};
+        info.cbSize = sizeof info;
+        info.fMask = SIF_POS;
+        GetScrollInfo(screen->Control(ID_picBkg), SB_HORZ, &info);
+        return info.nPos;
+    };
+    const auto wait = [](const auto& condition) {
+        for (int turn = 0; turn < 400 && !condition(); ++turn, Sleep(10))
+            RunPendingMessages(); // the strip moves by its timer
+        return condition();
+    };
+    screen->Key(ID_picBand, VK_HOME);
+    RECT strip{};
+    GetClientRect(Strip(), &strip);
+    Mouse(WM_LBUTTONDOWN, 20);
+    Mouse(WM_MOUSEMOVE, strip.right / 2);
+    Sleep(150);
+    RunPendingMessages();
+    EXPECT_EQ(offset(), 0) << "in the middle nothing moves";
+    Mouse(WM_MOUSEMOVE, strip.right - 5);
+    EXPECT_TRUE(wait([&] { return offset() > 400; }));
+    EXPECT_TRUE(Shown(ID_imgPos));
+    EXPECT_TRUE(Shown(ID_picMove));
+    Mouse(WM_MOUSEMOVE, 5);
+    EXPECT_TRUE(wait([&] { return offset() == 0; })) << "back to the beginning";
+    Mouse(WM_MOUSEMOVE, strip.right - 5);
+    int last = -1;
+    EXPECT_TRUE(wait([&] { return std::exchange(last, offset()) == offset() && last > 400; })) << "up to the end";
+    GetClientRect(Strip(), &strip);
+    Mouse(WM_LBUTTONUP, strip.right + 5);
+    EXPECT_EQ(Names().back(), L"Prefix");
+    EXPECT_EQ(screen->Text(ID_txtName), L"Prefix");
+}
+
+TEST_F(frmDesignersStripTest, TheScrollBarAndTheWheelMoveTheStrip) {
+    for (int more = 1; more <= 10; ++more)
+        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
+    const HWND view = screen->Control(ID_picBkg);
+    const auto first = [this] { return MiddleOf(ibPrefix); };
+    screen->Key(ID_picBand, VK_HOME);
+    EXPECT_GT(first(), 0);
+    screen->Key(ID_picBand, VK_HOME);
+    SendMessageW(view, WM_HSCROLL, SB_RIGHT, 0);
+    EXPECT_LT(first(), 0) << "out of sight";
+    SendMessageW(view, WM_HSCROLL, SB_LEFT, 0);
+    SendMessageW(view, WM_HSCROLL, SB_PAGERIGHT, 0);
+    SendMessageW(view, WM_HSCROLL, SB_PAGELEFT, 0);
+    SendMessageW(view, WM_HSCROLL, SB_LINERIGHT, 0);
+    SendMessageW(view, WM_HSCROLL, SB_LINELEFT, 0);
+    EXPECT_GT(first(), 0);
+    screen->Key(ID_picBand, VK_HOME);
+    for (int turn = 0; turn < 30; ++turn)
+        SendMessageW(view, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
+    EXPECT_LT(first(), 0);
+}
+
 TEST_F(frmDesignersStripTest, KeysSelectAndRemove) {
     screen->Focus(ID_picBand);
     screen->Key(ID_picBand, VK_RIGHT);
@@ -385,6 +447,16 @@ TEST_F(frmDesignersPanelTest, ARefusedValueRevertsAndTheStatusLineSaysWhy) {
     EXPECT_EQ(screen->Text(ID_txtDefault), L"1");
     screen->Type(ID_txtLength, L"6");
     EXPECT_EQ(screen->Text(ID_lblStatus), L"");
+}
+
+TEST_F(frmDesignersPanelTest, AnInvalidLengthLeavesTheRuleUnchanged) {
+    Select(ibNumber);
+    const String before = rule->Definition();
+    for (const wchar_t* refused : {L"0", L"", L"-3", L"many"}) {
+        screen->Type(ID_txtLength, refused);
+        EXPECT_EQ(screen->Text(ID_txtLength), L"5") << testing::PrintToString(String(refused));
+        EXPECT_EQ(rule->Definition(), before);
+    }
 }
 
 TEST_F(frmDesignersPanelTest, TheRaiseModeDecidesAboutTheTrigger) {
@@ -510,6 +582,53 @@ TEST_F(frmDesignersRelationsTest, DeleteAsksAndCountsWhatIsBelow) {
     prompts.answer = true;
     screen->Click(ID_cmdDelete);
     EXPECT_EQ(screen->TreeTexts(ID_tvwAvailable), (Texts{L"02 South", L"  1 Munich", L"  2 Stuttgart", L"03 West"}));
+}
+
+TEST_F(frmDesignersRelationsTest, DeletingANodeWithThreeBelowAsksWithThree) {
+    screen->SelectTreeItem(ID_tvwAvailable, L"01 North");
+    screen->Click(ID_cmdDelete);
+    EXPECT_EQ(prompts.asked, (Texts{L"Sure to delete the relation?\r\n3 child relation(s) included."}));
+    EXPECT_EQ(rule->Relations().Count(), 4);
+}
+
+TEST_F(frmDesignersRelationsTest, DeletingLeavesTheRestOfTheTreeAsItIs) {
+    const HTREEITEM south = screen->TreeItem(ID_tvwAvailable, L"02 South");
+    SendMessageW(screen->Control(ID_tvwAvailable), TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(south));
+    screen->SelectTreeItem(ID_tvwAvailable, L"01 North");
+    screen->Click(ID_cmdDelete);
+    EXPECT_EQ(screen->TreeItem(ID_tvwAvailable, L"02 South"), south) << "the item has not been made anew";
+    EXPECT_EQ(screen->SelectedTreeText(ID_tvwAvailable), L"02 South") << "the one that takes its place";
+    EXPECT_TRUE(screen->Enabled(ID_cmdDelete));
+    screen->SelectTreeItem(ID_tvwAvailable, L"1 Munich");
+    screen->Click(ID_cmdDelete);
+    rule->Relations().Add(L"N2", tvwChild, L"5", L"Ulm");
+    EXPECT_EQ(screen->TreeTexts(ID_tvwAvailable), (Texts{L"02 South", L"  2 Stuttgart", L"  5 Ulm", L"03 West"}));
+    EXPECT_EQ(screen->TreeTexts(ID_tvwAvailable).size(), static_cast<std::size_t>(rule->Relations().Count()));
+}
+
+TEST_F(frmDesignersRelationsTest, ANodeThatGoesWhileTheQuestionIsOpenIsReported) {
+    screen->SelectTreeItem(ID_tvwAvailable, L"01 North");
+    prompts.whileAsking = [this] { rule->Relations().Remove(L"N1"); };
+    screen->Click(ID_cmdDelete);
+    EXPECT_EQ(screen->TreeTexts(ID_tvwAvailable), (Texts{L"02 South", L"  1 Munich", L"  2 Stuttgart", L"03 West"}));
+    EXPECT_NE(screen->Text(ID_lblStatus), L"");
+}
+
+TEST_F(frmDesignersRelationsTest, DeletingShowsTheHourglass) {
+    std::vector<HCURSOR> cursors;
+    const auto host =
+        rule->Relations().NodesChanged.Subscribe([&](const String&, const String&) { cursors.push_back(GetCursor()); });
+    screen->SelectTreeItem(ID_tvwAvailable, L"03 West");
+    screen->Click(ID_cmdDelete);
+    EXPECT_EQ(cursors, std::vector<HCURSOR>{LoadCursorW(nullptr, IDC_WAIT)});
+    EXPECT_NE(GetCursor(), LoadCursorW(nullptr, IDC_WAIT)) << "no longer than it takes";
+}
+
+TEST_F(frmDesignersRelationsTest, ClearingATreeOfFiveAsksWithFive) {
+    rule->Relations().Remove(L"N2");
+    screen->Click(ID_cmdClear);
+    EXPECT_EQ(prompts.asked, (Texts{L"Sure to clean all relations?(5 relation(s) included.)"}));
+    EXPECT_EQ(rule->Relations().Count(), 0);
 }
 
 TEST_F(frmDesignersRelationsTest, ClearAsksWithTheCount) {

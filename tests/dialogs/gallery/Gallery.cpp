@@ -1,7 +1,7 @@
 // Shows one dialog, takes its picture from the screen, and closes it.
-// usage: dialog_gallery DIALOG RULE FILE.bmp
-// DIALOG: designer, number (the same with a number selected), band, relation, modify, fields, options; RULE: empty,
-// filled
+// usage: dialog_gallery DIALOG RULE FILE.bmp [DPI]
+// DIALOG: designer, number (the same with a number selected), drag (while one of many bands is dragged), band,
+// relation, modify, fields, options; RULE: empty, filled; DPI: of the screen that the dialog is on, 96 when left out
 #include <windows.h>
 
 #include <commctrl.h>
@@ -23,6 +23,7 @@ using namespace kestrel;
 constexpr UINT settleMilliseconds = 700;
 std::wstring thePicture;
 std::wstring theDialog;
+WORD theDpi = 96;
 
 void WriteBitmap(const std::wstring& file, int width, int height, const std::vector<BYTE>& pixels) {
     BITMAPFILEHEADER header{};
@@ -75,8 +76,19 @@ void CALLBACK PictureAndClose(HWND, UINT, UINT_PTR timer, DWORD) {
     KillTimer(nullptr, timer);
     RECT area{};
     GetWindowRect(form, &area);
+    const RECT screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    IntersectRect(&area, &area, &screen);
     TakePicture(area, thePicture);
     ExitProcess(0); // without the questions that closing asks
+}
+
+// Takes a band out of the middle of the strip and holds it over another.
+void DragABand(HWND strip) {
+    RECT area{};
+    GetClientRect(strip, &area);
+    SendMessageW(strip, WM_KEYDOWN, VK_END, 0);
+    SendMessageW(strip, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(area.right - 60, 20));
+    SendMessageW(strip, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(area.right / 2, 20));
 }
 
 // Brings the dialog into a state worth a picture.
@@ -89,6 +101,11 @@ void CALLBACK Prepare(HWND, UINT, UINT_PTR timer, DWORD) {
         SendDlgItemMessageW(form, id, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
         SendMessageW(form, WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), 0);
     };
+    if (theDpi != 96) {
+        RECT place{};
+        SendMessageW(form, 0x02E0, MAKEWPARAM(theDpi, theDpi), reinterpret_cast<LPARAM>(&place)); // WM_DPICHANGED
+    }
+    if (theDialog == L"drag") DragABand(GetDlgItem(GetDlgItem(form, ID_picBkg), ID_picBand));
     if (theDialog == L"band") {
         SetDlgItemTextW(form, ID_txtName, L"Serial");
         pick(ID_cboStyle, bsIncreaseNumber);
@@ -116,7 +133,7 @@ void CALLBACK Prepare(HWND, UINT, UINT_PTR timer, DWORD) {
 }
 
 void Show(CodeClass& rule, const std::wstring& dialog) {
-    if (dialog == L"designer" || dialog == L"number") rule.ShowDesigner({}, true);
+    if (dialog == L"designer" || dialog == L"number" || dialog == L"drag") rule.ShowDesigner({}, true);
     if (dialog == L"band") rule.ShowAddBand(rule.Count() > 0 ? L"Number" : L"", 2);
     if (dialog == L"relation") rule.ShowAddRelation(test::ibRegion, L"N3", tvwNext, false);
     if (dialog == L"modify") rule.ShowAddRelation(test::ibRegion, L"N3", tvwNext, true);
@@ -127,13 +144,16 @@ void Show(CodeClass& rule, const std::wstring& dialog) {
 } // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    if (argc != 4) return 2;
+    if (argc != 4 && argc != 5) return 2;
     theDialog = argv[1];
     thePicture = argv[3];
+    if (argc == 5) theDpi = static_cast<WORD>(_wtoi(argv[4]));
     InstallPlatformPorts();
     static dialogs::WindowsDialogs windows;
     InstallPorts({&TheStrings(), &TheText(), &ThePrompts(), &windows});
     const auto rule = std::wstring(argv[2]) == L"filled" ? test::InvoiceRule() : test::EmptyRule();
+    for (int more = 1; theDialog == L"drag" && more <= 6; ++more)
+        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
     if (std::wstring(argv[2]) == L"filled") SetTimer(nullptr, 0, settleMilliseconds / 2, Prepare);
     SetTimer(nullptr, 0, settleMilliseconds, PictureAndClose);
     Show(*rule, theDialog);
