@@ -161,13 +161,12 @@ String cNodes::Conversion(int convStyle, String& value, const IndexKey& indexKey
     if (convStyle != csCodeToValue && convStyle != csValueToCode) throw Error(Message::InvalidParameter);
     if (value.empty()) throw Error(Message::InvalidParameter);
     if (Count() == 0) throw Error(Message::NoRelations);
+    const auto parent = indexKey.IsMissing() ? Ref<cNode>() : Node(indexKey);
     const bool toValue = convStyle == csCodeToValue;
     const auto& text = TheText();
-    const auto matches = [&](const cNode& candidate) {
+    const auto node = FindInLayer(parent.Get(), [&](const cNode& candidate) {
         return text.SameText(toValue ? candidate.Text() : candidate.Tag(), value);
-    };
-    auto node = indexKey.IsMissing() ? Node(1)->Root() : FirstWithParent(Node(indexKey).Get());
-    if (node && !matches(*node)) node = FindInLayer(node->Parent().Get(), matches, IndexOf(*node) + 1);
+    });
     if (!node) throw Error(Message::NoRelatedRelation);
     value = toValue ? node->Tag() : node->Text();
     return node->Key();

@@ -41,8 +41,7 @@ class cNodes final : public Exposed {
     // Removes every node and starts the keys anew; raises NodesChanged with two empty keys.
     void Cls();
     [[nodiscard]] tvwStyles Style() const noexcept { return mvarStyle; }
-    // Looks Value up among the children of the node named, or when none is named in the first layer from the root of the
-    // first node on (which is all of the layer unless a Drag has put a parent behind its children), without regard to
+    // Looks Value up among the children of the node named, or in the first layer when none is named, without regard to
     // case: csCodeToValue finds it as Text, csValueToCode as Tag. Value becomes the other side; returns the node's key.
     // Fails with 2003 on any other ConvStyle or an empty Value, with 2033 in an empty tree, with 2034 when nothing
     // matches, as Node on an unknown key; then Value is unchanged.
@@ -71,11 +70,10 @@ class cNodes final : public Exposed {
     [[nodiscard]] Ref<cNode> PreviousSiblingOf(const cNode& node) const;
     [[nodiscard]] Ref<cNode> FirstWithParent(const cNode* parent) const;
     [[nodiscard]] std::int32_t CountDescendants(const cNode& node) const;
-    // The first node with that parent (null: of the first layer) for which matches(node) holds, from a position on;
-    // nothing when none does.
+    // The first node with that parent (null: of the first layer) for which matches(node) holds; nothing when none does.
     template <class Predicate>
-    [[nodiscard]] Ref<cNode> FindInLayer(const cNode* parent, Predicate matches, std::int32_t position = 1) const {
-        for (; position <= Count(); ++position) {
+    [[nodiscard]] Ref<cNode> FindInLayer(const cNode* parent, Predicate matches) const {
+        for (std::int32_t position = 1; position <= Count(); ++position) {
             const cNode& node = *mvarNodes[position];
             if (node.Parent().Get() == parent && matches(node)) return mvarNodes[position];
         }

@@ -107,13 +107,4 @@ TEST_F(cNodesConversionTest, TakesAMillionCharacters) {
     EXPECT_EQ(Convert(*mvarTree, csCodeToValue, longText), (Converted{L"N4", L"South"}));
 }
 
-// Order C, A, P: the walk begins at the root of C.
-TEST_F(cNodesConversionTest, BeginsAtTheRootOfTheFirstNode) {
-    const auto tree = TreeOf(L"3;,1,p,P;1,2,c,C;,3,a,A");
-    tree->Drag(L"N3", tvwNext, L"N1");
-    ASSERT_EQ(KeysOf(*tree), L"N2 N3 N1");
-    EXPECT_EQ(Convert(*tree, csCodeToValue, L"p"), (Converted{L"N1", L"P"}));
-    EXPECT_FAILURE(Convert(*tree, csCodeToValue, L"a"), NoRelatedRelation);
-}
-
 } // namespace kestrel::test
