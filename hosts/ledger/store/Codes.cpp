@@ -1,0 +1,167 @@
+#include "hosts/ledger/store/Codes.h"
+
+#include <algorithm>
+#include <array>
+#include <cwchar>
+
+namespace ledger {
+
+namespace {
+
+// Rows that one INSERT stores: few enough for every engine's limit of parameters, enough to make the way there cheap.
+constexpr std::size_t RowsAtOnce = 50;
+
+std::wstring InsertText(const std::wstring& into, const std::wstring& row, std::size_t rows) {
+    std::wstring text = L"INSERT INTO " + into + L" VALUES " + row;
+    for (std::size_t more = 1; more < rows; ++more)
+        text += L", " + row;
+    return text;
+}
+
+// Calls the function with pieces of the rows: full ones of RowsAtOnce, then single rows, so that only two statements
+// are ever prepared.
+template <class Row, class Store>
+void InPieces(std::span<const Row> rows, Store store) {
+    while (!rows.empty()) {
+        const std::size_t size = rows.size() >= RowsAtOnce ? RowsAtOnce : 1;
+        store(rows.first(size));
+        rows = rows.subspan(size);
+    }
+}
+
+struct NumberRow {
+    const NumberHeld* number;
+    const std::wstring* code;
+};
+
+void AddNumberRows(Database& database, std::int64_t ruleId, std::span<const NumberRow> rows) {
+    InPieces(rows, [&](std::span<const NumberRow> piece) {
+        Statement& insert = database.Prepare(
+            InsertText(L"kestrel_numbers (rule_id, band, series, number, code)", L"(?, ?, ?, ?, ?)", piece.size()));
+        for (const NumberRow& row : piece)
+            insert.Set(ruleId).Set(row.number->band).Set(row.number->series).Set(row.number->number).Set(*row.code);
+        insert.Execute();
+    });
+}
+
+} // namespace
+
+std::wstring NowText() {
+    SYSTEMTIME now{};
+    GetSystemTime(&now);
+    std::array<wchar_t, 32> text{};
+    std::swprintf(text.data(), text.size(), L"%04u-%02u-%02uT%02u:%02u:%02uZ", now.wYear, now.wMonth, now.wDay,
+                  now.wHour, now.wMinute, now.wSecond);
+    return text.data();
+}
+
+void Codes::AddRows(std::span<const NewCode> codes, const std::wstring& state, const std::wstring& now) {
+    InPieces(codes, [&](std::span<const NewCode> piece) {
+        Statement& insert =
+            mvarDatabase.Prepare(InsertText(L"kestrel_codes (rule_id, code, state, ticket, stored_at, fields, reason)",
+                                            L"(?, ?, ?, ?, ?, ?, '')", piece.size()));
+        for (const NewCode& code : piece)
+            insert.Set(mvarRuleId).Set(code.code).Set(state).Set(code.ticket).Set(now).Set(code.fields);
+        insert.Execute();
+    });
+}
+
+void Codes::Add(std::span<const NewCode> codes, const std::wstring& state) {
+    AddRows(codes, state, NowText());
+    std::vector<NumberRow> rows;
+    for (const NewCode& code : codes)
+        for (const NumberHeld& number : code.numbers)
+            rows.push_back({&number, &code.code});
+    AddNumberRows(mvarDatabase, mvarRuleId, rows);
+}
+
+void Codes::AddNumbers(const std::wstring& code, std::span<const NumberHeld> numbers) {
+    std::vector<NumberRow> rows;
+    for (const NumberHeld& number : numbers)
+        rows.push_back({&number, &code});
+    AddNumberRows(mvarDatabase, mvarRuleId, rows);
+}
+
+void Codes::RemoveAllNumbers() {
+    mvarDatabase.Prepare(L"DELETE FROM kestrel_numbers WHERE rule_id = ?").Set(mvarRuleId).Execute();
+}
+
+std::vector<std::pair<std::wstring, NumberHeld>> Codes::AllNumbers() {
+    Statement& rows = mvarDatabase.Prepare(L"SELECT code, band, series, number FROM kestrel_numbers WHERE rule_id = ?");
+    rows.Set(mvarRuleId).Execute();
+    std::vector<std::pair<std::wstring, NumberHeld>> numbers;
+    while (rows.Fetch()) {
+        std::wstring code = rows.Text(1);
+        std::wstring band = rows.Text(2);
+        std::wstring series = rows.Text(3);
+        numbers.emplace_back(std::move(code), NumberHeld{std::move(band), std::move(series), rows.Number(4)});
+    }
+    return numbers;
+}
+
+std::optional<StoredCode> Codes::Find(const std::wstring& code) {
+    Statement& row = mvarDatabase.Prepare(
+        L"SELECT code, state, ticket, stored_at, fields, reason FROM kestrel_codes WHERE rule_id = ? AND code = ?");
+    row.Set(mvarRuleId).Set(code).Execute();
+    if (!row.Fetch()) return std::nullopt;
+    StoredCode found;
+    found.code = row.Text(1);
+    found.state = row.Text(2);
+    found.ticket = row.Text(3);
+    found.storedAt = row.Text(4);
+    found.fields = row.Text(5);
+    found.reason = row.Text(6);
+    return found;
+}
+
+std::optional<HighestNumber> Codes::Highest(const std::wstring& band, const std::wstring& series) {
+    Statement& row = mvarDatabase.Prepare(
+        L"SELECT number, code FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = "
+        L"(SELECT MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ?)");
+    row.Set(mvarRuleId).Set(band).Set(series).Set(mvarRuleId).Set(band).Set(series).Execute();
+    if (!row.Fetch()) return std::nullopt;
+    HighestNumber highest;
+    highest.number = row.Number(1);
+    highest.code = row.Text(2);
+    return highest;
+}
+
+std::optional<std::wstring> Codes::Holder(const NumberHeld& number) {
+    Statement& row = mvarDatabase.Prepare(
+        L"SELECT code FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = ?");
+    row.Set(mvarRuleId).Set(number.band).Set(number.series).Set(number.number).Execute();
+    if (!row.Fetch()) return std::nullopt;
+    return row.Text(1);
+}
+
+void Codes::Void(const std::wstring& code, const std::wstring& reason) {
+    mvarDatabase.Prepare(L"UPDATE kestrel_codes SET state = 'void', reason = ? WHERE rule_id = ? AND code = ?")
+        .Set(reason)
+        .Set(mvarRuleId)
+        .Set(code)
+        .Execute();
+}
+
+std::int64_t Codes::Count() {
+    Statement& row = mvarDatabase.Prepare(L"SELECT COUNT(*) FROM kestrel_codes WHERE rule_id = ?");
+    row.Set(mvarRuleId).Execute();
+    return row.Fetch() ? row.Number(1) : 0;
+}
+
+void Codes::ForEach(const std::function<void(const std::wstring& code)>& visit) {
+    Statement& rows = mvarDatabase.Prepare(L"SELECT code FROM kestrel_codes WHERE rule_id = ? ORDER BY code");
+    rows.Set(mvarRuleId).Execute();
+    while (rows.Fetch())
+        visit(rows.Text(1));
+}
+
+std::vector<std::int64_t> RulesOfCode(Database& database, const std::wstring& code) {
+    Statement& rows = database.Prepare(L"SELECT rule_id FROM kestrel_codes WHERE code = ?");
+    rows.Set(code).Execute();
+    std::vector<std::int64_t> ids;
+    while (rows.Fetch())
+        ids.push_back(rows.Number(1));
+    return ids;
+}
+
+} // namespace ledger
