@@ -1,0 +1,151 @@
+#!/usr/bin/env python3
+"""Measures the ledger: codes per second beside a bare loop of the same INSERTs, and how the cost grows with the codes stored.
+
+usage: ledger.py [--codes N] [--largest N] [--proof]
+
+--codes    codes that each program issues (2000)
+--largest  codes stored when the growth is measured last (1000000)
+--proof    checks as well that no code was issued twice, lost or, in the gapless policy, left out
+
+The programs of build/x86 are measured unless KESTREL_BUILD names another build; the component must be registered.
+"""
+import argparse
+import json
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+ROOT = pathlib.Path(__file__).resolve().parents[1]
+sys.path.insert(0, str(ROOT / "tests" / "hosts"))
+
+import rules  # noqa: E402 (found through the path above)
+from databases import PostgresDatabase, PostgresServer, SqliteFile  # noqa: E402 (likewise)
+from windows_program import command, path, run  # noqa: E402 (likewise)
+
+PROGRAMS = (1, 2, 4, 8)
+GROWTH = (1_000, 10_000, 100_000, 1_000_000)
+GROWTH_CODES = 500
+NUMBER_DIGITS = 9
+PREFILL = {
+    "SqliteFile": "WITH RECURSIVE n(i) AS (SELECT {first} UNION ALL SELECT i + 1 FROM n WHERE i < {last}) ",
+    "PostgresDatabase": "WITH n(i) AS (SELECT generate_series({first}, {last})) ",
+}
+
+
+class Bench:
+    def __init__(self, database, codes, proof):
+        self.database, self.codes, self.proof = database, codes, proof
+        self.folder = pathlib.Path(tempfile.mkdtemp())
+        (self.folder / "rule.rule").write_bytes(rules.numbered(digits=NUMBER_DIGITS).encode())
+
+    def close(self):
+        self.database.close()
+        shutil.rmtree(self.folder)
+
+    def kledger(self, *arguments):
+        result = run("kledger", "--database", self.database.name, *arguments, timeout=3600)
+        if result.returncode != 0:
+            sys.exit(result.stderr)
+        return result.stdout
+
+    def import_rule(self, name, policy):
+        self.kledger("rule", "import", path(self.folder / "rule.rule"), "--name", name, "--policy", policy)
+
+    def records(self, count):
+        file = self.folder / f"{count}.csv"
+        file.write_text("Year\n" + "2024\n" * count)
+        return path(file)
+
+    def at_once(self, lines):
+        """Runs programs at once; what each printed."""
+        running = [subprocess.Popen(line, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, encoding="utf-8")
+                   for line in lines]
+        outputs = [process.communicate()[0] for process in running]
+        if any(process.returncode != 0 for process in running):
+            sys.exit("a program failed")
+        return outputs
+
+    def issue(self, name, policy, programs):
+        """Codes per second of all programs together."""
+        self.import_rule(name, policy)
+        line = command("kledger", ["--database", self.database.name, "--json", "--patience", "600", "issue",
+                                   self.records(self.codes), "--rule", name])
+        outputs = [[json.loads(text) for text in output.splitlines()] for output in self.at_once([line] * programs)]
+        if self.proof:
+            self.check(name, policy, [entry["code"] for output in outputs for entry in output[:-1]])
+        return programs * self.codes / max(output[-1]["seconds"] for output in outputs)
+
+    def check(self, name, policy, printed):
+        stored = sorted(row[0] for row in self.database.query(
+            f"SELECT code FROM kestrel_codes WHERE rule_id = (SELECT id FROM kestrel_rules WHERE name = '{name}')"))
+        if sorted(printed) != stored or len(set(printed)) != len(printed):
+            sys.exit(f"{name}: {len(printed)} codes printed, {len(set(printed))} different ones, {len(stored)} stored")
+        whole = [f"2024-{number:0{NUMBER_DIGITS}}" for number in range(1, len(stored) + 1)]
+        if policy == "gapless" and stored != whole:
+            sys.exit(f"{name}: the numbers have gaps")
+        print(f"    {name}: {len(printed)} codes printed, all different, all stored"
+              + (", no gap" if policy == "gapless" else ""))
+
+    def inserts(self, name, programs):
+        lines = [command("ledger_inserts", [self.database.name, f"{name}-{index}-", self.codes])
+                 for index in range(programs)]
+        return programs * self.codes / max(float(output) for output in self.at_once(lines))
+
+    def rates(self):
+        print("programs   bare/s   gapless/s  of bare     fast/s  of gapless")
+        for programs in PROGRAMS:
+            bare = self.inserts(f"bare{programs}", programs)
+            gapless = self.issue(f"gapless{programs}", "gapless", programs)
+            fast = self.issue(f"fast{programs}", "fast", programs)
+            print(f"{programs:8} {bare:8.0f} {gapless:11.0f} {gapless / bare:8.2f} {fast:10.0f} {fast / gapless:11.1f}",
+                  flush=True)
+
+    def prefill(self, rule, first, last):
+        numbers = PREFILL[type(self.database).__name__].format(first=first, last=last)
+        code = "'2024-' || SUBSTR(CAST(1000000000 + i AS VARCHAR(10)), 2)"
+        self.database.query(f"INSERT INTO kestrel_codes {numbers} SELECT {rule}, {code}, 'issued', '', '', '{{}}', '' FROM n")
+        self.database.query(f"INSERT INTO kestrel_numbers {numbers} SELECT {rule}, 'Number', '2024-?????????', i, {code} FROM n")
+        self.database.query("ANALYZE")
+
+    def growth(self, largest):
+        print(f"  codes stored  ms per code  of the first  ({GROWTH_CODES} codes each, gapless)")
+        self.import_rule("growth", "gapless")
+        rule = self.database.query("SELECT id FROM kestrel_rules WHERE name = 'growth'")[0][0]
+        stored, first = 0, None
+        for target in (size for size in GROWTH if size <= largest):
+            self.prefill(rule, stored + 1, target)
+            output = self.kledger("--json", "issue", self.records(GROWTH_CODES), "--rule", "growth")
+            cost = 1000 * json.loads(output.splitlines()[-1])["seconds"] / GROWTH_CODES
+            first = first or cost
+            stored = target + GROWTH_CODES
+            print(f"{target:14} {cost:12.3f} {cost / first:13.2f}", flush=True)
+
+
+def measure(title, database, options):
+    bench = Bench(database, options.codes, options.proof)
+    print(f"== {title}, {options.codes} codes per program")
+    try:
+        bench.rates()
+        bench.growth(options.largest)
+    finally:
+        bench.close()
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--codes", type=int, default=2000)
+    parser.add_argument("--largest", type=int, default=1_000_000)
+    parser.add_argument("--proof", action="store_true")
+    options = parser.parse_args()
+    measure("SQLite", SqliteFile(), options)
+    server = PostgresServer()
+    try:
+        measure("PostgreSQL", PostgresDatabase(server), options)
+    finally:
+        server.close()
+
+
+if __name__ == "__main__":
+    main()
