@@ -1,0 +1,103 @@
+' The smallest host that issues codes safely for many programs at once, by either policy, over ADO.
+'
+'   kscript host.vbs CONNECTION RULE gapless|fast COUNT     issues codes of the year 2024
+Option Explicit
+
+Const gsNewCode = 1
+Const ForReading = 1
+Const adStateOpen = 1
+Const LeaseSize = 50
+Const Attempts = 200
+Dim rule, database, policy, series, leased, nextNumber, endNumber, count
+
+Set rule = WScript.CreateObject("Kestrel.CodeClass", "rule_")
+Set database = CreateObject("ADODB.Connection")
+database.Open WScript.Arguments.Item(0)
+rule.Load CreateObject("Scripting.FileSystemObject").OpenTextFile(WScript.Arguments.Item(1), ForReading).ReadAll
+rule.UsrFields("Year").Value = "2024"
+policy = WScript.Arguments.Item(2)
+For count = 1 To CInt(WScript.Arguments.Item(3))
+    WScript.Echo Issue()
+Next
+database.Close
+WScript.Quit 0
+
+' [issue]
+' Each attempt is a transaction that reads, issues and stores. The loser of a key rolls back and reads again.
+Function Issue()
+    Dim attempt, code
+    For attempt = 1 To Attempts
+        code = TryToIssue()
+        If code <> "" Then
+            Issue = code
+            Exit Function
+        End If
+        WScript.Sleep Int(Rnd * 20)
+    Next
+    Err.Raise vbObjectError + 1, "host.vbs", "the database stayed busy"
+End Function
+
+Function TryToIssue()
+    Dim code
+    On Error Resume Next
+    database.BeginTrans
+    code = rule.GetCode(gsNewCode)
+    If Err.Number = 0 Then Store code
+    If Err.Number = 0 Then database.CommitTrans
+    If Err.Number = 0 Then
+        If policy = "fast" Then nextNumber = nextNumber + 1
+        TryToIssue = code
+    Else
+        database.RollbackTrans
+        TryToIssue = ""
+    End If
+End Function
+
+Sub Store(code)
+    database.Execute "INSERT INTO codes (code) VALUES (" & Quoted(code) & ")"
+    database.Execute "INSERT INTO numbers (series, number, code) VALUES (" & Quoted(series) & ", " & _
+        CLng(Right(code, 6)) & ", " & Quoted(code) & ")"
+End Sub
+
+' A quote in a value would end the text; everything else in it, "%" and "_" included, is an ordinary character,
+' because series are compared with "=", never with LIKE.
+Function Quoted(text)
+    Quoted = "'" & Replace(text, "'", "''") & "'"
+End Function
+' [issue]
+
+' [event]
+Sub rule_GetLastCode(Filter, Value)
+    series = Filter
+    If policy = "fast" Then
+        If leased <> series Or nextNumber = endNumber Then TakeLease
+        Value = Left(series, Len(series) - 6) & Right("000000" & (nextNumber - 1), 6)
+    Else
+        Value = One("SELECT code FROM numbers WHERE series = " & Quoted(series) & " AND number = " & _
+            "(SELECT MAX(number) FROM numbers WHERE series = " & Quoted(series) & ")")
+    End If
+End Sub
+
+Sub TakeLease()
+    nextNumber = 1 + Number(One("SELECT MAX(n) FROM (SELECT MAX(number) AS n FROM numbers WHERE series = " & _
+        Quoted(series) & " UNION ALL SELECT MAX(last_number) FROM leases WHERE series = " & Quoted(series) & ") both_ends"))
+    endNumber = nextNumber + LeaseSize
+    database.Execute "INSERT INTO leases (series, first_number, last_number) VALUES (" & Quoted(series) & ", " & _
+        nextNumber & ", " & (endNumber - 1) & ")"
+    leased = series
+End Sub
+' [event]
+
+' The first column of the first row as text; empty when there is none.
+Function One(query)
+    Dim rows
+    Set rows = database.Execute(query)
+    One = ""
+    If Not rows.EOF Then One = rows.Fields(0).Value & ""
+    rows.Close
+End Function
+
+Function Number(text)
+    Number = 0
+    If text <> "" Then Number = CLng(text)
+End Function

@@ -1,0 +1,124 @@
+"""The host samples of the documentation: they stand there as they run here."""
+import pathlib
+import re
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+import rules
+from databases import PostgresDatabase, PostgresServer, SqliteFile
+from windows_program import ROOT, command, path, run
+
+SAMPLES = ROOT / "hosts" / "samples" / "hosting"
+PROGRAMS = 4
+CODES = 60  # more than a lease
+
+PROBE = """
+On Error Resume Next
+Set database = CreateObject("ADODB.Connection")
+database.Open WScript.Arguments.Item(0)
+database.BeginTrans
+Set rows = database.Execute("SELECT 'x' WHERE 1 = 0")
+ended = rows.EOF
+database.RollbackTrans
+If Err.Number <> 0 Then WScript.Echo Err.Description
+If Err.Number <> 0 Then WScript.Quit 1
+WScript.Quit 0
+"""
+
+
+class DocumentationTest(unittest.TestCase):
+    def test_every_block_of_code_stands_in_a_sample(self):
+        text = (ROOT / "docs" / "hosting.md").read_text(encoding="utf-8")
+        files = {"cpp": "host.cpp", "vbs": "host.vbs", "csharp": "Host.cs"}
+        blocks = re.findall(r"^```(\w+)\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
+        self.assertEqual([language for language, _ in blocks], ["cpp", "cpp", "cpp", "vbs", "vbs", "csharp"])
+        for language, block in blocks:
+            sample = (SAMPLES / files[language]).read_text(encoding="utf-8")
+            self.assertIn(block, sample, f"a block of {language} differs from {files[language]}")
+
+
+class SampleCase(unittest.TestCase):
+    def setUp(self):
+        self.database = self.make_database()
+        self.folder = pathlib.Path(tempfile.mkdtemp())
+        (self.folder / "rule.rule").write_bytes(rules.numbered().encode())
+
+    def tearDown(self):
+        self.database.close()
+        shutil.rmtree(self.folder)
+
+    def run_at_once(self, line):
+        running = [subprocess.Popen(line, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                    encoding="utf-8") for _ in range(PROGRAMS)]
+        codes = []
+        for process in running:
+            out, error = process.communicate(timeout=300)
+            self.assertEqual((process.returncode, error), (0, ""), out)
+            codes += out.split()
+        return codes
+
+    def check(self, policy, printed):
+        stored = sorted(row[0] for row in self.database.query("SELECT code FROM codes"))
+        self.assertEqual(len(printed), PROGRAMS * CODES)
+        self.assertEqual(sorted(printed), stored)
+        if policy == "gapless":
+            self.assertEqual(stored, [f"2024-{number:06}" for number in range(1, PROGRAMS * CODES + 1)])
+
+    def sample(self, policy, count):
+        return [self.database.name, path(self.folder / "rule.rule"), policy, count]
+
+
+class SampleTests:
+    def test_the_program(self):
+        for policy in ("gapless", "fast"):
+            with self.subTest(policy=policy):
+                self.check(policy, self.run_at_once(command("hosting_sample", self.sample(policy, CODES))))
+                self.empty()
+
+    def test_the_script(self):
+        made = run("hosting_sample", *self.sample("gapless", 0))
+        self.assertEqual((made.returncode, made.stderr), (0, ""))
+        probe = self.folder / "probe.vbs"
+        probe.write_text(PROBE)
+        result = run("kscript", path(probe), self.connection())
+        if result.returncode != 0:
+            self.skipTest(f"ADO does not work here: {result.stdout}{result.stderr}")
+        for policy in ("gapless", "fast"):
+            with self.subTest(policy=policy):
+                line = command("kscript", [path(SAMPLES / "host.vbs"), self.connection(), *self.sample(policy, CODES)[1:]])
+                self.check(policy, self.run_at_once(line))
+                self.empty()
+
+    def empty(self):
+        for table in ("codes", "numbers", "leases"):
+            self.database.query(f"DELETE FROM {table}")
+
+
+class Sqlite(SampleTests, SampleCase):
+    def make_database(self):
+        return SqliteFile()
+
+    def connection(self):
+        return f"Driver=SQLite3;Database={self.database.file};Timeout=2000;"
+
+
+class Postgres(SampleTests, SampleCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.server = PostgresServer()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.server.close()
+
+    def make_database(self):
+        return PostgresDatabase(self.server)
+
+    def connection(self):
+        return self.database.name
+
+
+if __name__ == "__main__":
+    unittest.main()
