@@ -1,42 +1,49 @@
 #!/usr/bin/env bash
-# The main job of ./run: what the project does once it is built and registered. Codes are issued for thousands of records
-# by rules made from country data, one is taken apart and one shown beforehand; then the sample scripts drive the
-# component themselves. Both builds do it.
+# The main job of ./run: what the project does once it is built and registered. Rules made from country data are stored in
+# a ledger, codes are issued for thousands of records and audited; then the sample scripts drive the component themselves.
 # shellcheck source=tools/common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 # shellcheck source=tools/wine-env.sh
 . "$ROOT/tools/wine-env.sh"
 
 SAMPLES="$BUILD/samples"
+LEDGER="$SAMPLES/ledger.db"
 SOME_REFUSED=3
 
-# One command of the issuing host. usage: issuer PRESET ARGUMENTS...
-issuer() { "$ROOT/tools/wine.sh" "$BUILD/$1/kissue.exe" "${@:2}" </dev/null; }
+# One command of the ledger, under the build named. usage: kledger PRESET ARGUMENTS...
+kledger() {
+    "$ROOT/tools/wine.sh" "$BUILD/$1/kledger.exe" --database "$(windows_path "$LEDGER")" "${@:2}" </dev/null
+}
 
-# Issues a code for each record of a sample; shows the first codes, what was refused first, and the count. Some records
-# are of countries that are no more, and the rule has to refuse them. usage: issue_sample PRESET NAME
+# Stores a sample rule and issues a code for each of its records; shows the first codes and what was refused first. Some
+# records are of countries that are no more, and the rule has to refuse them. usage: issue_sample PRESET NAME POLICY
 issue_sample() {
-    local preset="$1" name="$2" status=0
-    say "$name ($preset)"
-    issuer "$preset" issue "$(windows_path "$SAMPLES/$name.rule")" "$(windows_path "$SAMPLES/$name.csv")" \
+    local preset="$1" name="$2" policy="$3" status=0
+    say "$name ($policy, $preset)"
+    kledger "$preset" rule import "$(windows_path "$SAMPLES/$name.rule")" --policy "$policy" ||
+        fail "the rule $name could not be stored (exit code $?)"
+    kledger "$preset" issue "$(windows_path "$SAMPLES/$name.csv")" --rule "$name" --keep \
         >"$SAMPLES/$name.codes" 2>"$SAMPLES/$name.log" || status=$?
     head -n 3 "$SAMPLES/$name.codes"
-    note "... all of them are in build/samples/$name.codes"
+    note "... build/samples/$name.codes has all"
     grep -m 1 '^line ' "$SAMPLES/$name.log" || true
     tail -n 1 "$SAMPLES/$name.log"
     [ "$status" -eq 0 ] || [ "$status" -eq "$SOME_REFUSED" ] || fail "no codes for $name (exit code $status)"
 }
 
-issue_samples() {
-    local preset="$1" code
-    issue_sample "$preset" documents
-    issue_sample "$preset" items
-    issue_sample "$preset" sites
-    code="$(sed -n '1000s/\t.*//p' "$SAMPLES/sites.codes")"
-    say "What $code stands for ($preset)"
-    issuer "$preset" explain "$(windows_path "$SAMPLES/sites.rule")" "$code" || fail "the code could not be taken apart"
-    say "The next document of 1977, without issuing it ($preset)"
-    issuer "$preset" preview "$(windows_path "$SAMPLES/documents.rule")" Date=1977-12-31 || fail "no code could be shown"
+# The ledger is made anew, so that each run issues the same codes. usage: run_ledger PRESET
+run_ledger() {
+    rm -f "$LEDGER" "$LEDGER-wal" "$LEDGER-shm"
+    issue_sample "$1" documents gapless
+    issue_sample "$1" items fast
+    issue_sample "$1" sites gapless
+    say "What the ledger holds"
+    kledger "$1" rule list || fail "the rules could not be listed (exit code $?)"
+    local name
+    for name in documents items sites; do
+        note "audit of $name: $(kledger "$1" audit --rule "$name" | tail -n 1)"
+    done
+    kledger "$1" explain --rule sites "$(sed -n '1000s/\t.*//p' "$SAMPLES/sites.codes")" || fail "no code could be explained"
 }
 
 # Runs every sample script under the script host of one build. usage: run_scripts PRESET
@@ -53,12 +60,12 @@ main() {
     local preset done_any=no
     "$ROOT/hosts/samples/make_samples.py" "$SAMPLES" || fail "the sample rules could not be made"
     for preset in x86 x64; do
-        if [ ! -f "$BUILD/$preset/kissue.exe" ] || [ ! -f "$BUILD/$preset/kscript.exe" ]; then continue; fi
-        issue_samples "$preset"
+        [ -f "$BUILD/$preset/kledger.exe" ] || continue
+        run_ledger "$preset"
         run_scripts "$preset"
         done_any=yes
     done
-    [ "$done_any" = yes ] || fail "no host has been built (build/x86/kissue.exe)"
+    [ "$done_any" = yes ] || fail "no host has been built (build/x86/kledger.exe)"
 }
 
 main "$@"

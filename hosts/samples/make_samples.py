@@ -5,7 +5,7 @@ usage: make_samples.py FOLDER [SOURCE]
 
 FOLDER receives a definition (NAME.rule) and records (NAME.csv) for each of
   sites      country and subdivision by a layered tree of thousands of pairs, and a number per subdivision
-  documents  a fixed prefix, the year of a date macro and a number per year
+  documents  a fixed prefix, a year macro and a number per year
   items      the country by a simple conversion, a letter and a number per country
 SOURCE is the folder with the data, /usr/share/iso-codes/json unless given. What could not be taken over as it stands is
 told on standard error.
@@ -143,18 +143,17 @@ def make_sites(folder, countries, subdivisions, former, texts):
 
 
 def make_documents(folder, former):
-    """Each withdrawal of a country code is a notice of its date; a bare year counts as its first day."""
-    dates = sorted((country["withdrawal_date"] + "-01-01")[:10] for country in former)
+    """Each withdrawal of a country code is a notice of its year."""
     by_date = sorted(former, key=lambda country: country["withdrawal_date"])
-    records = [(date, f"Withdrawal of {country['alpha_4']}, {country['name']}")
-               for date, country in zip(dates, by_date)]
+    records = [(country["withdrawal_date"][:4], f"Withdrawal of {country['alpha_4']}, {country['name']}")
+               for country in by_date]
     rule = definition(
         [band("Prefix", FIXED, default="WD-"),
-         band("Year", MACRO, form="yyyy", length=4, item="Date"),
+         band("Year", MACRO, length=4, item="Year"),
          band("Dash", FIXED, default="-"),
          band("Number", NUMBER, default="1", form="000000", length=6, tracks=("Year",))],
-        macros=("Date",))
-    write(folder, "documents", rule, ("Date", "Subject"), records)
+        macros=("Year",))
+    write(folder, "documents", rule, ("Year", "Subject"), records)
     print(f"documents: {len(records)} records", file=sys.stderr)
 
 
