@@ -18,16 +18,16 @@ thread_local BoxAnswers* current = nullptr; // NOLINT(cppcoreguidelines-avoid-no
 
 bool HasChild(HWND window, int id) { return GetDlgItem(window, id) != nullptr; }
 
-bool IsMessageBox(HWND window) {
+// One that another dialog stands over is not ready: it is disabled.
+bool IsReadyDialog(HWND window) {
     std::array<wchar_t, 16> name{};
     GetClassNameW(window, name.data(), static_cast<int>(name.size()));
-    return std::wstring(name.data()) == DialogClass && IsWindowVisible(window) != 0 && HasChild(window, BoxText);
+    return std::wstring(name.data()) == DialogClass && IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0;
 }
 
-std::wstring TextOf(HWND box) {
-    HWND text = GetDlgItem(box, BoxText);
-    std::wstring content(static_cast<std::size_t>(GetWindowTextLengthW(text)) + 1, L'\0');
-    const int length = GetWindowTextW(text, content.data(), static_cast<int>(content.size()));
+std::wstring TextOf(HWND window) {
+    std::wstring content(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+    const int length = GetWindowTextW(window, content.data(), static_cast<int>(content.size()));
     content.resize(static_cast<std::size_t>(length));
     return content;
 }
@@ -51,9 +51,9 @@ void BoxAnswers::OnTimer(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/, 
 
 BOOL BoxAnswers::OnWindow(HWND window, LPARAM answers) noexcept {
     auto& self = *reinterpret_cast<BoxAnswers*>(answers);
-    if (window == self.mvarAnswered || !IsMessageBox(window)) return TRUE;
+    if (window == self.mvarAnswered || !IsReadyDialog(window)) return TRUE;
     try {
-        self.Reply(window);
+        HasChild(window, BoxText) ? self.Reply(window) : self.Close(window);
     } catch (...) { // the box is left to whoever sits at the screen
         self.mvarAnswered = window;
     }
@@ -65,9 +65,15 @@ void BoxAnswers::Reply(HWND box) {
     const bool isYes = mvarAnswer == Answer::Yes;
     const int button = !isQuestion ? IDOK : isYes ? IDYES : IDNO;
     const std::wstring reply = !isQuestion ? L"closed: " : isYes ? L"answered yes: " : L"answered no: ";
-    PrintLine(reply + OneLine(TextOf(box)));
+    PrintLine(reply + OneLine(TextOf(GetDlgItem(box, BoxText))));
     mvarAnswered = box;
     PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+}
+
+void BoxAnswers::Close(HWND dialog) {
+    PrintLine(L"closed dialog: " + OneLine(TextOf(dialog)));
+    mvarAnswered = dialog;
+    PostMessageW(dialog, WM_CLOSE, 0, 0);
 }
 
 } // namespace hosts::script

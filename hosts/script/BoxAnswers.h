@@ -1,5 +1,6 @@
-// Answers the message boxes that open on this thread while it exists, so that a script can run with nobody at the
-// screen. Each is a line on standard output: the answer, and the text of the box.
+// Answers the message boxes that open on this thread while it exists, and closes the dialogs, so that a script can run
+// with nobody at the screen. Each is a line on standard output: the answer and the text of the box, or the caption of
+// the dialog.
 #pragma once
 
 #include <windows.h>
@@ -23,6 +24,7 @@ class BoxAnswers {
     static BOOL CALLBACK OnWindow(HWND window, LPARAM answers) noexcept;
 
     void Reply(HWND box);
+    void Close(HWND dialog);
 
     Answer mvarAnswer;
     HWND mvarAnswered = nullptr; // on its way out
