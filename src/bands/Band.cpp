@@ -15,10 +15,10 @@ bool IsUpperLetters(const String& text) { return SortsBetween(text, L"A", L"Z");
 
 String LettersRaised(const String& text) { return SortsBetween(text, L"a", L"z") ? TheText().Upper(text) : text; }
 
-bool IsNumeric(const String& text) { return TheText().Number(text).has_value(); }
+bool IsNumeric(const String& text) { return NumericValue(text).has_value(); }
 
 String CanonicalNumber(const String& text) {
-    const auto number = TheText().Number(text);
+    const auto number = NumericValue(text);
     if (!number) throw Error(Message::InvalidParameter);
     return CanonicalText(*number);
 }
@@ -125,7 +125,8 @@ void Band::SetSwapMode(int mode) {
     if (mode < smNoneSwap || mode >= smUbound) throw Error(Message::InvalidCall);
     if (mode == mvarSwapMode) return;
     const auto before = mvarSwapMode;
-    if (before == smLayersSwap) mvarRelations = nullptr; // the rule's tree must not become the band's own
+    // The rule's tree, the only one that is not simplified, must not become the band's own.
+    if (mvarRelations && mvarRelations->Style() != tsSimplified) mvarRelations = nullptr;
     mvarSwapMode = static_cast<SwapModes>(mode);
     EnterOrLeaveLayers(before);
 }

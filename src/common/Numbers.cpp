@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/Ports.h"
+
 namespace kestrel {
 
 namespace {
@@ -90,6 +92,14 @@ std::optional<Parsed> ParseNumber(StringView text) {
     return Parsed{negative ? -number : number, text.substr(length)};
 }
 
+// Digits whose first one counts 10 to the power of the exponent.
+String PlainNotation(String digits, int exponent) {
+    if (exponent < 0) return L"0." + String(static_cast<std::size_t>(-exponent) - 1, L'0') + digits;
+    const auto whole = static_cast<std::size_t>(exponent) + 1;
+    if (digits.size() <= whole) return digits.append(whole - digits.size(), L'0');
+    return digits.insert(whole, 1, L'.');
+}
+
 } // namespace
 
 std::optional<double> LeadingNumber(StringView text) {
@@ -112,10 +122,23 @@ std::optional<std::int32_t> ToInteger(double number) {
 }
 
 String CanonicalText(double number) {
-    std::array<char, 512> buffer{}; // the longest plain notation of a double has 325 digits and a sign
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number == 0 ? 0.0 : number,
-                                      std::chars_format::fixed);
-    return String(buffer.data(), result.ptr);
+    std::array<char, 32> buffer{}; // sign, 17 digits, point and exponent fit
+    const auto result =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(number), std::chars_format::scientific);
+    const std::string_view text(buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data()));
+    const auto end = text.find('e');
+    if (end == std::string_view::npos) return String(text.begin(), text.end()); // no number, or infinite
+    int exponent = 0;
+    const auto first = end + (text[end + 1] == '+' ? 2 : 1);
+    std::from_chars(text.data() + first, text.data() + text.size(), exponent);
+    String digits(1, static_cast<wchar_t>(text.front()));
+    if (end > 2) digits.append(text.begin() + 2, text.begin() + static_cast<std::ptrdiff_t>(end));
+    return (number < 0 ? L"-" : L"") + PlainNotation(digits, exponent);
+}
+
+std::optional<double> NumericValue(const String& text) {
+    const auto number = WholeNumber(text);
+    return number && CanonicalText(*number) == text ? number : TheText().Number(text);
 }
 
 String Increased(StringView text) {

@@ -1,4 +1,4 @@
-// Numbers in texts, read and written alike in every locale.
+// Numbers in texts; all but NumericValue read and write alike in every locale.
 #pragma once
 
 #include <cstdint>
@@ -20,6 +20,10 @@ namespace kestrel {
 
 // The shortest digits that read back as the same number, in plain notation, without blanks.
 [[nodiscard]] String CanonicalText(double number);
+
+// The number that a host's or a user's text means: what is written as CanonicalText writes means the same everywhere,
+// any other text what the user's locale makes of it. Nothing when it is not numeric.
+[[nodiscard]] std::optional<double> NumericValue(const String& text);
 
 // The numeric part of a code plus 1, as decimal text without leading zeros. Exact for all-digit texts of any length;
 // any other text counts as its leading number, or 0 when it has none.

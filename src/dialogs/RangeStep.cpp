@@ -8,7 +8,7 @@ namespace kestrel::dialogs {
 namespace {
 
 String SteppedNumber(const String& text, int step) {
-    const double number = TheText().Number(text).value_or(0) + step;
+    const double number = NumericValue(text).value_or(0) + step;
     return number < 0 ? text : CanonicalText(number);
 }
 

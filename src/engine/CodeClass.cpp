@@ -106,12 +106,27 @@ void CodeClass::Remove(const IndexKey& indexKey) {
     RefuseTrigger(*band);
     AskAboutTrackers(*band);
     if (!Holds(*band)) return; // the host's code may run while the question is open
+    TakeOut(band);
     RemoveFromTrackers(band->Name());
-    mvarBands.Remove(mvarBands.PositionOf(band->Name()));
+    BandsChanged.Raise();
+}
+
+// Its layer can be kept by the host; then the band comes back, unless another has taken its name meanwhile.
+void CodeClass::TakeOut(const Ref<kestrel::Band>& band) {
+    const auto position = mvarBands.PositionOf(band->Name());
+    mvarBands.Remove(position);
     band->SetParentRule(nullptr);
     RefreshUsedFields();
-    RemoveFromLayers(band->Name());
-    BandsChanged.Raise();
+    try {
+        RemoveFromLayers(band->Name());
+    } catch (const Error&) {
+        if (!mvarBands.HasKey(band->Name())) {
+            mvarBands.Insert(band, band->Name(), std::min(position, Count() + 1));
+            band->SetParentRule(this);
+            RefreshUsedFields();
+        }
+        throw;
+    }
 }
 
 void CodeClass::RefuseTrigger(const kestrel::Band& band) const {
@@ -187,7 +202,6 @@ cNodes& CodeClass::Relations() {
         mvarRelations->SetStyle(tsNormal);
         mvarRelationsChanged = mvarRelations->NodesChanged.Subscribe([this](const String&, const String&) {
             const Ref<CodeClass> alive(this);
-            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): a captured this is never null
             RelationsChanged.Raise();
         });
     }

@@ -168,6 +168,7 @@ class CodeClass final : public Rule {
     void EnterLayers(const kestrel::Band& band);
     void RefuseTrigger(const kestrel::Band& band) const;
     void AskAboutTrackers(const kestrel::Band& band) const;
+    void TakeOut(const Ref<kestrel::Band>& band);
     void RemoveFromTrackers(const String& name) const;
     void RemoveFromLayers(const String& name);
 

@@ -55,7 +55,9 @@ void Generation::SetNumberValues() const {
     for (const auto& band : mvarRule.Bands()) {
         if (band->Style() != bsIncreaseNumber || !mvarRule.Holds(*band)) continue;
         const String trackList = Join(band->TrackBands()->Snapshot(), L";");
-        if (!trackList.empty()) band->SetValue(NextNumber(*band, trackList));
+        if (trackList.empty()) continue;
+        const String number = NextNumber(*band, trackList);
+        if (mvarRule.Holds(*band)) band->SetValue(number);
     }
 }
 

@@ -43,7 +43,7 @@ Ref<List> Lists::Add(const String& name, const String& foreignName, const String
     item->SetName(name);
     if (!foreignName.empty()) item->SetForeignName(foreignName);
     item->SetValue(value);
-    if (!description.empty()) item->SetDescription(Make<TextValue>(description));
+    item->SetDescription(Make<TextValue>(description));
     item->SetListStyle(mvarStyle);
     InsertItem(item);
     return item;
@@ -119,8 +119,12 @@ void Lists::Empty() {
 
 void Lists::Assign(const std::vector<Ref<List>>& items) {
     mvarItems.Clear();
-    for (const auto& item : items)
-        Place(item, Count() + 1);
+    for (const auto& item : items) {
+        if (mvarItems.HasKey(item->Name()))
+            mvarItems.AppendWithoutKey(item);
+        else
+            Place(item, Count() + 1);
+    }
 }
 
 String Lists::ListsText() const {

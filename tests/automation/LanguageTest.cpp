@@ -12,6 +12,7 @@ struct TextPair {
 };
 
 const TextPair Texts[] = {
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage): shared with the resource compiler, which knows macros
 #define STRING(number, english, german) {number, L##english, L##german},
 #include "resources/strings.inc"
 #undef STRING
@@ -34,6 +35,7 @@ class LanguageTest : public ComTest {};
 } // namespace
 
 TEST_F(LanguageTest, IsTheOneThatThisRunIsFor) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing changes the environment while the tests run
     const char* expected = std::getenv("KESTREL_TEST_LANGUAGE");
     if (expected == nullptr) return; // run by hand, in whatever language
     EXPECT_EQ(std::string(expected), IsGerman() ? "German" : "English");
@@ -59,6 +61,16 @@ TEST_F(LanguageTest, ErrorsSpeakTheUsersLanguage) {
     const auto band = NewBand();
     Must(band->put_Style(bsIncreaseNumber));
     EXPECT_EQ(FailureOf(band->put_Length(0)).description, textOf(2003) + L"\r\n\r\n" + textOf(1505));
+}
+
+// What a band stores in its own form, and a definition holds, means the same for every user.
+TEST_F(LanguageTest, AStoredNumberIsReadAlikeEverywhere) {
+    const auto band = NewBand();
+    Must(band->put_Style(bsIncreaseNumber));
+    Must(band->put_Default(Arg(IsGerman() ? L"7,5" : L"7.50")));
+    EXPECT_EQ(Text(band, &_Band::get_Default), L"7.5");
+    Must(band->put_InitStart(Arg(L"7.5")));
+    EXPECT_EQ(Text(band, &_Band::get_InitStart), L"7.5");
 }
 
 } // namespace kestrel::test

@@ -94,6 +94,14 @@ TEST_F(BandBindingTest_Relations, OfALayerStyleConversionAreTheRules) {
     EXPECT_EQ(band->Relations()->Style(), tsSimplified);
 }
 
+TEST_F(BandBindingTest_Relations, OfASimpleConversionOutlastALayerStyleInWhichNobodyReadThem) {
+    const auto band = AddField(*mvarRule, L"Region", L"F", 2, smSimpleSwap);
+    const auto tree = band->Relations();
+    band->SetSwapMode(smLayersSwap);
+    band->SetSwapMode(smSimpleSwap);
+    EXPECT_EQ(band->Relations(), tree);
+}
+
 TEST_F(BandBindingTest_Relations, OfALayerStyleConversionNeedARule) {
     const auto band = BandOf(bsUsrField);
     band->SetSwapMode(smLayersSwap);
@@ -162,6 +170,24 @@ TEST_F(BandBindingTest_UsedFields, HoldTheDistinctItemsInBandOrder) {
     EXPECT_EQ(NamesOf(mvarRule->UsedFields()), L"M F2");
     mvarRule->Cls();
     EXPECT_EQ(mvarRule->UsedFields().Count(), 0);
+}
+
+// A field and a macro may have the same name; the second of them has no key.
+TEST_F(BandBindingTest_UsedFields, HoldItemsOfTheSameName) {
+    AddField(*mvarRule, L"A", L"X", 1);
+    EXPECT_SUCCESS(AddMacro(*mvarRule, L"B", L"X", 1));
+    EXPECT_EQ(NamesOf(mvarRule->UsedFields()), L"X X");
+    EXPECT_EQ(mvarRule->UsedFields().Item(L"X"), mvarRule->UsrFields().Item(L"X"));
+    EXPECT_EQ(mvarRule->UsedFields().Item(2), mvarRule->UsrMacros().Item(L"X"));
+    EXPECT_SUCCESS(mvarRule->Drag(L"B", L"A", {}));
+    EXPECT_EQ(mvarRule->UsedFields().Item(1), mvarRule->UsrMacros().Item(L"X"));
+    const auto loaded = Make<CodeClass>();
+    EXPECT_SUCCESS(loaded->Load(mvarRule->Definition()));
+    EXPECT_EQ(BandsOf(*loaded), L"B A");
+    EXPECT_EQ(loaded->UsedFields().Count(), 2);
+    EXPECT_SUCCESS(mvarRule->Remove(L"B"));
+    EXPECT_EQ(mvarRule->UsedFields().Item(L"X"), mvarRule->UsrFields().Item(L"X"));
+    EXPECT_EQ(mvarRule->UsedFields().Count(), 1);
 }
 
 TEST_F(BandBindingTest_UsedFields, ChangeWithoutEventsAndTakeNoItemsThemselves) {

@@ -107,6 +107,37 @@ TEST_F(CodeClassRemoveTest, OfALayerStyleBandTakesItsNameFromTheLayers) {
     EXPECT_EQ(mvarStandIns.prompts.informed, (Lines{L"Layered relations affected,please setup it again."}));
 }
 
+TEST_F(CodeClassRemoveTest, LeavesTheRuleAsItWasWhenTheHostKeepsTheLayer) {
+    const auto band = AddField(*mvarRule, L"Region", L"F", 2, smLayersSwap);
+    mvarRule->Drag(L"Region", L"B", {});
+    mvarNumber->TrackBands()->Add(L"Region");
+    mvarStandIns.prompts.answer = true;
+    const auto veto =
+        mvarRule->LayeredBands().BeforeRemove.Subscribe([](const String&, bool& cancel, String& description) {
+            cancel = true;
+            description = L"Not this layer.";
+        });
+    const RuleRecorder events(*mvarRule);
+    EXPECT_FAILURE(mvarRule->Remove(L"Region"), DropFailed.Followed(L"Not this layer."));
+    EXPECT_EQ(BandsOf(*mvarRule), L"A Region B N");
+    EXPECT_EQ(band->ParentRule(), mvarRule);
+    EXPECT_EQ(NamesOf(mvarRule->LayeredBands()), L"Region");
+    EXPECT_EQ(NamesOf(mvarRule->UsedFields()), L"F");
+    EXPECT_EQ(mvarNumber->TrackBands()->NamesText(), L"Region");
+    EXPECT_EQ(events.lines, (Lines{L"dropping Region"}));
+}
+
+TEST_F(CodeClassRemoveTest, KeepsANewBandOfTheNameWhenTheHostKeepsTheLayer) {
+    AddField(*mvarRule, L"Region", L"F", 2, smLayersSwap);
+    const auto veto = mvarRule->LayeredBands().BeforeRemove.Subscribe([this](const String&, bool& cancel, String&) {
+        AddFixed(*mvarRule, L"Region", L"r");
+        cancel = true;
+    });
+    EXPECT_FAILURE(mvarRule->Remove(L"Region"), DropFailed);
+    EXPECT_EQ(BandsOf(*mvarRule), L"A B N Region");
+    EXPECT_EQ(mvarRule->Band(L"Region")->Style(), bsFixed);
+}
+
 TEST_F(CodeClassRemoveTest, LeavesTheBandUsableWithoutARule) {
     const auto band = mvarRule->Band(L"A");
     mvarRule->Remove(L"A");

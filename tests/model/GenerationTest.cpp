@@ -170,6 +170,18 @@ TEST_F(GenerationTest_Number, AsksOncePerBandThatTracks) {
     EXPECT_EQ(mvarFilters, (Lines{L"x????", L"x02??"}));
 }
 
+TEST_F(GenerationTest_Number, IsPassedOverWhenTheHostRemovesItsBandWhileAsked) {
+    AddFixed(*mvarRule, L"A", L"x");
+    const auto number = AddNumber(*mvarRule, L"N", 2);
+    number->TrackBands()->Add(L"A");
+    const auto handler = mvarRule->GetLastCode.Subscribe([this](String&, String& value) {
+        mvarRule->Remove(L"N");
+        value = L"x41";
+    });
+    EXPECT_EQ(mvarRule->GetCode(gsNewCode), L"x");
+    EXPECT_EQ(number->Value(), L"");
+}
+
 TEST_F(GenerationTest_Number, IgnoresWhatTheHostDoesToThePattern) {
     AddFixed(*mvarRule, L"A", L"x");
     AddNumber(*mvarRule, L"N", 2)->TrackBands()->Add(L"A");

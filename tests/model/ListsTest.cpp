@@ -49,6 +49,12 @@ TEST_F(ListsTest_Add, MakesAnItemOfTheListsStyle) {
     EXPECT_EQ(mvarList->Item(1), item);
 }
 
+TEST_F(ListsTest_Add, GivesAnEmptyTextAsDescriptionWhenNoneIsGiven) {
+    const auto item = mvarList->Add(L"Year");
+    ASSERT_TRUE(item->Description());
+    EXPECT_EQ(item->Description()->Text(), L"");
+}
+
 TEST_F(ListsTest_Add, TakesTheNameAsForeignNameWhenNoneIsGiven) {
     EXPECT_EQ(mvarList->Add(L"Year")->ForeignName(), L"Year");
 }

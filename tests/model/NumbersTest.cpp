@@ -109,6 +109,8 @@ TEST(NumbersTest_CanonicalText, WritesTheShortestDigitsInPlainNotation) {
     EXPECT_EQ(CanonicalText(0.1), L"0.1");
     EXPECT_EQ(CanonicalText(1e21), L"1000000000000000000000");
     EXPECT_EQ(CanonicalText(1e-7), L"0.0000001");
+    EXPECT_EQ(CanonicalText(1234.5625), L"1234.5625");
+    EXPECT_EQ(CanonicalText(12345678901234567890.0), L"12345678901234567000");
 }
 
 TEST(NumbersTest_CanonicalText, ReadsBackAsTheSameNumber) {
