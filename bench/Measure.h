@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <exception>
 #include <limits>
 
 namespace kestrel::bench {
@@ -38,6 +39,7 @@ template <class Operation>
 }
 
 // Where the last result was: its address leaves the program's sight, so the work behind it cannot be left out.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): only a variable that all may read is out of sight
 inline const volatile void* volatile lastResult = nullptr;
 
 template <class Result>
@@ -59,5 +61,18 @@ class Verdicts {
   private:
     bool mvarMissed = false;
 };
+
+// A benchmark as a program: the body's verdict as exit code; what it cannot measure is told on the error output.
+template <class Body>
+[[nodiscard]] int RunBenchmark(const Body& body) noexcept {
+    try {
+        return body();
+    } catch (const std::exception& error) {
+        static_cast<void>(std::fputs(error.what(), stderr));
+    } catch (...) {
+        static_cast<void>(std::fputs("the measured code failed", stderr));
+    }
+    return 1;
+}
 
 } // namespace kestrel::bench

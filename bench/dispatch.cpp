@@ -2,7 +2,7 @@
 // (ITypeInfo::Invoke and ITypeInfo::GetIDsOfNames on the same type information), side by side in one run.
 
 #include "automation/support/Late.h"
-#include "bench/Measure.h"
+#include "bench/ComBenchmark.h"
 
 namespace kestrel::bench {
 namespace {
@@ -53,7 +53,7 @@ class Subject {
     }
     void LookUp() const { Use(test::IdOf(mvarObject, mvarName)); }
     void PlatformLookUp() const {
-        LPOLESTR name = const_cast<LPOLESTR>(mvarName); // only read
+        auto* name = const_cast<LPOLESTR>(mvarName); // only read
         DISPID id = DISPID_UNKNOWN;
         test::Must(mvarInfo->GetIDsOfNames(&name, 1, &id));
         Use(id);
@@ -78,7 +78,7 @@ void Print(const char* member, const Costs& costs) {
                 costs.names / costs.platformNames);
 }
 
-void Run() {
+int Run() {
     const auto rule = test::NewRule();
     const auto list = test::NewList();
     test::Must(list->put_Value(test::Arg(L"a value")));
@@ -88,14 +88,10 @@ void Run() {
     Print("CodeClass.Definition",
           Measured(Subject(rule.Get(), L"Definition"), [&] { Use(test::Text(rule, &_CodeClass::get_Definition)); }));
     Print("List.Value", Measured(Subject(list.Get(), L"Value"), [&] { Use(test::Text(list, &_List::get_Value)); }));
+    return 0;
 }
 
 } // namespace
 } // namespace kestrel::bench
 
-int main() {
-    kestrel::test::Must(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
-    kestrel::bench::Run();
-    CoUninitialize();
-    return 0;
-}
+int main() { return kestrel::bench::RunComBenchmark(kestrel::bench::Run); }

@@ -3,7 +3,7 @@
 
 #include "automation/support/Late.h"
 #include "automation/support/Sink.h"
-#include "bench/Measure.h"
+#include "bench/ComBenchmark.h"
 #include "bench/SampleRule.h"
 
 namespace kestrel::bench {
@@ -23,11 +23,11 @@ HRESULT AnswerLastCode(const test::EventCall& call) {
 void RoundTrip(IDispatch& sink) {
     Bstr filter(L"INV2026????????????");
     Bstr value;
-    std::array<VARIANT, 2> arguments{};
+    VARIANT arguments[2]{};
     V_VT(&arguments[1]) = V_VT(&arguments[0]) = VT_BYREF | VT_BSTR;
     V_BSTRREF(&arguments[1]) = filter.Out();
     V_BSTRREF(&arguments[0]) = value.Out();
-    DISPPARAMS params{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+    DISPPARAMS params{arguments, nullptr, 2, 0};
     test::Must(
         sink.Invoke(GetLastCode, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr, nullptr, nullptr));
     if (value.Text() != SampleLastCode) throw std::runtime_error("the sink did not answer");
@@ -80,9 +80,4 @@ int Run() {
 } // namespace
 } // namespace kestrel::bench
 
-int main() {
-    kestrel::test::Must(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
-    const int exitCode = kestrel::bench::Run();
-    CoUninitialize();
-    return exitCode;
-}
+int main() { return kestrel::bench::RunComBenchmark(kestrel::bench::Run); }

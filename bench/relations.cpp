@@ -133,7 +133,9 @@ void Print(const Times& times) {
 }
 
 void Judge(const char* name, const std::array<Times, Sizes.size()>& times, Verdicts& verdicts) {
-    const auto& [small, middle, large] = times;
+    const Times& small = times[0];
+    const Times& middle = times[1];
+    const Times& large = times[2];
     const auto growth = [&](Microseconds Times::*step) {
         return Exponent(middle.size, middle.*step, large.size, large.*step);
     };
@@ -184,13 +186,8 @@ void CompareConversion(Verdicts& verdicts) {
     verdicts.AtMost("conversion to the bare loop", conversion / loop, 2);
 }
 
-} // namespace
-
-} // namespace kestrel::bench
-
-int main() {
-    using namespace kestrel::bench;
-    const kestrel::test::StandIns standIns;
+int Run() {
+    const test::StandIns standIns;
     Verdicts verdicts;
     std::printf(
         "build: by Add, which compares each new node with its siblings and keeps no index, so it is quadratic by its "
@@ -203,3 +200,9 @@ int main() {
     CompareConversion(verdicts);
     return verdicts.ExitCode();
 }
+
+} // namespace
+
+} // namespace kestrel::bench
+
+int main() { return kestrel::bench::RunBenchmark(kestrel::bench::Run); }

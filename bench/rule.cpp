@@ -61,8 +61,10 @@ TextLines SplitAll(const String& text) {
 
 String JoinAll(const TextLines& lines) {
     std::vector<String> lineTexts;
+    lineTexts.reserve(lines.size());
     for (const auto& records : lines) {
         std::vector<String> recordTexts;
+        recordTexts.reserve(records.size());
         for (const auto& fields : records)
             recordTexts.push_back(Join(fields, L","));
         lineTexts.push_back(Join(recordTexts, L";"));
@@ -137,15 +139,16 @@ void MeasureGetCode() {
                 code, Pairs, conversion, event);
 }
 
-} // namespace
-
-} // namespace kestrel::bench
-
-int main() {
-    using namespace kestrel::bench;
-    const kestrel::test::StandIns standIns;
+int Run() {
+    const test::StandIns standIns;
     Verdicts verdicts;
     MeasureDefinition(verdicts);
     MeasureGetCode();
     return verdicts.ExitCode();
 }
+
+} // namespace
+
+} // namespace kestrel::bench
+
+int main() { return kestrel::bench::RunBenchmark(kestrel::bench::Run); }

@@ -8,7 +8,7 @@
 #include <cstdlib>
 
 #include "automation/support/Sink.h"
-#include "bench/Measure.h"
+#include "bench/ComBenchmark.h"
 #include "bench/SampleRule.h"
 
 namespace kestrel::bench {
@@ -70,9 +70,10 @@ int Run(int percent) {
 } // namespace kestrel::bench
 
 int main(int argc, char** argv) {
-    const int percent = argc > 1 ? std::atoi(argv[1]) : 100;
-    kestrel::test::Must(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
-    const int exitCode = kestrel::bench::Run(percent);
-    CoUninitialize();
-    return exitCode;
+    const double percent = argc > 1 ? std::strtod(argv[1], nullptr) : 100;
+    if (!(percent >= 1 && percent <= 100)) {
+        static_cast<void>(std::fputs("usage: bench_soak [percent of the full count, 1 to 100]\n", stderr));
+        return 2;
+    }
+    return kestrel::bench::RunComBenchmark([percent] { return kestrel::bench::Run(static_cast<int>(percent)); });
 }

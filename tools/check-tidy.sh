@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over every source of the component as its build compiles it: the portable ones as in native-clang, those
+# Runs clang-tidy over every source of the project as its build compiles it: the portable ones as in native-clang, those
 # for Windows alone as in x86. A source is left out when nothing that its result depends on has changed since it was clean.
 # usage: tools/check-tidy.sh
 # shellcheck source=tools/common.sh
@@ -15,7 +15,7 @@ own_commands() {
         /^ *"file": / {
             split($0, part, "\"")
             file = part[4]
-            own = index(file, root) == 1 && substr(file, length(root) + 1) ~ /^src\/.*\.cpp$/
+            own = index(file, root) == 1 && substr(file, length(root) + 1) ~ /^(src|hosts|bench|tests)\/.*\.cpp$/
             if (own && !seen[file]++) print file "\t" command
         }' "$1"
 }
@@ -72,14 +72,14 @@ check_one() {
     local preset="$1" source="$2" key="$3" options=() option output
     while read -r option; do options+=("--extra-arg-before=$option"); done <"$WORK/options-$preset"
     printf '[%s/%s] %s\n' "$4" "$5" "${source#"$ROOT"/}"
-    if output="$("$TIDY" --quiet -p "$BUILD/$preset" "${options[@]}" "$source" 2>"$WORK/errors.$BASHPID")"; then
+    if output="$("$TIDY" --quiet -p "$BUILD/$preset" "${options[@]}" "$source" 2>"$WORK/errors.$$")"; then
         : >"$WORK/clean/$key"
-        rm -f "$WORK/errors.$BASHPID"
+        rm -f "$WORK/errors.$$"
         return 0
     fi
     printf '%s\n' "$output"
-    grep -v 'warnings generated' "$WORK/errors.$BASHPID" || true
-    rm -f "$WORK/errors.$BASHPID"
+    grep -v 'warnings generated' "$WORK/errors.$$" || true
+    rm -f "$WORK/errors.$$"
     return 1
 }
 

@@ -43,9 +43,10 @@ void FlushOut() {
 }
 
 void ReportText(std::wstring_view text) {
-    std::fflush(stdout);
+    // There is nowhere left to tell that a report could not be made.
+    static_cast<void>(std::fflush(stdout));
     Write(stderr, text);
-    std::fflush(stderr);
+    static_cast<void>(std::fflush(stderr));
 }
 
 void ReportLine(std::wstring_view line) { ReportText(std::wstring(line) + L'\n'); }

@@ -43,6 +43,7 @@ void Rule::ReadNames(const std::wstring& list) {
     }
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): what the rule answers is changed
 void Rule::OnLastCode(LastCode lastCode) {
     Events().On(GetLastCodeEvent, [lastCode = std::move(lastCode)](const EventArguments& arguments) {
         arguments.SetText(1, lastCode(arguments.Text(0)));

@@ -25,19 +25,19 @@ bool AddValue(CommandLine& line, const std::wstring& argument) {
 
 } // namespace
 
-std::optional<CommandLine> ParseCommandLine(const std::vector<std::wstring>& given) {
-    std::vector<std::wstring> arguments = given;
+std::optional<CommandLine> ParseCommandLine(const std::vector<std::wstring>& arguments) {
+    std::vector<std::wstring> rest = arguments;
     CommandLine line;
-    if (!TakeCodesPath(arguments, line.codesPath) || arguments.size() < 2) return std::nullopt;
-    line.command = arguments[0];
-    line.rulePath = arguments[1];
+    if (!TakeCodesPath(rest, line.codesPath) || rest.size() < 2) return std::nullopt;
+    line.command = rest[0];
+    line.rulePath = rest[1];
     if (line.command == L"preview") {
-        for (std::size_t at = 2; at < arguments.size(); ++at)
-            if (!AddValue(line, arguments[at])) return std::nullopt;
+        for (std::size_t at = 2; at < rest.size(); ++at)
+            if (!AddValue(line, rest[at])) return std::nullopt;
         return line;
     }
-    if ((line.command != L"issue" && line.command != L"explain") || arguments.size() != 3) return std::nullopt;
-    line.subject = arguments[2];
+    if ((line.command != L"issue" && line.command != L"explain") || rest.size() != 3) return std::nullopt;
+    line.subject = rest[2];
     return line;
 }
 

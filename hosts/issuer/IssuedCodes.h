@@ -26,7 +26,7 @@ class IssuedCodes {
 
   private:
     struct Close {
-        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+        void operator()(std::FILE* file) const noexcept { static_cast<void>(std::fclose(file)); }
     };
 
     void Remember(const std::wstring& code);

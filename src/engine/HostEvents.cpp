@@ -24,7 +24,6 @@ void RefuseBound(const CodeClass& rule, const List& field, Message reason, bool&
 void CodeClass::SubscribeToLists() {
     const auto fieldsChanged = [this] {
         const Ref<CodeClass> alive(this);
-        // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): a captured this is never null
         FieldsChanged.Raise();
     };
     mvarListSubscriptions.push_back(mvarUsrFields->BeforeRemove.Subscribe(

@@ -19,7 +19,7 @@ class EnumeratorTest : public ComTest {
 
 template <class Collection>
 ComPtr<IEnumVARIANT> EnumeratorOf(const ComPtr<Collection>& collection) {
-    const auto enumerator = Object(collection, &Collection::get_NewEnum).template As<IEnumVARIANT>();
+    auto enumerator = Object(collection, &Collection::get_NewEnum).template As<IEnumVARIANT>();
     if (!enumerator) throw HostError(E_NOINTERFACE);
     return enumerator;
 }

@@ -90,7 +90,7 @@ class ListTestLists : public ListTest {
     }
     Failure FailureOfItem(const VARIANT& index) {
         ComPtr<_List> item;
-        const Failure failure = FailureOf(fields->get_Item(index, item.Out()));
+        Failure failure = FailureOf(fields->get_Item(index, item.Out()));
         EXPECT_EQ(static_cast<bool>(item), failure == Failure{});
         return failure;
     }

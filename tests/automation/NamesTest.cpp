@@ -18,7 +18,7 @@ class NamesTest : public ComTest {
     }
     Failure Import(StringView text) {
         Bstr definitions(text);
-        const Failure failure = FailureOf(names->ImportNames(definitions.Out()));
+        Failure failure = FailureOf(names->ImportNames(definitions.Out()));
         EXPECT_EQ(definitions.Text(), text) << "only read";
         return failure;
     }

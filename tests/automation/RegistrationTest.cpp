@@ -140,7 +140,7 @@ void ExpectSame(const Content& actual, const Content& expected) {
         EXPECT_TRUE(found != actual.end() && found->second == text) << testing::PrintToString(path);
     }
     for (const auto& [path, text] : actual)
-        EXPECT_TRUE(expected.count(path) != 0) << "unexpected " << testing::PrintToString(path);
+        EXPECT_TRUE(expected.contains(path)) << "unexpected " << testing::PrintToString(path);
 }
 
 } // namespace

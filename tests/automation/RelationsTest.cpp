@@ -16,7 +16,7 @@ class RelationsTest : public ComTest {
     static Failure FailureOfAdd(const ComPtr<_cNodes>& tree, const VARIANT& relative, int relationship, StringView text,
                                 StringView tag) {
         ComPtr<_cNode> node;
-        const Failure failure = FailureOf(
+        Failure failure = FailureOf(
             tree->Add(relative, static_cast<::tvwRelationships>(relationship), Arg(text), Arg(tag), node.Out()));
         EXPECT_EQ(static_cast<bool>(node), failure == Failure{});
         return failure;
@@ -193,7 +193,7 @@ TEST_F(RelationsTest, Conversion) {
     const auto convert = [&](int style, Bstr& value, const VARIANT& index) {
         auto direction = static_cast<::ConvStyles>(style);
         Bstr key;
-        const Failure failure = FailureOf(tree->Conversion(&direction, value.Out(), index, key.Out()));
+        Failure failure = FailureOf(tree->Conversion(&direction, value.Out(), index, key.Out()));
         EXPECT_EQ(direction, style);
         return failure == Failure{} ? std::pair(failure, key.Text()) : std::pair(failure, String());
     };

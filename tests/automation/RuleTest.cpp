@@ -34,7 +34,7 @@ class RuleTest : public ComTest {
     }
     Failure Code(::GetStyles style, String& code) {
         Bstr text;
-        const Failure failure = FailureOf(rule->GetCode(style, text.Out()));
+        Failure failure = FailureOf(rule->GetCode(style, text.Out()));
         code = text.Text();
         return failure;
     }

@@ -17,7 +17,7 @@ namespace kestrel::test {
 
 inline void Require(bool holds, const char* what) {
     if (holds) return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
+    static_cast<void>(std::fprintf(stderr, "does not hold: %s\n", what));
     std::abort();
 }
 

@@ -24,11 +24,11 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     const int result = RUN_ALL_TESTS();
     if (testing::UnitTest::GetInstance()->test_to_run_count() == 0) {
-        std::fputs("no test matches the filter\n", stderr);
+        static_cast<void>(std::fputs("no test matches the filter\n", stderr));
         return 1;
     }
     if (!HeapIsWhole()) {
-        std::fputs("the heap is damaged\n", stderr);
+        static_cast<void>(std::fputs("the heap is damaged\n", stderr));
         return 1;
     }
     return result;

@@ -43,6 +43,7 @@ int Digits(const String& text, std::size_t from, std::size_t count) {
 
 String StandInStrings::Text(int number) const {
     switch (number) {
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage): shared with the resource compiler, which knows macros
 #define STRING(id, english, german)                                                                                    \
     case id:                                                                                                           \
         return L##english;
