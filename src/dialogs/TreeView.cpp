@@ -21,7 +21,7 @@ COLORREF PaleHighlight() noexcept {
 
 void TreeView::SetItems(std::vector<Item> items) {
     if (items == mvarItems) return;
-    const auto expanded = ExpandedKeys();
+    const auto expanded = items.empty() ? std::vector<String>() : ExpandedKeys();
     const NoRedraw quiet(Window());
     Send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
     mvarHandles.clear();
@@ -107,10 +107,14 @@ bool TreeView::IsExpanded(HTREEITEM item) const noexcept {
     return (Send(TVM_GETITEMSTATE, reinterpret_cast<WPARAM>(item), TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
 }
 
+// Only parents can be; asking for every item is slow in a large tree.
 std::vector<String> TreeView::ExpandedKeys() const {
+    std::vector<bool> parents(mvarItems.size());
+    for (const auto& item : mvarItems)
+        if (item.parent < parents.size()) parents[item.parent] = true;
     std::vector<String> keys;
-    for (const auto& [key, item] : mvarHandles)
-        if (IsExpanded(item)) keys.push_back(key);
+    for (std::size_t place = 0; place < mvarItems.size(); ++place)
+        if (parents[place] && IsExpanded(Find(mvarItems[place].key))) keys.push_back(mvarItems[place].key);
     return keys;
 }
 

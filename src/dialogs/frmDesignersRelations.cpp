@@ -16,7 +16,7 @@ namespace {
 
 // A larger tree is read again once for all the changes that a step makes and not for each of them.
 constexpr std::int32_t readAtOnce = 200;
-// Building a larger tree takes long enough to be noticed.
+// Building or clearing a larger tree takes long enough to be noticed.
 constexpr std::int32_t noticeable = 2000;
 
 std::vector<TreeView::Item> ItemsOf(const cNodes& tree) {
@@ -72,8 +72,8 @@ void frmDesigners::LoadRelations(const String& hotKey) {
     const FrozenDrawing frozen(Window());
     const bool outermost = !std::exchange(mvarLoading, true);
     {
-        const std::optional<WaitCursor> wait =
-            cRelations && cRelations->Count() > noticeable ? std::optional<WaitCursor>(std::in_place) : std::nullopt;
+        std::optional<WaitCursor> wait;
+        if (tvwAvailable.Count() > noticeable || (cRelations && cRelations->Count() > noticeable)) wait.emplace();
         const String selected = tvwAvailable.SelectedKey();
         tvwAvailable.SetItems(cRelations ? ItemsOf(*cRelations) : std::vector<TreeView::Item>());
         tvwAvailable.Select(tvwAvailable.Find(hotKey) != nullptr ? hotKey : selected);

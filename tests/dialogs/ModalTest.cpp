@@ -55,6 +55,16 @@ Ref<CodeClass> LargeRule() {
     return rule;
 }
 
+std::vector<HCURSOR> theCursors;
+
+// Writes down the cursor that the user sees at the first item of a new tree, and when the old one goes.
+LRESULT CALLBACK WatchTree(HWND tree, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+    const bool first = message == TVM_INSERTITEMW && SendMessageW(tree, TVM_GETCOUNT, 0, 0) == 0;
+    if (first || (message == TVM_DELETEITEM && SendMessageW(tree, TVM_GETCOUNT, 0, 0) > 0))
+        theCursors.push_back(GetCursor());
+    return DefSubclassProc(tree, message, wParam, lParam);
+}
+
 } // namespace
 
 TEST_F(ModalTest, TheDesignerOpensClosesAndSaves) {
@@ -265,12 +275,52 @@ TEST_F(ModalTest, ALargeRuleOpensWithinTwoSeconds) {
         const double step = ProcessorSeconds();
         designer.Key(ID_picBand, VK_RIGHT);
         next = ProcessorSeconds() - step;
+        SetWindowSubclass(designer.Control(ID_tvwAvailable), WatchTree, 1, 0);
+        designer.Key(ID_picBand, VK_END);
+        designer.Key(ID_picBand, VK_HOME);
+        EXPECT_NE(GetCursor(), LoadCursorW(nullptr, IDC_WAIT));
     });
+    theCursors.clear();
     rule->ShowDesigner();
     EXPECT_TRUE(visitor.Finished());
     EXPECT_GT(opened, 0.0);
     EXPECT_LT(opened, 2.0);
     EXPECT_LT(next, 0.5);
+    const HCURSOR hourglass = LoadCursorW(nullptr, IDC_WAIT);
+    EXPECT_EQ(theCursors, (std::vector<HCURSOR>{hourglass, hourglass})) << "while the tree goes, and while it comes";
+}
+
+TEST_F(ModalTest, ALargeRuleIsWorkedWithoutWaiting) {
+    rule = LargeRule();
+    // What takes longer shows the hourglass.
+    const auto quick = [](const char* action, const std::function<void()>& step, double limit = 0.5) {
+        const double start = ProcessorSeconds();
+        step();
+        RunPendingMessages();
+        EXPECT_LT(ProcessorSeconds() - start, limit) << action;
+    };
+    constexpr double underHourglass = 2.0;
+    visitor.Then([&](const Screen& designer) {
+        quick(
+            "to a band without relations", [&] { designer.Key(ID_picBand, VK_END); }, underHourglass);
+        quick("removing it", [&] { designer.Key(ID_picBand, VK_DELETE); });
+        quick("moving one", [&] { rule->Drag(IndexKey(100), IndexKey(50), {}); });
+        quick(
+            "back to the relations", [&] { designer.Key(ID_picBand, VK_HOME); }, underHourglass);
+        quick("typing", [&] { designer.Type(ID_txtFormat, L">"); });
+        designer.SelectTreeItem(ID_tvwAvailable, L"C5 Value 5");
+        quick("deleting a node", [&] { designer.Click(ID_cmdDelete); });
+        EXPECT_EQ(SendMessageW(designer.Control(ID_tvwAvailable), TVM_GETCOUNT, 0, 0), rule->Relations().Count());
+        quick(
+            "adding one", [&] { rule->Relations().Add({}, tvwFirst, L"NEW", L"New"); }, underHourglass);
+        EXPECT_EQ(designer.SelectedTreeText(ID_tvwAvailable), L"NEW New");
+        quick("saving", [&] { designer.Click(ID_cmdSave); });
+        quick(
+            "clearing", [&] { designer.Click(ID_cmdClear); }, underHourglass);
+        EXPECT_EQ(SendMessageW(designer.Control(ID_tvwAvailable), TVM_GETCOUNT, 0, 0), 0);
+    });
+    rule->ShowDesigner();
+    EXPECT_TRUE(visitor.Finished());
 }
 
 } // namespace kestrel::test
