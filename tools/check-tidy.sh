@@ -7,6 +7,8 @@
 
 TIDY=clang-tidy-14
 WORK="$BUILD/tidy"
+# Marks of what was clean, shared by all clones of this user, as the compiler's cache is.
+CLEAN="${XDG_CACHE_HOME:-${HOME:-$BUILD}/.cache}/kestrel-tidy"
 
 # "source TAB command" for each of the project's own sources in a compile database, each source once.
 own_commands() {
@@ -57,10 +59,11 @@ keys() {
     configuration="$({ "$TIDY" --version; find "$ROOT" -name .clang-tidy -not -path "$BUILD/*" -print0 | sort -z | xargs -0 cat; cat "$WORK/options-$preset"; } | sha256sum)"
     dependencies "$preset" | sort -u >"$WORK/dependencies"
     cut -f 2 "$WORK/dependencies" | sort -u | xargs -r -d '\n' sha256sum 2>/dev/null | sed 's/  /\t/' >"$WORK/sums" || true
-    awk -F '\t' -v configuration="$configuration" '
+    awk -F '\t' -v configuration="$configuration" -v root="$ROOT" '
         FILENAME ~ /sums$/ { sum[$2] = $1; next }
         FILENAME ~ /dependencies$/ { text[$1] = text[$1] sum[$2]; next }
-        $1 in text { print $1 "\t" configuration $2 text[$1] }' "$WORK/sums" "$WORK/dependencies" - |
+        # A command is the same in every clone but for where that lies.
+        $1 in text { gsub(root, "", $2); print $1 "\t" configuration $2 text[$1] }' "$WORK/sums" "$WORK/dependencies" - |
         while IFS=$'\t' read -r source text; do
             printf '%s\t%s\n' "$source" "$(sha256sum <<<"$text" | cut -c 1-40)"
         done
@@ -73,7 +76,7 @@ check_one() {
     while read -r option; do options+=("--extra-arg-before=$option"); done <"$WORK/options-$preset"
     printf '[%s/%s] %s\n' "$4" "$5" "${source#"$ROOT"/}"
     if output="$("$TIDY" --quiet -p "$BUILD/$preset" "${options[@]}" "$source" 2>"$WORK/errors.$$")"; then
-        : >"$WORK/clean/$key"
+        : >"$CLEAN/$key"
         rm -f "$WORK/errors.$$"
         return 0
     fi
@@ -98,7 +101,7 @@ work_list() {
         keys "$preset" <"$WORK/commands-$preset" >"$WORK/keys"
         cut -f 1 "$WORK/keys" >>"$WORK/known"
         while IFS=$'\t' read -r source key; do
-            [ -f "$WORK/clean/$key" ] || printf '%s\t%s\t%s\n' "$preset" "$source" "$key"
+            [ -f "$CLEAN/$key" ] || printf '%s\t%s\t%s\n' "$preset" "$source" "$key"
         done <"$WORK/keys"
     done
 }
@@ -113,7 +116,8 @@ main() {
     for preset in native-clang x86; do
         [ -f "$BUILD/$preset/compile_commands.json" ] || fail "build/$preset is not configured (tools/build.sh $preset)"
     done
-    mkdir -p "$WORK/clean"
+    mkdir -p "$WORK" "$CLEAN"
+    find "$CLEAN" -type f -mtime +30 -delete
     : >"$WORK/options-native-clang"
     mingw_options >"$WORK/options-x86"
     work_list >"$WORK/list"
