@@ -180,9 +180,12 @@ void frmDesigners::cmdDelete_Click() {
     if (!ThePrompts().Ask(question)) return;
     const WaitCursor wait;
     RemoveTreeNode(key);
-    const auto refusal = Trapped([&] { tree->Remove(key); });
-    if (refusal) LoadRelations(key); // it is still there
-    if (refusal) throw *refusal;
+    try {
+        tree->Remove(key);
+    } catch (const Error&) {
+        LoadRelations(key); // whatever is still there
+        throw;
+    }
 }
 
 void frmDesigners::cmdClear_Click() const {

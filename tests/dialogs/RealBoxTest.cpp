@@ -1,4 +1,5 @@
 // The questions of the dialogs as real message boxes, answered with the keyboard: each with No and with Yes.
+#include <array>
 #include <thread>
 
 #include "dialogs/support/DialogTest.h"
@@ -9,13 +10,16 @@ namespace kestrel::test {
 
 namespace {
 
+constexpr std::array<WORD, 2> answers{'N', 'Y'};
+
 class RealBoxTest : public DialogTest {
   protected:
     RealBoxTest() : rule(InvoiceRule()) {
         InstallPorts({&TheStrings(), &TheText(), &mvarBoxes, &mvarDialogs}); // the base puts those before back
     }
     // Shows the dialog while the person works it; Escape closes it at the end.
-    void Work(const wchar_t* caption, const std::function<void()>& show, const std::function<void(Person&)>& actions) {
+    static void Work(const wchar_t* caption, const std::function<void()>& show,
+                     const std::function<void(Person&)>& actions) {
         std::thread worker([&] {
             Person person;
             EXPECT_TRUE(person.Sees(caption));
@@ -68,7 +72,7 @@ TEST_F(RealBoxTest, RemovingABand) {
 
 TEST_F(RealBoxTest, RemovingAllBands) {
     WorkDesigner([&](Person& person) {
-        for (const WORD answer : {'N', 'Y'}) {
+        for (const WORD answer : answers) {
             EXPECT_TRUE(person.Sees(L"Designer"));
             Person::Press(VK_APPS);
             EXPECT_TRUE(Person::Waits([] { return FindWindowW(L"#32768", nullptr) != nullptr; }));
@@ -88,7 +92,7 @@ TEST_F(RealBoxTest, DeletingARelation) {
         PostMessageW(person.Form().Window(), WM_NEXTDLGCTL,
                      reinterpret_cast<WPARAM>(person.Form().Control(ID_tvwAvailable)), TRUE);
         Person::Press(VK_HOME);
-        for (const WORD answer : {'N', 'Y'}) {
+        for (const WORD answer : answers) {
             EXPECT_TRUE(person.Sees(L"Designer"));
             EXPECT_TRUE(Becomes([&] { return person.Form().SelectedTreeText(ID_tvwAvailable) == L"01 North"; }));
             Person::Press(VK_DELETE);
@@ -122,7 +126,7 @@ TEST_F(RealBoxTest, DroppingAField) {
         L"User fields", [this] { rule->ShowFieldManage(); },
         [&](Person& person) {
             Person::Press(VK_END); // the list has the focus
-            for (const WORD answer : {'N', 'Y'}) {
+            for (const WORD answer : answers) {
                 EXPECT_TRUE(person.Sees(L"User fields"));
                 PostMessageW(person.Form().Control(ID_cmdDrop), BM_CLICK, 0, 0);
                 Answers(question, answer);

@@ -92,7 +92,7 @@ TEST_F(RealInputTest, TypingTabsAndAccessKeys) {
     Work([this](Person& person) {
         Person::Press(VK_TAB); // past the append button
         Person::Press(VK_TAB);
-        for (const WORD key : {'B', 'I', 'L'})
+        for (const WORD key : std::initializer_list<WORD>{'B', 'I', 'L'})
             Person::Press(key);
         Person::Press(VK_RETURN); // on to the next field
         EXPECT_TRUE(Person::Waits([this] { return rule->Band(ibPrefix)->Default() == L"bil"; }));

@@ -17,7 +17,7 @@ class frmAddNodesTest : public DialogTest {
         SetWindowTextW(screen.Control(ID_txtCode), code.c_str());
         SetWindowTextW(screen.Control(ID_txtValue), value.c_str());
     }
-    int NumberOf(const std::function<void()>& step) {
+    static int NumberOf(const std::function<void()>& step) {
         try {
             step();
             return 0;

@@ -37,7 +37,7 @@ class frmDesignersTest : public DialogTest {
 // The middle of a box in the strip, found by walking its selection with the keyboard.
 class frmDesignersStripTest : public frmDesignersTest {
   protected:
-    frmDesignersStripTest() { mvarClip = dialogs::UseCursorClip(RecordClip); }
+    frmDesignersStripTest() = default;
     ~frmDesignersStripTest() override { dialogs::UseCursorClip(mvarClip); }
     static BOOL WINAPI RecordClip(const RECT* area) {
         confined = area != nullptr;
@@ -69,7 +69,7 @@ class frmDesignersStripTest : public frmDesignersTest {
     static inline bool confined = false;
 
   private:
-    dialogs::CursorClip mvarClip;
+    dialogs::CursorClip mvarClip = dialogs::UseCursorClip(RecordClip);
 };
 
 class frmDesignersPanelTest : public frmDesignersTest {};

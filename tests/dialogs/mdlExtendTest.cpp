@@ -12,8 +12,6 @@ class mdlExtendTest : public DialogTest {
         INITCOMMONCONTROLSEX classes{sizeof(INITCOMMONCONTROLSEX),
                                      ICC_TAB_CLASSES | ICC_BAR_CLASSES | ICC_LISTVIEW_CLASSES};
         InitCommonControlsEx(&classes);
-        mvarParent =
-            CreateWindowExW(0, L"Static", L"", WS_OVERLAPPEDWINDOW, 0, 0, 400, 300, nullptr, nullptr, nullptr, nullptr);
     }
     ~mdlExtendTest() override { DestroyWindow(mvarParent); }
     [[nodiscard]] HWND Make(const wchar_t* className, DWORD style) const {
@@ -22,7 +20,8 @@ class mdlExtendTest : public DialogTest {
     }
 
   private:
-    HWND mvarParent = nullptr;
+    HWND mvarParent =
+        CreateWindowExW(0, L"Static", L"", WS_OVERLAPPEDWINDOW, 0, 0, 400, 300, nullptr, nullptr, nullptr, nullptr);
 };
 
 template <class Structure>

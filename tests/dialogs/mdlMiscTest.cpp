@@ -96,7 +96,7 @@ TEST_F(mdlMiscTest, TheCursorIsConfinedToAControlAndFreed) {
     RECT area{};
     GetWindowRect(form.Find(ID_lstLayers), &area);
     ASSERT_EQ(theClips.size(), 2U) << "without a window nothing is confined";
-    EXPECT_TRUE(EqualRect(&theClips[0], &area));
+    EXPECT_TRUE(EqualRect(theClips.data(), &area));
     EXPECT_TRUE(IsRectEmpty(&theClips[1]));
 }
 

@@ -6,7 +6,8 @@
 
 #include <commctrl.h>
 
-#include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <vector>
 
 #include "common/Ports.h"
@@ -25,22 +26,21 @@ std::wstring thePicture;
 std::wstring theDialog;
 WORD theDpi = 96;
 
-void WriteBitmap(const std::wstring& file, int width, int height, const std::vector<BYTE>& pixels) {
+bool WriteBitmap(const std::wstring& file, int width, int height, const std::vector<BYTE>& pixels) {
     BITMAPFILEHEADER header{};
     BITMAPINFOHEADER info{sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     header.bfType = 0x4D42;
     header.bfOffBits = sizeof header + sizeof info;
     header.bfSize = header.bfOffBits + static_cast<DWORD>(pixels.size());
-    FILE* out = _wfopen(file.c_str(), L"wb");
-    if (out == nullptr) return;
-    fwrite(&header, sizeof header, 1, out);
-    fwrite(&info, sizeof info, 1, out);
-    fwrite(pixels.data(), 1, pixels.size(), out);
-    fclose(out);
+    std::ofstream out(std::filesystem::path(file), std::ios::binary);
+    out.write(reinterpret_cast<const char*>(&header), sizeof header);
+    out.write(reinterpret_cast<const char*>(&info), sizeof info);
+    out.write(reinterpret_cast<const char*>(pixels.data()), static_cast<std::streamsize>(pixels.size()));
+    return out.flush().good();
 }
 
 // What the screen shows there.
-void TakePicture(const RECT& area, const std::wstring& file) {
+bool TakePicture(const RECT& area, const std::wstring& file) {
     const int width = area.right - area.left;
     const int height = area.bottom - area.top;
     const dialogs::WindowContext screen(nullptr);
@@ -55,9 +55,10 @@ void TakePicture(const RECT& area, const std::wstring& file) {
         GdiFlush();
     }
     const auto* first = static_cast<const BYTE*>(bits);
-    WriteBitmap(file, width, height,
-                {first, first + static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4});
+    const std::vector<BYTE> pixels(first,
+                                   first + static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
     DeleteDC(memory);
+    return WriteBitmap(file, width, height, pixels);
 }
 
 BOOL CALLBACK FindForm(HWND window, LPARAM found) {
@@ -78,8 +79,7 @@ void CALLBACK PictureAndClose(HWND, UINT, UINT_PTR timer, DWORD) {
     GetWindowRect(form, &area);
     const RECT screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
     IntersectRect(&area, &area, &screen);
-    TakePicture(area, thePicture);
-    ExitProcess(0); // without the questions that closing asks
+    ExitProcess(TakePicture(area, thePicture) ? 0 : 1); // without the questions that closing asks
 }
 
 // Takes a band out of the middle of the strip and holds it over another.

@@ -75,7 +75,7 @@ std::vector<String> Screen::Rows(int id) const {
         wchar_t text[256] = {};
         SendMessageW(control, combo ? CB_GETLBTEXT : LB_GETTEXT, static_cast<WPARAM>(row),
                      reinterpret_cast<LPARAM>(text));
-        rows.push_back(text);
+        rows.emplace_back(text);
     }
     return rows;
 }
