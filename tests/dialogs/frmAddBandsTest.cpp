@@ -237,6 +237,20 @@ TEST_F(frmAddBandsTest, ValuesAreTypedInUpperCaseWhenTheRuleWantsIt) {
     EXPECT_EQ(screen.Text(ID_txtDefault), L"A");
 }
 
+TEST_F(frmAddBandsTest, ValuesAreTypedAsTheyAreWhereTheRuleDoesNotCare) {
+    rule->SetCodeUCased(false);
+    const Screen screen = Open();
+    screen.Pick(ID_cboStyle, bsFixed);
+    screen.Character(ID_txtDefault, L'a');
+    EXPECT_EQ(screen.Text(ID_txtDefault), L"a");
+    rule->SetCodeUCased(true);
+    form.ShowNewBand(L"Number", 3);
+    screen.Character(ID_txtDefault, L'b');
+    screen.Character(ID_txtName, L'c');
+    EXPECT_EQ(screen.Text(ID_txtDefault), L"aB") << "the rule is asked when the dialog is shown";
+    EXPECT_EQ(screen.Text(ID_txtName), L"c") << "a name is no part of a code";
+}
+
 TEST_F(frmAddBandsTest, CancelAndCloseBoxAddNothing) {
     const Screen screen = Open();
     screen.Type(ID_txtName, L"New");

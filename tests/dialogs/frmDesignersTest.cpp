@@ -371,6 +371,22 @@ TEST_F(frmDesignersStripTest, TheScrollBarAndTheWheelMoveTheStrip) {
     EXPECT_LT(first(), 0);
 }
 
+TEST_F(frmDesignersStripTest, ABoxThatIsCutOffIsReadInATip) {
+    const String name = L"The region that sells, or the one that has sold before";
+    rule->Add({.name = name, .style = bsFixed, .defaultValue = L"R"});
+    const auto tipAt = [this](int x) {
+        Mouse(WM_MOUSEMOVE, x);
+        return form->Tips().Text(Strip());
+    };
+    const int prefix = MiddleOf(ibPrefix);
+    EXPECT_EQ(tipAt(prefix), L"") << "nothing is cut off here";
+    screen->Key(ID_picBand, VK_END);
+    const int longOne = MiddleOf(rule->Count());
+    screen->Key(ID_picBand, VK_END);
+    EXPECT_EQ(tipAt(longOne), name + L"\r\nFixed\r\nR");
+    EXPECT_EQ(tipAt(longOne - 170), L"") << "its neighbour needs none";
+}
+
 TEST_F(frmDesignersStripTest, KeysSelectAndRemove) {
     screen->Focus(ID_picBand);
     screen->Key(ID_picBand, VK_RIGHT);

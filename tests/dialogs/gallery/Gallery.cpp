@@ -145,6 +145,7 @@ void Show(CodeClass& rule, const std::wstring& dialog) {
 
 int wmain(int argc, wchar_t** argv) {
     if (argc != 4 && argc != 5) return 2;
+    SetProcessDPIAware(); // as a host of today: the dialogs and not the system scale
     theDialog = argv[1];
     thePicture = argv[3];
     if (argc == 5) theDpi = static_cast<WORD>(_wtoi(argv[4]));
