@@ -12,20 +12,18 @@ namespace {
 constexpr DISPID SaveEvent = 1;
 constexpr DISPID GetSettingsEvent = 12;
 
-enum class Saved { Nothing, Stored, Refused };
-
-// Stores the text as the rule's new definition; tells why where it cannot be.
-Saved Store(Session& session, StoredRule& rule, const std::wstring& definition) {
+// Stores the text as the rule's new definition; false, and tells why, where it cannot be.
+bool Store(Session& session, StoredRule& rule, const std::wstring& definition) {
     try {
         CodeMaker maker(definition);
         StoredRule changed = rule;
         changed.definition = definition;
         ChangeDefinition(session, changed, maker);
         rule = changed;
-        return Saved::Stored;
+        return true;
     } catch (const hosts::HostError& error) {
         hosts::ReportLine(L"not saved: " + hosts::OneLine(error.Message()));
-        return Saved::Refused;
+        return false;
     }
 }
 
@@ -34,22 +32,26 @@ Saved Store(Session& session, StoredRule& rule, const std::wstring& definition) 
 int DesignRule(Session& session, const std::wstring& name) {
     StoredRule rule = ResolveRule(session, name);
     CodeMaker maker(rule.definition);
-    Saved saved = Saved::Nothing;
+    bool changed = false;
+    bool refused = false; // the last time that something was to be saved
     const hosts::Rule& shown = maker.Rule();
     shown.Component().Put(L"Name", hosts::Variant(rule.name));
+    // As the component writes it: a text from elsewhere says the same in other words, and nobody changed anything.
+    std::wstring held = shown.Definition();
     shown.Events().On(GetSettingsEvent,
-                      [&rule](const hosts::EventArguments& arguments) { arguments.SetText(1, rule.definition); });
+                      [&held](const hosts::EventArguments& arguments) { arguments.SetText(1, held); });
     shown.Events().On(SaveEvent, [&](const hosts::EventArguments& arguments) {
-        saved = Store(session, rule, arguments.Text(0));
-        arguments.SetFlag(1, saved == Saved::Stored);
+        refused = !Store(session, rule, arguments.Text(0));
+        changed = changed || !refused;
+        if (!refused) held = rule.definition;
+        arguments.SetFlag(1, !refused);
     });
     const hosts::Variant title(L"Rule " + rule.name);
     const hosts::Variant allowSetup(true);
     shown.Component().Call(L"ShowDesigner", {&title, &allowSetup});
     shown.Events().RethrowFailure();
-    session.output.Line(saved == Saved::Stored ? L"saved" : L"not changed",
-                        {{"rule", ToJson(rule.name)}, {"saved", saved == Saved::Stored}});
-    return saved == Saved::Refused ? ExitFailed : ExitDone;
+    session.output.Line(changed ? L"saved" : L"not changed", {{"rule", ToJson(rule.name)}, {"saved", changed}});
+    return refused ? ExitFailed : ExitDone;
 }
 
 } // namespace ledger
