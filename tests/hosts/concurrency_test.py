@@ -163,7 +163,7 @@ class Postgres(ConcurrencyTests, ConcurrencyCase):
 
     def issue_through_restarts(self, policy):
         """The server goes down twice under its clients, once in order and once at once; every record gets its one code."""
-        each = CODES * 5 if policy == "gapless" else max(CODES * 200, OUTLASTS)
+        each = CODES * 5 if policy == "gapless" else max(CODES * 30, OUTLASTS)
         self.prepare(policy, each)
         programs = [self.start() for _ in range(3)]
         for program in programs:

@@ -74,6 +74,9 @@ class PostgresServer:
         self.stop("immediate")
         shutil.rmtree(self.folder)
 
+    def log(self):
+        return (self.folder / "log").read_text(encoding="utf-8")
+
     def connection_string(self, database):
         return (f"Driver={{PostgreSQL Unicode}};Server=127.0.0.1;Port={self.port};Database={database};"
                 "Uid=postgres")

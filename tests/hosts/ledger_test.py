@@ -1,6 +1,7 @@
 """kledger's commands, on each kind of database."""
 import json
 import pathlib
+import re
 import shutil
 import tempfile
 import unittest
@@ -174,6 +175,19 @@ class LedgerTests:
         foreign = [line for line in self.objects("audit", code=4) if line.get("finding") == "foreign"]
         self.assertEqual([line["code"] for line in foreign], ["2024_96"])
 
+    def test_audit_finds_duplicates(self):
+        self.import_rule(rules.lettered())
+        self.done("issue", self.file("records.csv", "Text\nabc\nABC\nxyz\n"))
+        found = [line for line in self.objects("audit", code=4) if "finding" in line]
+        self.assertEqual(found, [{"finding": "duplicate", "code": "ABC001", "codes": 2}], "they differ in letter case only")
+        # One series over all years makes one number of two.
+        self.import_rule(rules.numbered(), name="years")
+        self.done("issue", self.file("years.csv", "Year\n2023\n2024\n2024\n"), "--rule", "years")
+        self.import_rule(rules.numbered(tracks=("Dash",)), name="years")
+        found = [line for line in self.objects("audit", "--rule", "years", code=4) if "finding" in line]
+        self.assertEqual(found, [{"finding": "duplicate", "code": "2024-000001", "other": "2023-000001", "band": "Number",
+                                  "number": 1}])
+
     def test_a_full_series_is_refused_with_the_components_message(self):
         for policy in ("gapless", "fast"):
             self.import_rule(rules.numbered(digits=2), "--policy", policy, name=policy)
@@ -203,9 +217,9 @@ class LedgerTests:
         self.import_rule(rules.numbered())
         self.issue("2024")
         longer = self.file("rule.rule", rules.numbered(digits=7))
-        self.assertEqual(self.refused("rule", "import", longer),
-                         'kledger: rule "rule" has issued 1 codes of 11 characters and the new definition makes codes of '
-                         "12; keep it as a rule of another name")
+        self.assert_refused_and_nothing_written(
+            "rule", "import", longer, cause='kledger: rule "rule" has issued 1 codes of 11 characters and the new definition '
+            "makes codes of 12; keep it as a rule of another name")
         self.assertEqual(self.issue("2024"), "2024-000002")
         self.done("rule", "import", longer, "--name", "longer")
 
@@ -224,12 +238,7 @@ class LedgerTests:
         before = self.codes()
         records = self.file("good.csv", "Year\n2024\n")
         for arguments, cause in (
-                (("issue", "--field", "Month=5"), 'the rule has no field or macro "Month"; it has: Year'),
                 (("issue", "--field", "Year"), '"Year" is no field; write Name=Value'),
-                (("issue", self.file("a.csv", "Year,Month\n2024,5\n")), 'no field or macro "Month"; rename the column'),
-                (("issue", self.file("b.csv", "Month\n5\n")), "no column is named like a field or macro of the rule (Year)"),
-                (("issue", self.file("c.csv", b"Year\n2024\nZ\xfcrich\n")), "is not UTF-8 (line 3)"),
-                (("issue", self.file("d.csv", 'Year\n2024\n"2024\n')), "line 3: a quote is opened and never closed"),
                 (("issue", path(self.folder / "none.csv")), "cannot open"),
                 (("issue", records, "--rule", "none"), 'there is no rule "none"'),
                 (("adopt", self.file("e.csv", "Code,Who\n2024-000009,a\n2024-000010\n")), "line 3: 1 fields where"),
@@ -240,6 +249,44 @@ class LedgerTests:
             with self.subTest(cause=cause):
                 self.assertIn(cause, self.refused(*arguments))
         self.assertEqual(self.codes(), before)
+
+    def assert_refused_and_nothing_written(self, *arguments, cause):
+        """One line, exit code 1, and every table as it was."""
+        before = self.contents()
+        self.assertIn(cause, self.refused(*arguments))
+        self.assertEqual(self.contents(), before)
+
+    def contents(self):
+        return [sorted(map(str, self.database.query(f"SELECT * FROM kestrel_{table}")))
+                for table in ("rules", "codes", "numbers", "leases")]
+
+    def test_a_file_in_another_encoding_is_refused_as_a_whole(self):
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy)
+            for command in ("issue", "adopt"):
+                file = self.file("other.csv", b"Year\n2024\nZ\xfcrich\n")
+                self.assert_refused_and_nothing_written(
+                    command, file, cause=f'"{file}" is not UTF-8 (line 3); save it as UTF-8 or name its code page')
+
+    def test_a_file_with_a_broken_quote_is_refused_as_a_whole(self):
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy)
+            for command in ("issue", "adopt"):
+                self.assert_refused_and_nothing_written(
+                    command, self.file("quote.csv", 'Year\n2024\n"2024\n2024\n'),
+                    cause="line 3: a quote is opened and never closed")
+
+    def test_unknown_fields_are_refused_with_those_that_there_are(self):
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy)
+            for arguments, cause in (
+                    (("--field", "Month=5"), 'the rule has no field or macro "Month"; it has: Year'),
+                    ((self.file("a.csv", "Year,Month\n2024,5\n"),),
+                     'the rule has no field or macro "Month"; rename the column (the rule has: Year) or keep such columns '
+                     "beside the codes with --keep"),
+                    ((self.file("b.csv", "Month\n5\n"),),
+                     "no column is named like a field or macro of the rule (Year); check the first line and --separator")):
+                self.assert_refused_and_nothing_written("issue", *arguments, cause=cause)
 
     def test_other_encodings_and_separators_can_be_named(self):
         self.import_rule(rules.numbered())
@@ -253,8 +300,9 @@ class LedgerTests:
     def test_a_newer_schema_is_left_alone(self):
         self.import_rule(rules.numbered())
         self.database.query("INSERT INTO kestrel_schema VALUES (9)")
-        self.assertEqual(self.refused("rule", "list"), "kledger: the database was made by a newer kledger (schema 9, this "
-                         "one knows 1); use that one")
+        for arguments in (("rule", "list"), ("issue", "--field", "Year=2024")):
+            self.assert_refused_and_nothing_written(
+                *arguments, cause="kledger: the database was made by a newer kledger (schema 9, this one knows 1); use that one")
 
 
 class Sqlite(LedgerTests, LedgerCase):
@@ -273,6 +321,39 @@ class Postgres(LedgerTests, LedgerCase):
 
     def make_database(self):
         return PostgresDatabase(self.server)
+
+    def test_the_highest_number_is_found_through_the_key(self):
+        """The server itself writes down how it ran each statement."""
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy, name=policy)
+        self.database.query(
+            "INSERT INTO kestrel_numbers SELECT r.id, 'Number', y || '-??????', n, y || TO_CHAR(n, 'FM-000000') "
+            "FROM kestrel_rules r, generate_series(2020, 2024) y, generate_series(1, 3000) n")
+        self.database.query("ANALYZE")
+        for setting in ("session_preload_libraries = auto_explain", "auto_explain.log_min_duration = 0"):
+            self.database.query(f"ALTER DATABASE {self.database.database} SET {setting}")
+        before = len(self.server.log())
+        for policy in ("gapless", "fast"):
+            self.assertEqual(self.done("issue", "--rule", policy, "--field", "Year=2024")[0], "2024-003001\t2024")
+        self.done("rule", "list")
+        log = self.server.log()[before:]
+        self.assertIn("Seq Scan on kestrel_rules", log, "plans are written down")
+        self.assertGreaterEqual(len(re.findall(r"Index (Only )?Scan .*using kestrel_numbers_pkey", log)), 2, log)
+        self.assertNotIn("Seq Scan on kestrel_numbers", log)
+
+    def test_a_database_that_is_not_there(self):
+        self.assertIn('database "none" does not exist', self.run_on(self.server.connection_string("none"), code=5))
+
+    def test_a_login_that_is_refused(self):
+        name = self.database.name.replace("Uid=postgres", "Uid=nobody")
+        self.assertIn('role "nobody" does not exist', self.run_on(name, code=5))
+
+    def run_on(self, database, code):
+        """The one line that a command reports on a database that it cannot use."""
+        result = run("kledger", "--database", database, "rule", "list")
+        self.assertEqual((result.returncode, result.stdout), (code, ""), result.stderr)
+        self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
+        return result.stderr
 
 
 class CommandLine(unittest.TestCase):

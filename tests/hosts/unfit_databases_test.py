@@ -13,6 +13,8 @@ from databases import free_port
 from windows_program import path, run
 
 DATABASE_FAILED = 5
+READ_ONLY = "the database takes no changes; check the rights on its file, folder or login"
+COUNT = "SELECT COUNT(*) FROM kestrel_codes"
 
 
 class UnfitDatabasesTest(unittest.TestCase):
@@ -23,7 +25,7 @@ class UnfitDatabasesTest(unittest.TestCase):
         self.rule.write_bytes(rules.numbered().encode())
 
     def tearDown(self):
-        for mount in self.mounts:
+        for mount in reversed(self.mounts):
             subprocess.run(["umount", str(mount)], check=True)
         shutil.rmtree(self.folder)
 
@@ -59,7 +61,7 @@ class UnfitDatabasesTest(unittest.TestCase):
     def codes(self, file):
         connection = sqlite3.connect(file)
         try:
-            return connection.execute("SELECT COUNT(*) FROM kestrel_codes").fetchone()[0]
+            return connection.execute(COUNT).fetchone()[0]
         finally:
             connection.close()
 
@@ -97,9 +99,19 @@ class UnfitDatabasesTest(unittest.TestCase):
         file = self.ledger(folder)
         sqlite3.connect(file).execute("PRAGMA journal_mode=DELETE").connection.close()
         subprocess.run(["mount", "-o", "remount,ro", str(folder)], check=True)
-        result = self.kledger(file, "issue", "--field", "Year=2024")
-        self.assertEqual((result.returncode, result.stdout), (DATABASE_FAILED, ""), result.stderr)
-        self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
+        self.assert_unfit(file, "issue", "--field", "Year=2024", cause=READ_ONLY)
+        self.assertEqual(self.codes(file), 0)
+
+    def test_a_read_only_file(self):
+        file = self.ledger(self.mount("-o", "size=4m"))
+        sqlite3.connect(file).execute("PRAGMA journal_mode=DELETE").connection.close()
+        # Root may write whatever the rights of a file say, but not through a mount that is read-only.
+        for options in (("--bind", str(file), str(file)), ("-o", "remount,bind,ro", str(file))):
+            subprocess.run(["mount", *options], check=True)
+        self.mounts.append(file)
+        for arguments in (("issue", "--field", "Year=2024"), ("rule", "import", path(self.rule), "--name", "other")):
+            self.assert_unfit(file, *arguments, cause=READ_ONLY)
+        self.assertEqual(self.codes(file), 0)
 
     def test_a_full_disk(self):
         for policy in ("gapless", "fast"):
@@ -121,8 +133,16 @@ class UnfitDatabasesTest(unittest.TestCase):
             numbers = connection.execute("SELECT COUNT(*) FROM kestrel_numbers").fetchone()[0]
             connection.close()
             self.assertEqual(stored, printed, "stored and printed, or neither")
+            self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
             self.assertEqual(numbers, len(stored))
             self.assertGreater(len(stored), 0)
+
+    def test_a_disk_that_is_too_full_to_adopt_a_file(self):
+        file = self.ledger(self.mount("-o", "size=512k"))
+        codes = self.folder / "codes.csv"
+        codes.write_text("Code,Note\n" + "".join(f"2024-{number:06},{'x' * 1000}\n" for number in range(1, 1001)))
+        self.assert_unfit(file, "adopt", path(codes), cause="no space is left for the database")
+        self.assertEqual(self.codes(file), 0, "all of the file or nothing")
 
 
 if __name__ == "__main__":

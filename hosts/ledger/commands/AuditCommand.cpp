@@ -14,12 +14,20 @@ namespace {
 // Codes of one kind that are named one by one; JSON names all.
 constexpr std::size_t NamedForPeople = 20;
 
+// A code whose number another one holds; a change of the definition can put them into one series.
+struct SameNumber {
+    std::wstring code;
+    std::wstring holder;
+    NumberHeld number;
+};
+
 struct Facts {
     std::int64_t codes = 0;
     std::vector<Series> series;
     std::vector<Gap> gaps;
     std::vector<Lease> leases;
     std::vector<Alike> alike;
+    std::vector<SameNumber> sameNumbers;
     std::vector<std::pair<std::wstring, std::wstring>> foreign; // code and reason
 };
 
@@ -36,6 +44,19 @@ std::vector<std::pair<std::wstring, std::wstring>> ForeignCodes(Codes& codes, Co
     return foreign;
 }
 
+std::vector<SameNumber> SameNumbers(Codes& codes, CodeMaker& maker) {
+    std::vector<SameNumber> same;
+    for (const std::wstring& code : codes.Uncounted(maker.NumberBands().size())) {
+        try {
+            for (const NumberHeld& number : maker.Recognise(code).numbers)
+                if (const auto holder = codes.Holder(number); holder && *holder != code)
+                    same.push_back({code, *holder, number});
+        } catch (const hosts::RecordError&) { // reported with the codes that are not of this rule
+        }
+    }
+    return same;
+}
+
 Facts Gather(Session& session, const StoredRule& rule, CodeMaker& maker) {
     return InTransaction(session.database, session.patience, OnUniqueKey::Fail, [&] {
         Codes codes(session.database, rule.id);
@@ -45,6 +66,7 @@ Facts Gather(Session& session, const StoredRule& rule, CodeMaker& maker) {
         facts.gaps = AllGaps(session.database, rule.id);
         facts.leases = Leases(session.database, rule.id).All();
         facts.alike = AllAlike(session.database, rule.id);
+        facts.sameNumbers = SameNumbers(codes, maker);
         Progress progress(static_cast<std::size_t>(facts.codes));
         facts.foreign = ForeignCodes(codes, maker, progress);
         return facts;
@@ -62,6 +84,7 @@ class Report {
         PrintGaps(facts);
         PrintLeases(facts);
         PrintAlike(facts);
+        PrintSameNumbers(facts);
         PrintForeign(facts);
         mvarSession.output.Line(std::to_wstring(facts.codes) + L" codes, " + std::to_wstring(mvarFindings) +
                                     L" findings",
@@ -155,6 +178,17 @@ class Report {
         for (const Alike& group : facts.alike)
             Find(L"duplicate: " + std::to_wstring(group.count) + L" codes are " + group.code + L" but for letter case",
                  {{"finding", "duplicate"}, {"code", ToJson(group.code)}, {"codes", group.count}});
+    }
+
+    void PrintSameNumbers(const Facts& facts) {
+        for (const SameNumber& same : facts.sameNumbers)
+            Find(L"duplicate: " + same.code + L" and " + same.holder + L" have number " +
+                     std::to_wstring(same.number.number) + L" in band " + same.number.band,
+                 {{"finding", "duplicate"},
+                  {"code", ToJson(same.code)},
+                  {"other", ToJson(same.holder)},
+                  {"band", ToJson(same.number.band)},
+                  {"number", same.number.number}});
     }
 
     void PrintForeign(const Facts& facts) {

@@ -46,6 +46,10 @@ void AddNumberRows(Database& database, std::int64_t ruleId, std::span<const Numb
 
 } // namespace
 
+const wchar_t* const HighestNumberQuery =
+    L"SELECT number, code FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = "
+    L"(SELECT MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ?)";
+
 std::wstring NowText() {
     SYSTEMTIME now{};
     GetSystemTime(&now);
@@ -115,9 +119,7 @@ std::optional<StoredCode> Codes::Find(const std::wstring& code) {
 }
 
 std::optional<HighestNumber> Codes::Highest(const std::wstring& band, const std::wstring& series) {
-    Statement& row = mvarDatabase.Prepare(
-        L"SELECT number, code FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = "
-        L"(SELECT MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ?)");
+    Statement& row = mvarDatabase.Prepare(HighestNumberQuery);
     row.Set(mvarRuleId).Set(band).Set(series).Set(mvarRuleId).Set(band).Set(series).Execute();
     if (!row.Fetch()) return std::nullopt;
     HighestNumber highest;
@@ -146,6 +148,18 @@ std::int64_t Codes::Count() {
     Statement& row = mvarDatabase.Prepare(L"SELECT COUNT(*) FROM kestrel_codes WHERE rule_id = ?");
     row.Set(mvarRuleId).Execute();
     return row.Fetch() ? row.Number(1) : 0;
+}
+
+std::vector<std::wstring> Codes::Uncounted(std::size_t bands) {
+    Statement& rows = mvarDatabase.Prepare(
+        L"SELECT c.code FROM kestrel_codes c LEFT JOIN (SELECT code, COUNT(*) AS held FROM kestrel_numbers WHERE "
+        L"rule_id = ? GROUP BY code) n ON n.code = c.code WHERE c.rule_id = ? AND COALESCE(n.held, 0) < ? "
+        L"ORDER BY c.code");
+    rows.Set(mvarRuleId).Set(mvarRuleId).Set(static_cast<std::int64_t>(bands)).Execute();
+    std::vector<std::wstring> codes;
+    while (rows.Fetch())
+        codes.push_back(rows.Text(1));
+    return codes;
 }
 
 void Codes::ForEach(const std::function<void(const std::wstring& code)>& visit) {

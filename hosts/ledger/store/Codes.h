@@ -41,6 +41,9 @@ struct HighestNumber {
     std::wstring code;
 };
 
+// What Highest asks, so that its plan can be looked at: rule, band and series, and the same again.
+extern const wchar_t* const HighestNumberQuery;
+
 // Members run in the caller's transaction and fail with DbError.
 class Codes {
   public:
@@ -61,6 +64,8 @@ class Codes {
     // Marks a code as void.
     void Void(const std::wstring& code, const std::wstring& reason);
     [[nodiscard]] std::int64_t Count();
+    // Codes that hold fewer than `bands` numbers: some of theirs are held by others, or an older definition made them.
+    [[nodiscard]] std::vector<std::wstring> Uncounted(std::size_t bands);
     // Every code in the order of the codes, void ones included.
     void ForEach(const std::function<void(const std::wstring& code)>& visit);
 

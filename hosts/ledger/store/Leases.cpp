@@ -19,14 +19,16 @@ std::wstring ThisProgram() {
 
 } // namespace
 
+const std::array<const wchar_t*, 2> FirstFreeQueries = {
+    L"SELECT MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ?",
+    // The block taken last is the highest one, so its end is found through the key.
+    L"SELECT last_number FROM kestrel_leases WHERE rule_id = ? AND band = ? AND series = ? AND first_number = "
+    L"(SELECT MAX(first_number) FROM kestrel_leases l WHERE l.rule_id = kestrel_leases.rule_id "
+    L"AND l.band = kestrel_leases.band AND l.series = kestrel_leases.series)"};
+
 std::int64_t Leases::FirstFree(const std::wstring& band, const std::wstring& series, std::int64_t start) {
     std::int64_t first = start;
-    for (const wchar_t* query :
-         {L"SELECT MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ?",
-          // The block taken last is the highest one, so its end is found through the key.
-          L"SELECT last_number FROM kestrel_leases WHERE rule_id = ? AND band = ? AND series = ? AND first_number = "
-          L"(SELECT MAX(first_number) FROM kestrel_leases l WHERE l.rule_id = kestrel_leases.rule_id "
-          L"AND l.band = kestrel_leases.band AND l.series = kestrel_leases.series)"}) {
+    for (const wchar_t* query : FirstFreeQueries) {
         Statement& row = mvarDatabase.Prepare(query);
         row.Set(mvarRuleId).Set(band).Set(series).Execute();
         if (!row.Fetch()) continue;

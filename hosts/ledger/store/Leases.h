@@ -4,6 +4,7 @@
 // numbers behind it since. A program that ends without closing leaves its lease open, for the audit to find.
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "hosts/ledger/db/Database.h"
@@ -20,6 +21,9 @@ struct Lease {
     std::wstring takenAt;
     bool open = true;
 };
+
+// What FirstFree asks, so that the plans can be looked at: rule, band and series each.
+extern const std::array<const wchar_t*, 2> FirstFreeQueries;
 
 // Members run in the caller's transaction and fail with DbError.
 class Leases {
