@@ -18,6 +18,7 @@ std::wstring Wide(const std::string& text) { return hosts::FromOwnUtf8(text); }
 
 std::vector<std::wstring> Wide(const std::vector<std::string>& texts) {
     std::vector<std::wstring> wide;
+    wide.reserve(texts.size());
     for (const std::string& text : texts)
         wide.push_back(Wide(text));
     return wide;

@@ -17,6 +17,12 @@ bool SomebodyWatches() {
     return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
 }
 
+// A bar that cannot be shown is not worth a word.
+void Show(const std::string& text) {
+    static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+    static_cast<void>(std::fflush(stderr));
+}
+
 } // namespace
 
 Progress::Progress(std::size_t total)
@@ -37,13 +43,9 @@ void Progress::Advance(std::size_t done) {
 void Progress::Draw() const {
     const std::size_t filled = mvarDone * Width / mvarTotal;
     const std::string bar = std::string(filled, '#') + std::string(Width - filled, '.');
-    std::fprintf(stderr, "\r[%s] %zu of %zu", bar.c_str(), mvarDone, mvarTotal);
-    std::fflush(stderr);
+    Show("\r[" + bar + "] " + std::to_string(mvarDone) + " of " + std::to_string(mvarTotal));
 }
 
-void Progress::Clear() {
-    std::fprintf(stderr, "\r%*s\r", static_cast<int>(Width) + 40, "");
-    std::fflush(stderr);
-}
+void Progress::Clear() { Show("\r" + std::string(Width + 40, ' ') + "\r"); }
 
 } // namespace ledger

@@ -191,13 +191,16 @@ class Report {
                   {"number", same.number.number}});
     }
 
+    void PrintForeignCode(const std::wstring& code, const std::wstring& reason) const {
+        mvarSession.output.Line(L"not of this rule: " + code + L" (" + reason + L")",
+                                {{"finding", "foreign"}, {"code", ToJson(code)}, {"reason", ToJson(reason)}});
+    }
+
     void PrintForeign(const Facts& facts) {
         std::size_t named = 0;
         for (const auto& [code, reason] : facts.foreign) {
             ++mvarFindings;
-            if (mvarSession.output.IsJson() || named++ < NamedForPeople)
-                mvarSession.output.Line(L"not of this rule: " + code + L" (" + reason + L")",
-                                        {{"finding", "foreign"}, {"code", ToJson(code)}, {"reason", ToJson(reason)}});
+            if (mvarSession.output.IsJson() || named++ < NamedForPeople) PrintForeignCode(code, reason);
         }
         if (!mvarSession.output.IsJson() && named > NamedForPeople)
             hosts::PrintLine(L"and " + std::to_wstring(named - NamedForPeople) + L" more not of this rule");

@@ -64,6 +64,6 @@ int ExplainCommand(Session& session, const CodeOptions& options);
 int AdoptCodes(Session& session, const AdoptOptions& options);
 int AuditRule(Session& session, const AuditOptions& options);
 int VoidCode(Session& session, const CodeOptions& options);
-int DesignRule(Session& session, const std::wstring& rule);
+int DesignRule(Session& session, const std::wstring& name);
 
 } // namespace ledger

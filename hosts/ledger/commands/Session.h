@@ -13,7 +13,7 @@ namespace ledger {
 struct Session {
     Database& database;
     Patience patience;
-    Output output;
+    Output output = Output(false);
 };
 
 // The rule of that name; without a name the only rule that there is. Fails with HostError otherwise.

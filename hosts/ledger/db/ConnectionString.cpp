@@ -25,7 +25,7 @@ std::wstring EmbeddedDriver() {
     while (
         SQL_SUCCEEDED(SQLDriversW(environment.Get(), direction, name.data(), static_cast<SQLSMALLINT>(name.size()),
                                   nullptr, attributes.data(), static_cast<SQLSMALLINT>(attributes.size()), nullptr))) {
-        const std::wstring driver = name.data();
+        std::wstring driver = name.data();
         if (driver.starts_with(L"SQLite3")) return driver;
         direction = SQL_FETCH_NEXT;
     }
@@ -48,7 +48,7 @@ std::wstring DriversPath(const std::filesystem::path& file) {
 
 // Checked here, because a driver makes a file of whatever name it does not understand.
 std::filesystem::path ExistingPlace(const std::wstring& database) {
-    const std::filesystem::path file = std::filesystem::absolute(database);
+    std::filesystem::path file = std::filesystem::absolute(database);
     std::error_code error;
     if (!std::filesystem::is_directory(file.parent_path(), error))
         throw hosts::HostError(L"there is no folder \"" + file.parent_path().wstring() +

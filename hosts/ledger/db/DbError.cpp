@@ -67,7 +67,7 @@ std::wstring Advice(Fault kind) {
 
 } // namespace
 
-DbError::DbError(std::wstring state, long native, const std::wstring& text)
+DbError::DbError(const std::wstring& state, long native, const std::wstring& text)
     : DbError(Classify(state, native, text), state, text) {}
 
 DbError::DbError(Fault kind, std::wstring state, const std::wstring& text)

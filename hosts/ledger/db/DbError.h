@@ -19,7 +19,7 @@ enum class Fault {
 class DbError final : public hosts::HostError {
   public:
     // `state` is the five characters of the standard, `native` the engine's own number, `text` the driver's message.
-    DbError(std::wstring state, long native, const std::wstring& text);
+    DbError(const std::wstring& state, long native, const std::wstring& text);
 
     [[nodiscard]] Fault Kind() const noexcept { return mvarKind; }
     [[nodiscard]] const std::wstring& State() const noexcept { return mvarState; }

@@ -62,6 +62,11 @@ std::vector<bool> ShownBy(const std::vector<hosts::Band>& bands, const std::vect
     return shown;
 }
 
+std::vector<hosts::Band> LoadBands(hosts::Rule& rule, const std::wstring& definition) {
+    rule.Load(definition);
+    return rule.Bands();
+}
+
 } // namespace
 
 std::wstring SeriesOf(const NumberBand& band, std::wstring code) {
@@ -77,10 +82,8 @@ std::wstring CodeWithNumber(const NumberBand& band, std::wstring series, std::in
     return series.replace(band.position, band.length, digits);
 }
 
-CodeMaker::CodeMaker(const std::wstring& definition) {
-    mvarRule.Load(definition);
-    mvarBands = mvarRule.Bands();
-    mvarCodeLength = mvarRule.CodeLength();
+CodeMaker::CodeMaker(const std::wstring& definition)
+    : mvarBands(LoadBands(mvarRule, definition)), mvarCodeLength(mvarRule.CodeLength()) {
     if (mvarCodeLength > LongestCode)
         throw HostError(L"the rule's codes are " + std::to_wstring(mvarCodeLength) +
                         L" characters long; the ledger keeps codes of up to " + std::to_wstring(LongestCode));

@@ -15,11 +15,12 @@ std::wstring ProgramMark() {
     GUID guid{};
     if (FAILED(CoCreateGuid(&guid))) return std::to_wstring(GetCurrentProcessId());
     std::array<wchar_t, 40> text{};
-    std::swprintf(text.data(), text.size(), L"%08lx%04x%04x", static_cast<unsigned long>(guid.Data1), guid.Data2,
-                  guid.Data3);
+    // There is room for all of it.
+    static_cast<void>(std::swprintf(text.data(), text.size(), L"%08lx%04x%04x", static_cast<unsigned long>(guid.Data1),
+                                    guid.Data2, guid.Data3));
     std::wstring mark = text.data();
     for (const unsigned char byte : guid.Data4) {
-        std::swprintf(text.data(), text.size(), L"%02x", static_cast<unsigned>(byte));
+        static_cast<void>(std::swprintf(text.data(), text.size(), L"%02x", static_cast<unsigned>(byte)));
         mark += text.data();
     }
     return mark.substr(0, 24);

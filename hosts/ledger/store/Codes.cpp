@@ -54,8 +54,8 @@ std::wstring NowText() {
     SYSTEMTIME now{};
     GetSystemTime(&now);
     std::array<wchar_t, 32> text{};
-    std::swprintf(text.data(), text.size(), L"%04u-%02u-%02uT%02u:%02u:%02uZ", now.wYear, now.wMonth, now.wDay,
-                  now.wHour, now.wMinute, now.wSecond);
+    static_cast<void>(std::swprintf(text.data(), text.size(), L"%04u-%02u-%02uT%02u:%02u:%02uZ", now.wYear, now.wMonth,
+                                    now.wDay, now.wHour, now.wMinute, now.wSecond)); // there is room for all of it
     return text.data();
 }
 

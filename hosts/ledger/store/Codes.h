@@ -17,7 +17,9 @@ struct NumberHeld {
     std::wstring series;
     std::int64_t number = 0;
 
-    friend auto operator<=>(const NumberHeld&, const NumberHeld&) = default;
+    // By band, series and number.
+    friend auto operator<=>(const NumberHeld&,
+                            const NumberHeld&) = default; // NOLINT(modernize-use-nullptr): there is no null
 };
 
 struct NewCode {

@@ -4,7 +4,7 @@ namespace ledger {
 
 namespace {
 
-const std::wstring Columns = L"id, name, policy, lease_size, code_length, revision, definition";
+const wchar_t* const Columns = L"id, name, policy, lease_size, code_length, revision, definition";
 
 StoredRule ReadRow(const Statement& row) {
     StoredRule rule;
@@ -29,7 +29,7 @@ std::optional<Policy> PolicyOf(const std::wstring& name) {
 }
 
 std::vector<StoredRule> Rules::All() {
-    Statement& rows = mvarDatabase.Prepare(L"SELECT " + Columns + L" FROM kestrel_rules ORDER BY name");
+    Statement& rows = mvarDatabase.Prepare(std::wstring(L"SELECT ") + Columns + L" FROM kestrel_rules ORDER BY name");
     rows.Execute();
     std::vector<StoredRule> rules;
     while (rows.Fetch())
@@ -38,7 +38,7 @@ std::vector<StoredRule> Rules::All() {
 }
 
 std::optional<StoredRule> Rules::Find(const std::wstring& name) {
-    Statement& rows = mvarDatabase.Prepare(L"SELECT " + Columns + L" FROM kestrel_rules WHERE name = ?");
+    Statement& rows = mvarDatabase.Prepare(std::wstring(L"SELECT ") + Columns + L" FROM kestrel_rules WHERE name = ?");
     rows.Set(name).Execute();
     if (!rows.Fetch()) return std::nullopt;
     return ReadRow(rows);
@@ -48,7 +48,7 @@ void Rules::Add(StoredRule& rule) {
     Statement& highest = mvarDatabase.Prepare(L"SELECT MAX(id) FROM kestrel_rules");
     highest.Execute();
     rule.id = (highest.Fetch() ? highest.Number(1) : 0) + 1;
-    mvarDatabase.Prepare(L"INSERT INTO kestrel_rules (" + Columns + L") VALUES (?, ?, ?, ?, ?, ?, ?)")
+    mvarDatabase.Prepare(std::wstring(L"INSERT INTO kestrel_rules (") + Columns + L") VALUES (?, ?, ?, ?, ?, ?, ?)")
         .Set(rule.id)
         .Set(rule.name)
         .Set(NameOf(rule.policy))

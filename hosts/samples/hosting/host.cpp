@@ -57,7 +57,7 @@ std::wstring IssueGapless(Database& database, hosts::Rule& rule) {
             series = pattern; // a name for the series, not a pattern to search by
             return LastCode(database, series);
         });
-        const std::wstring code = rule.NextCode();
+        std::wstring code = rule.NextCode();
         Store(database, series, NumberOf(code), code);
         return code;
     });
@@ -97,7 +97,7 @@ class FastIssuer {
             if (mvarSeries != series || mvarNext == mvarEnd) Lease(series);
             return Before(series, mvarNext);
         });
-        const std::wstring code = mvarRule.NextCode();
+        std::wstring code = mvarRule.NextCode();
         InTransaction(mvarDatabase, Patience(30s), OnUniqueKey::Fail, [&] {
             Store(mvarDatabase, series, NumberOf(code), code);
             return true;
