@@ -13,7 +13,7 @@ import time
 import unittest
 
 import rules
-from databases import PostgresDatabase, PostgresServer, SqliteFile
+from databases import OnPostgres, OnSqlite
 from windows_program import command, path, run
 
 PROGRAMS = 8
@@ -152,23 +152,11 @@ class ConcurrencyTests:
         self.assertIn("lease: ", lines, "the leases of killed programs are shown")
 
 
-class Sqlite(ConcurrencyTests, ConcurrencyCase):
-    def make_database(self):
-        return SqliteFile()
+class Sqlite(OnSqlite, ConcurrencyTests, ConcurrencyCase):
+    pass
 
 
-class Postgres(ConcurrencyTests, ConcurrencyCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.server = PostgresServer()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.server.close()
-
-    def make_database(self):
-        return PostgresDatabase(self.server)
-
+class Postgres(OnPostgres, ConcurrencyTests, ConcurrencyCase):
     def issue_through_restarts(self, policy):
         """The server goes down twice under its clients, once in order and once at once; every record gets its one code."""
         each = CODES * 5 if policy == "gapless" else max(CODES * 30, OUTLASTS)

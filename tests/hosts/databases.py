@@ -104,3 +104,25 @@ class PostgresDatabase:
 
     def close(self):
         self.server.query("postgres", f"DROP DATABASE {self.database} WITH (FORCE)")
+
+
+class OnSqlite:
+    """Of a test case: each test has a file of its own."""
+
+    def make_database(self):
+        return SqliteFile()
+
+
+class OnPostgres:
+    """Of a test case: one server for all its tests, a database of its own for each."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.server = PostgresServer()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.server.close()
+
+    def make_database(self):
+        return PostgresDatabase(self.server)

@@ -7,7 +7,7 @@ import tempfile
 import unittest
 
 import rules
-from databases import PostgresDatabase, PostgresServer, SqliteFile
+from databases import OnPostgres, OnSqlite
 from windows_program import path, run
 
 COMMANDS = (["rule"], ["rule", "import"], ["rule", "export"], ["rule", "list"], ["issue"], ["preview"], ["explain"],
@@ -305,23 +305,11 @@ class LedgerTests:
                 *arguments, cause="kledger: the database was made by a newer kledger (schema 9, this one knows 1); use that one")
 
 
-class Sqlite(LedgerTests, LedgerCase):
-    def make_database(self):
-        return SqliteFile()
+class Sqlite(OnSqlite, LedgerTests, LedgerCase):
+    pass
 
 
-class Postgres(LedgerTests, LedgerCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.server = PostgresServer()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.server.close()
-
-    def make_database(self):
-        return PostgresDatabase(self.server)
-
+class Postgres(OnPostgres, LedgerTests, LedgerCase):
     def test_the_highest_number_is_found_through_the_key(self):
         """The server itself writes down how it ran each statement."""
         for policy in ("gapless", "fast"):

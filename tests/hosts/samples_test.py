@@ -7,7 +7,7 @@ import tempfile
 import unittest
 
 import rules
-from databases import PostgresDatabase, PostgresServer, SqliteFile
+from databases import OnPostgres, OnSqlite
 from windows_program import ROOT, command, path, run
 
 SAMPLES = ROOT / "hosts" / "samples" / "hosting"
@@ -96,26 +96,12 @@ class SampleTests:
             self.database.query(f"DELETE FROM {table}")
 
 
-class Sqlite(SampleTests, SampleCase):
-    def make_database(self):
-        return SqliteFile()
-
+class Sqlite(OnSqlite, SampleTests, SampleCase):
     def connection(self):
         return f"Driver=SQLite3;Database={self.database.file};Timeout=2000;"
 
 
-class Postgres(SampleTests, SampleCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.server = PostgresServer()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.server.close()
-
-    def make_database(self):
-        return PostgresDatabase(self.server)
-
+class Postgres(OnPostgres, SampleTests, SampleCase):
     def connection(self):
         return self.database.name
 
