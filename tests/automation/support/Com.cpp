@@ -9,7 +9,8 @@ namespace {
 
 std::string HexText(HRESULT result) {
     std::array<char, 16> text{};
-    std::snprintf(text.data(), text.size(), "0x%08lX", static_cast<unsigned long>(result));
+    static_cast<void>(
+        std::snprintf(text.data(), text.size(), "0x%08lX", static_cast<unsigned long>(result))); // there is room
     return text.data();
 }
 

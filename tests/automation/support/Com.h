@@ -88,7 +88,7 @@ template <class Interface, class Result>
 [[nodiscard]] VARIANT Missing() noexcept;
 [[nodiscard]] VARIANT Number(LONG number) noexcept;
 [[nodiscard]] VARIANT Real(double number) noexcept;
-[[nodiscard]] VARIANT Truth(bool value) noexcept;
+[[nodiscard]] VARIANT Truth(bool truth) noexcept;
 [[nodiscard]] VARIANT Null() noexcept;
 // Not owned: valid as long as the object.
 [[nodiscard]] VARIANT Reference(IDispatch* object) noexcept;
