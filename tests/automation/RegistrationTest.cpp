@@ -14,8 +14,9 @@ class EmptyRoot {
   public:
     explicit EmptyRoot(HKEY root) : mvarRoot(root) {
         RegDeleteTreeW(HKEY_CURRENT_USER, Path);
-        Must(HRESULT_FROM_WIN32(static_cast<DWORD>(
-            RegCreateKeyExW(HKEY_CURRENT_USER, Path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &mvarKey, nullptr))));
+        const LSTATUS made =
+            RegCreateKeyExW(HKEY_CURRENT_USER, Path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &mvarKey, nullptr);
+        Must(HRESULT_FROM_WIN32(static_cast<DWORD>(made)));
         RegOverridePredefKey(mvarRoot, mvarKey);
     }
     // One override at a time.
@@ -180,10 +181,12 @@ TEST_F(RegistrationTest, LeavesTheOtherBitnessItsTypeLibrary) {
     const String other = String(L"Software\\Classes\\TypeLib\\") + LibraryId + L"\\1.0\\0\\" +
                          (sizeof(void*) == 8 ? L"win32" : L"win64");
     HKEY key = nullptr;
-    ASSERT_EQ(RegCreateKeyW(root.Key(), other.c_str(), &key), ERROR_SUCCESS);
+    const bool made = RegCreateKeyW(root.Key(), other.c_str(), &key) == ERROR_SUCCESS;
+    ASSERT_TRUE(made);
     RegCloseKey(key);
     ASSERT_EQ(library.Unregister(), S_OK);
-    EXPECT_EQ(RegOpenKeyExW(root.Key(), other.c_str(), 0, KEY_READ, &key), ERROR_SUCCESS);
+    const bool kept = RegOpenKeyExW(root.Key(), other.c_str(), 0, KEY_READ, &key) == ERROR_SUCCESS;
+    EXPECT_TRUE(kept);
     RegCloseKey(key);
     const auto left = Below(root.Key(), L"Software\\Classes");
     EXPECT_EQ(left.size(), 3U) << "the library's name, FLAGS and HELPDIR";
