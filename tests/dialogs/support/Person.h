@@ -11,12 +11,15 @@ namespace kestrel::test {
 // What a person does; each action waits until the program had time to follow.
 class Person {
   public:
-    // Waits until the form with that caption is in front.
+    // Waits until the form with that caption is in front and takes keys.
     bool Sees(const wchar_t* caption) {
-        return Waits([&] {
+        const bool sees = Waits([&] {
             mvarForm = FindWindowW(L"#32770", caption);
-            return mvarForm != nullptr && IsWindowVisible(mvarForm) != FALSE && GetForegroundWindow() == mvarForm;
+            return mvarForm != nullptr && IsWindowVisible(mvarForm) != FALSE && GetForegroundWindow() == mvarForm &&
+                   HasFocus(mvarForm);
         });
+        Sleep(60); // the form finds its place in the loop that brings the keys
+        return sees;
     }
     // Waits until a message box with that text is in front.
     static bool SeesBox(const String& text) {
@@ -63,6 +66,13 @@ class Person {
     }
 
   private:
+    // Whether a control of the form has the keyboard; in front, it has none for a moment.
+    static bool HasFocus(HWND form) {
+        GUITHREADINFO state{};
+        state.cbSize = sizeof state;
+        return GetGUIThreadInfo(GetWindowThreadProcessId(form, nullptr), &state) != FALSE &&
+               IsChild(form, state.hwndFocus) != FALSE;
+    }
     static void Send(WORD key, DWORD flags) {
         INPUT input{};
         input.type = INPUT_KEYBOARD;
