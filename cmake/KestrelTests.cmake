@@ -1,5 +1,6 @@
 # GoogleTest from the system's own sources, and one ctest entry per test source: the test suites in a source are named
-# after it, so Xyz.cpp holds the suites that begin with Xyz.
+# after it, so Xyz.cpp holds the suites that begin with Xyz. One more entry per program fails when a suite is named
+# otherwise, because no entry would run it.
 
 macro(kestrel_add_googletest)
     if(EXISTS /usr/src/googletest/CMakeLists.txt)
@@ -20,8 +21,12 @@ function(kestrel_add_tests target)
     add_executable(${target} ${CMAKE_SOURCE_DIR}/tests/support/Main.cpp ${sources})
     target_link_libraries(${target} PRIVATE gtest kestrel_options ${ARG_LIBRARIES})
     target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    set(others -)
     foreach(source ${sources})
         get_filename_component(suite ${source} NAME_WE)
+        string(APPEND others ${suite}*:)
         add_test(NAME ${ARG_FOLDER}.${suite} COMMAND ${target} --gtest_filter=${suite}* --gtest_brief=1)
     endforeach()
+    add_test(NAME ${ARG_FOLDER}.NoOtherSuites COMMAND ${target} --gtest_filter=${others} --gtest_list_tests)
+    set_tests_properties(${ARG_FOLDER}.NoOtherSuites PROPERTIES PASS_REGULAR_EXPRESSION "no test matches")
 endfunction()

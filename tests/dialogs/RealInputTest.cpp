@@ -3,6 +3,7 @@
 
 #include "dialogs/support/DialogTest.h"
 #include "dialogs/support/Person.h"
+#include "support/Rules.h"
 
 namespace kestrel::test {
 
@@ -26,12 +27,6 @@ class RealInputTest : public DialogTest {
         rule->ShowDesigner();
         person.join();
     }
-    [[nodiscard]] Texts Names() const {
-        Texts names;
-        for (const auto& band : rule->Bands())
-            names.push_back(band->Name());
-        return names;
-    }
     Ref<CodeClass> rule;
 };
 
@@ -53,7 +48,7 @@ TEST_F(RealInputTest, TheMouseSelectsAndDragsBands) {
         Person::Button(MOUSEEVENTF_LEFTUP);
         EXPECT_TRUE(Person::Waits([&] { return !IsWindowVisible(person.Form().Control(ID_picMove)); }));
     });
-    EXPECT_EQ(Names(), (Texts{L"Letter", L"Prefix", L"Year", L"Region", L"Branch", L"Number"}));
+    EXPECT_EQ(BandsOf(*rule), L"Letter Prefix Year Region Branch Number");
 }
 
 TEST_F(RealInputTest, TheRightButtonOpensTheBandMenu) {
@@ -85,7 +80,7 @@ TEST_F(RealInputTest, KeysWorkTheStripAndItsMenu) {
         Person::Press(VK_ESCAPE); // the menu, not the dialog
         EXPECT_TRUE(Person::Waits([] { return FindWindowW(L"#32768", nullptr) == nullptr; }));
     });
-    EXPECT_EQ(Names(), (Texts{L"Prefix", L"Region", L"Branch", L"Year", L"Number", L"Letter"}));
+    EXPECT_EQ(BandsOf(*rule), L"Prefix Region Branch Year Number Letter");
 }
 
 TEST_F(RealInputTest, TypingTabsAndAccessKeys) {

@@ -36,23 +36,23 @@ class TxtEXPsTest : public DialogTest {
 
 } // namespace
 
-TEST(TxtEXPsDecisionTest, UpperCaseRaisesLettersOnly) {
+TEST(TxtEXPsTest_Decision, UpperCaseRaisesLettersOnly) {
     EXPECT_EQ(FilteredCharacter(L'a', true, false), L'A');
     EXPECT_EQ(FilteredCharacter(L'z', true, false), L'Z');
     EXPECT_EQ(FilteredCharacter(L'ä', true, false), L'ä');
     EXPECT_EQ(FilteredCharacter(L'a', false, false), L'a');
 }
 
-TEST(TxtEXPsDecisionTest, EnterIsAlwaysSwallowed) { EXPECT_EQ(FilteredCharacter(L'\r', false, false), 0); }
+TEST(TxtEXPsTest_Decision, EnterIsAlwaysSwallowed) { EXPECT_EQ(FilteredCharacter(L'\r', false, false), 0); }
 
-TEST(TxtEXPsDecisionTest, NumericOnlyLetsDigitsSeparatorsAndBackspaceThrough) {
+TEST(TxtEXPsTest_Decision, NumericOnlyLetsDigitsSeparatorsAndBackspaceThrough) {
     for (const wchar_t allowed : String(L"0123456789,.\b"))
         EXPECT_EQ(FilteredCharacter(allowed, false, true), allowed) << static_cast<int>(allowed);
     for (const wchar_t refused : String(L"-+aZ ()/"))
         EXPECT_EQ(FilteredCharacter(refused, false, true), 0) << static_cast<int>(refused);
 }
 
-TEST(TxtEXPsDecisionTest, KeysMoveBetweenFields) {
+TEST(TxtEXPsTest_Decision, KeysMoveBetweenFields) {
     EXPECT_EQ(MoveFor(VK_RETURN, L"12", 0, 2), FieldMove::Next);
     EXPECT_EQ(MoveFor(VK_RETURN, L"", 0, 0), FieldMove::Refuse);
     EXPECT_EQ(MoveFor(VK_RETURN, L"  ", 0, 0), FieldMove::Refuse);

@@ -1,0 +1,209 @@
+// The strip of bands in the designer: clicks, drags, scrolling, tips and keys.
+#include <utility>
+
+#include "dialogs/Cursor.h"
+#include "dialogs/support/DesignerTest.h"
+#include "support/Rules.h"
+
+namespace kestrel::test {
+
+namespace {
+
+class frmDesignersStripTest : public DesignerTest {
+  protected:
+    frmDesignersStripTest() = default;
+    ~frmDesignersStripTest() override { dialogs::UseCursorClip(mvarClip); }
+    static BOOL WINAPI RecordClip(const RECT* area) {
+        confined = area != nullptr;
+        return TRUE;
+    }
+    [[nodiscard]] HWND Strip() const { return screen->Control(ID_picBand); }
+    void Mouse(UINT message, int x) const {
+        const WPARAM keys = message == WM_MOUSEMOVE || message == WM_LBUTTONDOWN ? MK_LBUTTON : 0;
+        SendMessageW(Strip(), message, keys, MAKELPARAM(x, 10));
+    }
+    // Clicks on one box after the other until the band is selected; returns the middle of its box, or -1 when it is out
+    // of sight. The copy that a press lets float shows where a box is.
+    [[nodiscard]] int MiddleOf(int band) const {
+        RECT area{};
+        GetClientRect(Strip(), &area);
+        RECT box{};
+        for (int x = 0; x < area.right; x = box.right) {
+            Mouse(WM_LBUTTONDOWN, x);
+            GetWindowRect(screen->Control(ID_picMove), &box);
+            MapWindowPoints(nullptr, Strip(), reinterpret_cast<POINT*>(&box), 2);
+            SendMessageW(Strip(), WM_CAPTURECHANGED, 0, 0); // no drop
+            if (form->SelectedIndex() == band - 1) return (box.left + box.right) / 2;
+        }
+        return -1;
+    }
+    [[nodiscard]] bool Shown(int id) const { return IsWindowVisible(screen->Control(id)) != FALSE; }
+
+    static inline bool confined = false;
+
+  private:
+    dialogs::CursorClip mvarClip = dialogs::UseCursorClip(RecordClip);
+};
+
+} // namespace
+
+TEST_F(frmDesignersStripTest, AClickSelects) {
+    const int x = MiddleOf(ibBranch);
+    Mouse(WM_LBUTTONDOWN, MiddleOf(ibPrefix));
+    Mouse(WM_LBUTTONUP, MiddleOf(ibPrefix));
+    Mouse(WM_LBUTTONDOWN, x);
+    EXPECT_EQ(screen->Text(ID_txtName), L"Branch");
+    EXPECT_TRUE(confined);
+    EXPECT_TRUE(Shown(ID_picMove));
+    Mouse(WM_LBUTTONUP, x);
+    EXPECT_FALSE(confined);
+    EXPECT_FALSE(Shown(ID_picMove));
+    EXPECT_EQ(BandsOf(*rule), L"Prefix Year Region Branch Number Letter");
+    EXPECT_EQ(screen->Text(ID_lblStatus), L"") << "no complaint about a drag that was none";
+}
+
+TEST_F(frmDesignersStripTest, ADropMovesTheBandBeforeTheBoxUnderTheMouse) {
+    const int from = MiddleOf(ibLetter);
+    const int to = MiddleOf(ibYear);
+    Mouse(WM_LBUTTONDOWN, from);
+    Mouse(WM_MOUSEMOVE, to);
+    EXPECT_TRUE(Shown(ID_imgPos));
+    RECT marker{};
+    RECT strip{};
+    GetWindowRect(screen->Control(ID_imgPos), &marker);
+    GetWindowRect(Strip(), &strip);
+    EXPECT_LT(marker.right - strip.left, to) << "in the gap before the box";
+    Mouse(WM_LBUTTONUP, to);
+    EXPECT_EQ(BandsOf(*rule), L"Prefix Letter Year Region Branch Number");
+    EXPECT_FALSE(Shown(ID_imgPos));
+    EXPECT_FALSE(Shown(ID_picMove));
+    EXPECT_EQ(screen->Text(ID_txtName), L"Letter") << "the moved band stays selected";
+}
+
+TEST_F(frmDesignersStripTest, ADropPastTheLastBoxMovesTheBandToTheEnd) {
+    const int from = MiddleOf(ibPrefix);
+    RECT strip{};
+    GetClientRect(Strip(), &strip);
+    Mouse(WM_LBUTTONDOWN, from);
+    Mouse(WM_MOUSEMOVE, strip.right + 20);
+    Mouse(WM_LBUTTONUP, strip.right + 20);
+    EXPECT_EQ(BandsOf(*rule), L"Year Region Branch Number Letter Prefix");
+}
+
+TEST_F(frmDesignersStripTest, EscapeEndsADragWithoutEffect) {
+    const int from = MiddleOf(ibPrefix);
+    const int to = MiddleOf(ibBranch);
+    Mouse(WM_LBUTTONDOWN, from);
+    Mouse(WM_MOUSEMOVE, to);
+    screen->Key(ID_picBand, VK_ESCAPE);
+    EXPECT_FALSE(confined);
+    EXPECT_FALSE(form->IsHidden()) << "the dialog stays";
+    Mouse(WM_LBUTTONUP, to);
+    EXPECT_EQ(BandsOf(*rule).substr(0, 6), L"Prefix");
+}
+
+TEST_F(frmDesignersStripTest, ARuleThatChangesEndsADrag) {
+    Mouse(WM_LBUTTONDOWN, MiddleOf(ibPrefix));
+    rule->Remove(ibLetter);
+    EXPECT_FALSE(confined);
+    EXPECT_FALSE(Shown(ID_picMove));
+    Mouse(WM_LBUTTONUP, 5);
+    EXPECT_EQ(BandsOf(*rule), L"Prefix Year Region Branch Number");
+}
+
+TEST_F(frmDesignersStripTest, TheStripScrollsUnderADragAtItsEnds) {
+    for (int more = 1; more <= 10; ++more)
+        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
+    const auto bar = [this] {
+        SCROLLINFO info{};
+        info.cbSize = sizeof info;
+        info.fMask = SIF_POS | SIF_RANGE | SIF_PAGE;
+        GetScrollInfo(screen->Control(ID_picBkg), SB_HORZ, &info);
+        return info;
+    };
+    const auto offset = [&bar] { return bar().nPos; };
+    const auto largest = [&bar] { return bar().nMax + 1 - static_cast<int>(bar().nPage); };
+    // The strip moves by its timer while the hand rests; the display's own mouse may have a word meanwhile.
+    const auto holdsAt = [this](int x, const auto& condition) {
+        for (int turn = 0; turn < 1000 && !condition(); ++turn, Sleep(10)) {
+            Mouse(WM_MOUSEMOVE, x);
+            RunPendingMessages();
+        }
+        return condition();
+    };
+    screen->Key(ID_picBand, VK_HOME);
+    RECT strip{};
+    GetClientRect(Strip(), &strip);
+    Mouse(WM_LBUTTONDOWN, 20);
+    Mouse(WM_MOUSEMOVE, strip.right / 2);
+    Sleep(150);
+    RunPendingMessages();
+    EXPECT_EQ(offset(), 0) << "in the middle nothing moves";
+    EXPECT_GT(largest(), 400);
+    EXPECT_TRUE(holdsAt(strip.right - 5, [&] { return offset() > 400; }));
+    EXPECT_TRUE(Shown(ID_imgPos));
+    EXPECT_TRUE(Shown(ID_picMove));
+    EXPECT_TRUE(holdsAt(5, [&] { return offset() == 0; })) << "back to the beginning";
+    EXPECT_TRUE(holdsAt(strip.right - 5, [&] { return offset() == largest(); })) << "up to the end";
+    GetClientRect(Strip(), &strip);
+    Mouse(WM_LBUTTONUP, strip.right + 5);
+    EXPECT_EQ(rule->Band(rule->Count())->Name(), L"Prefix");
+    EXPECT_EQ(screen->Text(ID_txtName), L"Prefix");
+}
+
+TEST_F(frmDesignersStripTest, TheScrollBarAndTheWheelMoveTheStrip) {
+    for (int more = 1; more <= 10; ++more)
+        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
+    const HWND view = screen->Control(ID_picBkg);
+    const auto first = [this] { return MiddleOf(ibPrefix); };
+    screen->Key(ID_picBand, VK_HOME);
+    EXPECT_GT(first(), 0);
+    screen->Key(ID_picBand, VK_HOME);
+    SendMessageW(view, WM_HSCROLL, SB_RIGHT, 0);
+    EXPECT_LT(first(), 0) << "out of sight";
+    SendMessageW(view, WM_HSCROLL, SB_LEFT, 0);
+    SendMessageW(view, WM_HSCROLL, SB_PAGERIGHT, 0);
+    SendMessageW(view, WM_HSCROLL, SB_PAGELEFT, 0);
+    SendMessageW(view, WM_HSCROLL, SB_LINERIGHT, 0);
+    SendMessageW(view, WM_HSCROLL, SB_LINELEFT, 0);
+    EXPECT_GT(first(), 0);
+    screen->Key(ID_picBand, VK_HOME);
+    for (int turn = 0; turn < 30; ++turn)
+        SendMessageW(view, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
+    EXPECT_LT(first(), 0);
+}
+
+TEST_F(frmDesignersStripTest, ABoxThatIsCutOffIsReadInATip) {
+    const String name = L"The region that sells, or the one that has sold before";
+    rule->Add({.name = name, .style = bsFixed, .defaultValue = L"R"});
+    const auto tipAt = [this](int x) {
+        Mouse(WM_MOUSEMOVE, x);
+        return form->Tips().Text(Strip());
+    };
+    const int prefix = MiddleOf(ibPrefix);
+    EXPECT_EQ(tipAt(prefix), L"") << "nothing is cut off here";
+    screen->Key(ID_picBand, VK_END);
+    const int longOne = MiddleOf(rule->Count());
+    screen->Key(ID_picBand, VK_END);
+    EXPECT_EQ(tipAt(longOne), name + L"\r\nFixed\r\nR");
+    EXPECT_EQ(tipAt(longOne - 170), L"") << "its neighbour needs none";
+}
+
+TEST_F(frmDesignersStripTest, KeysSelectAndRemove) {
+    screen->Focus(ID_picBand);
+    screen->Key(ID_picBand, VK_RIGHT);
+    EXPECT_EQ(screen->Text(ID_txtName), L"Year");
+    screen->Key(ID_picBand, VK_END);
+    EXPECT_EQ(screen->Text(ID_txtName), L"Letter");
+    screen->Key(ID_picBand, VK_RIGHT);
+    EXPECT_EQ(screen->Text(ID_txtName), L"Letter");
+    screen->Key(ID_picBand, VK_DELETE);
+    EXPECT_EQ(rule->Count(), 5);
+    screen->Key(ID_picBand, VK_HOME);
+    EXPECT_EQ(screen->Text(ID_txtName), L"Prefix");
+    rule->SetAllowDropBand(false);
+    screen->Key(ID_picBand, VK_DELETE);
+    EXPECT_EQ(rule->Count(), 5);
+}
+
+} // namespace kestrel::test
