@@ -5,6 +5,8 @@
 #include <deque>
 #include <optional>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 #include "hosts/ledger/db/Handle.h"
 
@@ -31,6 +33,15 @@ class Statement {
     // Nothing for null.
     [[nodiscard]] std::optional<std::int64_t> NumberIfAny(SQLUSMALLINT column) const;
     void Close() noexcept;
+    // Executes, and returns what the function makes of each row, in the order of the rows.
+    template <class Read>
+    [[nodiscard]] auto Rows(Read read) {
+        std::vector<std::invoke_result_t<Read, const Statement&>> rows;
+        Execute();
+        while (Fetch())
+            rows.push_back(read(*this));
+        return rows;
+    }
 
   private:
     struct Parameter {

@@ -91,16 +91,11 @@ void Codes::RemoveAllNumbers() {
 }
 
 std::vector<std::pair<std::wstring, NumberHeld>> Codes::AllNumbers() {
-    Statement& rows = mvarDatabase.Prepare(L"SELECT code, band, series, number FROM kestrel_numbers WHERE rule_id = ?");
-    rows.Set(mvarRuleId).Execute();
-    std::vector<std::pair<std::wstring, NumberHeld>> numbers;
-    while (rows.Fetch()) {
-        std::wstring code = rows.Text(1);
-        std::wstring band = rows.Text(2);
-        std::wstring series = rows.Text(3);
-        numbers.emplace_back(std::move(code), NumberHeld{std::move(band), std::move(series), rows.Number(4)});
-    }
-    return numbers;
+    return mvarDatabase.Prepare(L"SELECT code, band, series, number FROM kestrel_numbers WHERE rule_id = ?")
+        .Set(mvarRuleId)
+        .Rows([](const Statement& row) {
+            return std::pair<std::wstring, NumberHeld>{row.Text(1), {row.Text(2), row.Text(3), row.Number(4)}};
+        });
 }
 
 std::optional<StoredCode> Codes::Find(const std::wstring& code) {
@@ -151,15 +146,15 @@ std::int64_t Codes::Count() {
 }
 
 std::vector<std::wstring> Codes::Uncounted(std::size_t bands) {
-    Statement& rows = mvarDatabase.Prepare(
-        L"SELECT c.code FROM kestrel_codes c LEFT JOIN (SELECT code, COUNT(*) AS held FROM kestrel_numbers WHERE "
-        L"rule_id = ? GROUP BY code) n ON n.code = c.code WHERE c.rule_id = ? AND COALESCE(n.held, 0) < ? "
-        L"ORDER BY c.code");
-    rows.Set(mvarRuleId).Set(mvarRuleId).Set(static_cast<std::int64_t>(bands)).Execute();
-    std::vector<std::wstring> codes;
-    while (rows.Fetch())
-        codes.push_back(rows.Text(1));
-    return codes;
+    return mvarDatabase
+        .Prepare(
+            L"SELECT c.code FROM kestrel_codes c LEFT JOIN (SELECT code, COUNT(*) AS held FROM kestrel_numbers WHERE "
+            L"rule_id = ? GROUP BY code) n ON n.code = c.code WHERE c.rule_id = ? AND COALESCE(n.held, 0) < ? "
+            L"ORDER BY c.code")
+        .Set(mvarRuleId)
+        .Set(mvarRuleId)
+        .Set(static_cast<std::int64_t>(bands))
+        .Rows([](const Statement& row) { return row.Text(1); });
 }
 
 void Codes::ForEach(const std::function<void(const std::wstring& code)>& visit) {
@@ -170,12 +165,9 @@ void Codes::ForEach(const std::function<void(const std::wstring& code)>& visit) 
 }
 
 std::vector<std::int64_t> RulesOfCode(Database& database, const std::wstring& code) {
-    Statement& rows = database.Prepare(L"SELECT rule_id FROM kestrel_codes WHERE code = ?");
-    rows.Set(code).Execute();
-    std::vector<std::int64_t> ids;
-    while (rows.Fetch())
-        ids.push_back(rows.Number(1));
-    return ids;
+    return database.Prepare(L"SELECT rule_id FROM kestrel_codes WHERE code = ?")
+        .Set(code)
+        .Rows([](const Statement& row) { return row.Number(1); });
 }
 
 } // namespace ledger

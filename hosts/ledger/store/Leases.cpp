@@ -92,24 +92,14 @@ void Leases::Close(const Lease& lease, std::int64_t next) {
 }
 
 std::vector<Lease> Leases::All() {
-    Statement& rows = mvarDatabase.Prepare(
-        L"SELECT band, series, first_number, last_number, granted_to, owner, taken_at, state FROM kestrel_leases "
-        L"WHERE rule_id = ? ORDER BY band, series, first_number");
-    rows.Set(mvarRuleId).Execute();
-    std::vector<Lease> leases;
-    while (rows.Fetch()) {
-        Lease lease;
-        lease.band = rows.Text(1);
-        lease.series = rows.Text(2);
-        lease.first = rows.Number(3);
-        lease.last = rows.Number(4);
-        lease.grantedTo = rows.Number(5);
-        lease.owner = rows.Text(6);
-        lease.takenAt = rows.Text(7);
-        lease.open = rows.Text(8) == L"open";
-        leases.push_back(std::move(lease));
-    }
-    return leases;
+    return mvarDatabase
+        .Prepare(L"SELECT band, series, first_number, last_number, granted_to, owner, taken_at, state FROM "
+                 L"kestrel_leases WHERE rule_id = ? ORDER BY band, series, first_number")
+        .Set(mvarRuleId)
+        .Rows([](const Statement& row) {
+            return Lease{row.Text(1),   row.Text(2), row.Number(3), row.Number(4),
+                         row.Number(5), row.Text(6), row.Text(7),   row.Text(8) == L"open"};
+        });
 }
 
 void Leases::RemoveAll() {

@@ -29,12 +29,8 @@ std::optional<Policy> PolicyOf(const std::wstring& name) {
 }
 
 std::vector<StoredRule> Rules::All() {
-    Statement& rows = mvarDatabase.Prepare(std::wstring(L"SELECT ") + Columns + L" FROM kestrel_rules ORDER BY name");
-    rows.Execute();
-    std::vector<StoredRule> rules;
-    while (rows.Fetch())
-        rules.push_back(ReadRow(rows));
-    return rules;
+    return mvarDatabase.Prepare(std::wstring(L"SELECT ") + Columns + L" FROM kestrel_rules ORDER BY name")
+        .Rows(ReadRow);
 }
 
 std::optional<StoredRule> Rules::Find(const std::wstring& name) {

@@ -3,53 +3,35 @@
 namespace ledger {
 
 std::vector<Series> AllSeries(Database& database, std::int64_t ruleId) {
-    Statement& rows = database.Prepare(
-        L"SELECT band, series, COUNT(*), MIN(number), MAX(number) FROM kestrel_numbers WHERE rule_id = ? "
-        L"GROUP BY band, series ORDER BY band, series");
-    rows.Set(ruleId).Execute();
-    std::vector<Series> all;
-    while (rows.Fetch()) {
-        Series series;
-        series.band = rows.Text(1);
-        series.series = rows.Text(2);
-        series.count = rows.Number(3);
-        series.first = rows.Number(4);
-        series.last = rows.Number(5);
-        all.push_back(std::move(series));
-    }
-    return all;
+    return database
+        .Prepare(L"SELECT band, series, COUNT(*), MIN(number), MAX(number) FROM kestrel_numbers WHERE rule_id = ? "
+                 L"GROUP BY band, series ORDER BY band, series")
+        .Set(ruleId)
+        .Rows([](const Statement& row) {
+            return Series{row.Text(1), row.Text(2), row.Number(3), row.Number(4), row.Number(5)};
+        });
 }
 
 std::vector<Gap> AllGaps(Database& database, std::int64_t ruleId) {
-    Statement& rows = database.Prepare(
-        L"SELECT band, series, before_it + 1, number - 1 FROM (SELECT band, series, number, LAG(number) OVER "
-        L"(PARTITION BY band, series ORDER BY number) AS before_it FROM kestrel_numbers WHERE rule_id = ?) pairs "
-        L"WHERE number - before_it > 1 ORDER BY band, series, number");
-    rows.Set(ruleId).Execute();
-    std::vector<Gap> gaps;
-    while (rows.Fetch()) {
-        Gap gap;
-        gap.band = rows.Text(1);
-        gap.series = rows.Text(2);
-        gap.first = rows.Number(3);
-        gap.last = rows.Number(4);
-        gaps.push_back(std::move(gap));
-    }
-    return gaps;
+    return database
+        .Prepare(
+            L"SELECT band, series, before_it + 1, number - 1 FROM (SELECT band, series, number, LAG(number) OVER "
+            L"(PARTITION BY band, series ORDER BY number) AS before_it FROM kestrel_numbers WHERE rule_id = ?) pairs "
+            L"WHERE number - before_it > 1 ORDER BY band, series, number")
+        .Set(ruleId)
+        .Rows([](const Statement& row) {
+            return Gap{row.Text(1), row.Text(2), row.Number(3), row.Number(4)};
+        });
 }
 
 std::vector<Alike> AllAlike(Database& database, std::int64_t ruleId) {
-    Statement& rows = database.Prepare(L"SELECT UPPER(code), COUNT(*) FROM kestrel_codes WHERE rule_id = ? "
-                                       L"GROUP BY UPPER(code) HAVING COUNT(*) > 1 ORDER BY UPPER(code)");
-    rows.Set(ruleId).Execute();
-    std::vector<Alike> alike;
-    while (rows.Fetch()) {
-        Alike group;
-        group.code = rows.Text(1);
-        group.count = rows.Number(2);
-        alike.push_back(std::move(group));
-    }
-    return alike;
+    return database
+        .Prepare(L"SELECT UPPER(code), COUNT(*) FROM kestrel_codes WHERE rule_id = ? "
+                 L"GROUP BY UPPER(code) HAVING COUNT(*) > 1 ORDER BY UPPER(code)")
+        .Set(ruleId)
+        .Rows([](const Statement& row) {
+            return Alike{row.Text(1), row.Number(2)};
+        });
 }
 
 } // namespace ledger
