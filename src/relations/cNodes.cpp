@@ -227,6 +227,7 @@ std::int32_t cNodes::CountDescendants(const cNode& node) const {
 String cNodes::ExportNodes() const {
     const auto number = [](const cNode& node) { return StringView(node.Key()).substr(1); };
     String text = ToText(mvarKeyCounter);
+    text.reserve(text.size() + ExpectedLength());
     for (std::int32_t position = 1; position <= Count(); ++position) {
         const cNode& node = *mvarNodes[position];
         text += L';';
@@ -239,6 +240,20 @@ String cNodes::ExportNodes() const {
         text += node.Tag();
     }
     return text;
+}
+
+// About the length of all records, from some of them all over the list: a pass over all nodes for the exact one would
+// cost a large tree more than it saves.
+std::size_t cNodes::ExpectedLength() const {
+    constexpr std::int32_t sample = 64;
+    const auto step = std::max(1, Count() / sample);
+    std::size_t length = 0;
+    for (std::int32_t position = step; position <= Count(); position += step) {
+        const cNode& node = *mvarNodes[position];
+        const std::size_t parent = node.Parent() ? node.Parent()->Key().size() : 0;
+        length += std::size_t{4} + parent + node.Key().size() + node.Text().size() + node.Tag().size();
+    }
+    return length * static_cast<std::size_t>(step);
 }
 
 void cNodes::ImportNodes(const String& text) {

@@ -88,6 +88,7 @@ class cNodes final : public Exposed {
     [[nodiscard]] Ref<cNode> AnchorBeside(const IndexKey& relative, const cNode& node) const;
     [[nodiscard]] bool StandsAt(const cNode& node, std::int32_t position) const;
     [[nodiscard]] std::vector<bool> MarkSubtree(const cNode& root) const;
+    [[nodiscard]] std::size_t ExpectedLength() const;
     void ImportRecord(StringView record);
 
     KeyedCollection<Ref<cNode>> mvarNodes;
