@@ -1,7 +1,10 @@
 #include "hosts/ledger/db/ConnectionString.h"
 
+#include <algorithm>
 #include <array>
+#include <cwctype>
 #include <filesystem>
+#include <string_view>
 
 #include "hosts/common/Utf8.h"
 #include "hosts/ledger/db/Handle.h"
@@ -14,6 +17,16 @@ namespace {
 // reported: a code that was printed is not lost with the power. Whoever finds the file locked waits up to two seconds
 // inside the driver before the transaction is tried again as a whole.
 constexpr const wchar_t* EmbeddedSettings = L";JournalMode=WAL;SyncPragma=FULL;Timeout=2000;";
+
+// The PostgreSQL driver sets a savepoint before every statement, two more ways to the server each, so that one that
+// fails undoes itself alone. Here a failure undoes its whole transaction anyway.
+constexpr const wchar_t* WithoutSavepoints = L"Protocol=7.4-1";
+
+// Names in connection strings are the same whatever their letter case.
+bool Names(std::wstring_view text, std::wstring_view name) {
+    const auto same = [](wchar_t left, wchar_t right) { return std::towlower(left) == std::towlower(right); };
+    return !std::ranges::search(text, name, same).empty();
+}
 
 std::wstring EmbeddedDriver() {
     const Handle environment(SQL_HANDLE_ENV, SQL_NULL_HANDLE);
@@ -59,7 +72,10 @@ std::filesystem::path ExistingPlace(const std::wstring& database) {
 } // namespace
 
 std::wstring ConnectionStringFor(const std::wstring& database) {
-    if (database.find(L'=') != std::wstring::npos) return database;
+    if (database.find(L'=') != std::wstring::npos)
+        return Names(database, L"PostgreSQL") && !Names(database, L"Protocol=")
+                   ? database + (database.ends_with(L';') ? L"" : L";") + WithoutSavepoints
+                   : database;
     return L"Driver={" + EmbeddedDriver() + L"};Database=" + DriversPath(ExistingPlace(database)) + EmbeddedSettings;
 }
 
