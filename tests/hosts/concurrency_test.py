@@ -136,7 +136,32 @@ class ConcurrencyCase(unittest.TestCase):
         self.assertEqual(len(self.assert_nothing_lost(policy)), before + CODES)
 
 
+    def change_while_issuing(self, policy):
+        """Who issues by a definition that is no more is stopped, and what it printed stays."""
+        self.prepare(policy, MORE_THAN_IS_DONE)
+        program = self.start()
+        self.wait_for_work(program)
+        (self.folder / "rule.rule").write_bytes(rules.numbered(dash="/").encode())
+        result = run("kledger", "--database", self.database.name, "--patience", "120", "rule", "import",
+                     path(self.folder / "rule.rule"))
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(program.wait(), 1)
+        self.assertEqual(program.error.read_text(encoding="utf-8").splitlines()[-1],
+                         'kledger: rule "rule" was changed meanwhile; start again')
+        self.assertEqual(set(program.printed()) - set(self.stored()), set(), "a code was printed and is not stored")
+        before = len(self.stored())
+        (self.folder / "records.csv").write_text("Year\n" + "2024\n" * CODES)
+        self.assert_all_done([self.start()])
+        self.assertEqual(len(self.stored()), before + CODES)
+
+
 class ConcurrencyTests:
+    def test_gapless_programs_stop_when_their_rule_changes(self):
+        self.change_while_issuing("gapless")
+
+    def test_fast_programs_stop_when_their_rule_changes(self):
+        self.change_while_issuing("fast")
+
     def test_gapless_programs_at_once(self):
         self.issue_at_once("gapless")
 

@@ -38,13 +38,13 @@ std::wstring GaplessIssuer::IssueOne(const Request& request) {
     const std::wstring ticket = NewTicket();
     NewCode tried; // by the attempt before
     return InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, [&] {
-        rules.Enter(mvarWorkplace.rule);
+        if (mvarWorkplace.database.HasOneWriter()) rules.Enter(mvarWorkplace.rule);
         if (WasStored(tried)) return tried.code;
         NewCode next = MakeNext(request);
         next.ticket = ticket;
         RefuseRepeated(next, tried);
         tried = next;
-        mvarCodes.Add({&next, 1}, L"issued");
+        if (!mvarCodes.AddIssued(next, mvarWorkplace.rule.revision)) Rules::RefuseChanged(mvarWorkplace.rule);
         return next.code;
     });
 }

@@ -11,6 +11,8 @@ namespace {
 // Rows that one INSERT stores: few enough for every engine's limit of parameters, enough to make the way there cheap.
 constexpr std::size_t RowsAtOnce = 50;
 
+const wchar_t* const CodeColumns = L"kestrel_codes (rule_id, code, state, ticket, stored_at, fields, reason)";
+
 std::wstring InsertText(const std::wstring& into, const std::wstring& row, std::size_t rows) {
     std::wstring text = L"INSERT INTO " + into + L" VALUES " + row;
     for (std::size_t more = 1; more < rows; ++more)
@@ -61,9 +63,7 @@ std::wstring NowText() {
 
 void Codes::AddRows(std::span<const NewCode> codes, const std::wstring& state, const std::wstring& now) {
     InPieces(codes, [&](std::span<const NewCode> piece) {
-        Statement& insert =
-            mvarDatabase.Prepare(InsertText(L"kestrel_codes (rule_id, code, state, ticket, stored_at, fields, reason)",
-                                            L"(?, ?, ?, ?, ?, ?, '')", piece.size()));
+        Statement& insert = mvarDatabase.Prepare(InsertText(CodeColumns, L"(?, ?, ?, ?, ?, ?, '')", piece.size()));
         for (const NewCode& code : piece)
             insert.Set(mvarRuleId).Set(code.code).Set(state).Set(code.ticket).Set(now).Set(code.fields);
         insert.Execute();
@@ -77,6 +77,16 @@ void Codes::Add(std::span<const NewCode> codes, const std::wstring& state) {
         for (const NumberHeld& number : code.numbers)
             rows.push_back({&number, &code.code});
     AddNumberRows(mvarDatabase, mvarRuleId, rows);
+}
+
+bool Codes::AddIssued(const NewCode& code, std::int64_t revision) {
+    Statement& insert =
+        mvarDatabase.Prepare(std::wstring(L"INSERT INTO ") + CodeColumns +
+                             L" SELECT id, ?, 'issued', ?, ?, ?, '' FROM kestrel_rules WHERE id = ? AND revision = ?");
+    insert.Set(code.code).Set(code.ticket).Set(NowText()).Set(code.fields).Set(mvarRuleId).Set(revision).Execute();
+    if (insert.Changed() != 1) return false;
+    AddNumbers(code.code, code.numbers);
+    return true;
 }
 
 void Codes::AddNumbers(const std::wstring& code, std::span<const NumberHeld> numbers) {

@@ -53,6 +53,9 @@ class Codes {
 
     // Fails with Fault::UniqueKey when a code or one of its numbers is taken.
     void Add(std::span<const NewCode> codes, const std::wstring& state);
+    // Adds an issued code as Add does, if the rule still has that revision; false, and nothing is added, if not. The
+    // check goes with the code, without a way of its own to the server.
+    [[nodiscard]] bool AddIssued(const NewCode& code, std::int64_t revision);
     void AddNumbers(const std::wstring& code, std::span<const NumberHeld> numbers);
     void RemoveAllNumbers();
     // Each number with its code.

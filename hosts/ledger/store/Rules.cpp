@@ -81,7 +81,11 @@ void Rules::Enter(const StoredRule& rule) {
         row.Set(rule.id).Set(rule.revision).Execute();
         unchanged = row.Fetch();
     }
-    if (!unchanged) throw hosts::HostError(L"rule \"" + rule.name + L"\" was changed meanwhile; start again");
+    if (!unchanged) RefuseChanged(rule);
+}
+
+void Rules::RefuseChanged(const StoredRule& rule) {
+    throw hosts::HostError(L"rule \"" + rule.name + L"\" was changed meanwhile; start again");
 }
 
 } // namespace ledger

@@ -42,6 +42,8 @@ class Rules {
     // To be called first in a transaction that stores something made by the rule: fails with HostError when the rule
     // was changed since it was read. Where only one transaction at a time can write, the right to write is taken too.
     void Enter(const StoredRule& rule);
+    // Fails with the HostError of a rule that was changed.
+    [[noreturn]] static void RefuseChanged(const StoredRule& rule);
 
   private:
     Database& mvarDatabase;
