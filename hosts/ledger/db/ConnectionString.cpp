@@ -25,7 +25,7 @@ constexpr const wchar_t* WithoutSavepoints = L"Protocol=7.4-1";
 // Names in connection strings are the same whatever their letter case.
 bool Names(std::wstring_view text, std::wstring_view name) {
     const auto same = [](wchar_t left, wchar_t right) { return std::towlower(left) == std::towlower(right); };
-    return !std::ranges::search(text, name, same).empty();
+    return std::search(text.begin(), text.end(), name.begin(), name.end(), same) != text.end();
 }
 
 std::wstring EmbeddedDriver() {
