@@ -141,6 +141,14 @@ std::optional<LRESULT> BandStrip::ViewMessage(UINT message, WPARAM wParam, LPARA
     switch (message) {
     case WM_HSCROLL: ScrollTo(ScrollTarget(LOWORD(wParam))); return 0;
     case WM_MOUSEWHEEL: ScrollTo(mvarOffset - GET_WHEEL_DELTA_WPARAM(wParam) * wheelStep / WHEEL_DELTA); return 0;
+    case WM_RBUTTONDOWN: { // beside the boxes
+        POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+        const int x = place.x - Margin();
+        ClientToScreen(picBkg.Window(), &place);
+        MouseDownRight(x, place);
+        return 0;
+    }
+    case WM_RBUTTONUP: return 0;                                                        // the menu came with the press
     case WM_NCHITTEST: return DefWindowProcW(picBkg.Window(), message, wParam, lParam); // the scroll bar can be used
     case WM_COMMAND:                                                                    // of the button
         return SendMessageW(mvarForm.Window(), message, wParam, lParam);

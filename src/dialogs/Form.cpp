@@ -103,6 +103,7 @@ std::optional<LRESULT> Form::Dispatch(UINT message, WPARAM wParam, LPARAM lParam
     case WM_NCDESTROY:
         mvarWindow = nullptr;
         mvarHidden = true;
+        PostMessageW(nullptr, WM_NULL, 0, 0); // wakes the loop, which has no window left to wait for
         return std::nullopt;
     default: return Handle(message, wParam, lParam);
     }
@@ -111,6 +112,7 @@ std::optional<LRESULT> Form::Dispatch(UINT message, WPARAM wParam, LPARAM lParam
 std::optional<LRESULT> Form::Handle(UINT, WPARAM, LPARAM) { return std::nullopt; }
 
 void Form::Command(int id, int notification) {
+    if (mvarHidden && notification == BN_CLICKED) return; // clicked before the form closed, and handled after
     const auto found = mvarHandlers.find({id, notification});
     if (found != mvarHandlers.end())
         Run(Handler(found->second)); // its own copy, whatever the step does to the form

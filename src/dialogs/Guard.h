@@ -30,4 +30,18 @@ std::optional<Error> Trapped(Body body) {
     }
 }
 
+// A flag that is set while the scope lasts and then as it was before.
+class RaisedFlag {
+  public:
+    explicit RaisedFlag(bool& flag) noexcept : mvarFlag(flag), mvarBefore(std::exchange(flag, true)) {}
+    // Put back once.
+    RaisedFlag(const RaisedFlag&) = delete;
+    RaisedFlag& operator=(const RaisedFlag&) = delete;
+    ~RaisedFlag() { mvarFlag = mvarBefore; }
+
+  private:
+    bool& mvarFlag;
+    bool mvarBefore;
+};
+
 } // namespace kestrel::dialogs

@@ -1,6 +1,9 @@
 #include "dialogs/ModalOwner.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "dialogs/Guard.h"
 
 namespace kestrel::dialogs {
 
@@ -27,6 +30,29 @@ void Centre(HWND form, HWND owner) noexcept {
     SetWindowPos(form, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+struct Search {
+    HWND form;
+    std::vector<HWND> found;
+};
+
+BOOL CALLBACK Collect(HWND window, LPARAM search) noexcept {
+    return Guarded(FALSE, [=] {
+        auto& [form, found] = *reinterpret_cast<Search*>(search);
+        const bool usable = IsWindowVisible(window) != FALSE && IsWindowEnabled(window) != FALSE;
+        if (usable && window != form) found.push_back(window);
+        return TRUE;
+    });
+}
+
+// Those that the user could work in beside the form; its owner may be another thread's.
+std::vector<HWND> OtherWindows(HWND form) {
+    Search search{form, {}};
+    const HWND owner = GetWindow(form, GW_OWNER);
+    if (owner != nullptr && IsWindowEnabled(owner) != FALSE) search.found.push_back(owner);
+    EnumThreadWindows(GetCurrentThreadId(), Collect, reinterpret_cast<LPARAM>(&search));
+    return std::move(search.found);
+}
+
 } // namespace
 
 HWND ThreadsActiveWindow() noexcept {
@@ -35,12 +61,10 @@ HWND ThreadsActiveWindow() noexcept {
     return active != nullptr ? GetAncestor(active, GA_ROOT) : nullptr;
 }
 
-ModalOwner::ModalOwner(HWND form) noexcept : mvarOwner(GetWindow(form, GW_OWNER)) {
-    if (mvarOwner != nullptr && IsWindowEnabled(mvarOwner) != FALSE) {
-        EnableWindow(mvarOwner, FALSE);
-        mvarDisabled = true;
-    }
-    Centre(form, mvarOwner);
+ModalOwner::ModalOwner(HWND form) : mvarDisabled(OtherWindows(form)) {
+    for (const HWND window : mvarDisabled)
+        EnableWindow(window, FALSE);
+    Centre(form, GetWindow(form, GW_OWNER));
     ShowWindow(form, SW_SHOW);
     SetForegroundWindow(form);
     const HWND focus = GetFocus();
@@ -51,8 +75,9 @@ ModalOwner::ModalOwner(HWND form) noexcept : mvarOwner(GetWindow(form, GW_OWNER)
 }
 
 void ModalOwner::Enable() noexcept {
-    if (mvarDisabled && IsWindow(mvarOwner) != FALSE) EnableWindow(mvarOwner, TRUE);
-    mvarDisabled = false;
+    for (const HWND window : mvarDisabled)
+        if (IsWindow(window) != FALSE) EnableWindow(window, TRUE);
+    mvarDisabled.clear();
 }
 
 } // namespace kestrel::dialogs

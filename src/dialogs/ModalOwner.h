@@ -1,7 +1,10 @@
-// The window that a modal form stands over: disabled while the form is shown, so that only the form can be used.
+// The windows that a modal form stands over: the thread's own are disabled while the form is shown, so that only the
+// form can be used.
 #pragma once
 
 #include <windows.h>
+
+#include <vector>
 
 namespace kestrel::dialogs {
 
@@ -10,8 +13,9 @@ namespace kestrel::dialogs {
 
 class ModalOwner {
   public:
-    // Disables the form's owner, places the form over it and shows it with the focus on its first control.
-    explicit ModalOwner(HWND form) noexcept;
+    // Disables the form's owner and every other window of the thread that can be seen, places the form over its owner
+    // and shows it with the focus on its first control.
+    explicit ModalOwner(HWND form);
     // Enabled again once.
     ModalOwner(const ModalOwner&) = delete;
     ModalOwner& operator=(const ModalOwner&) = delete;
@@ -20,8 +24,7 @@ class ModalOwner {
     void Enable() noexcept;
 
   private:
-    HWND mvarOwner;
-    bool mvarDisabled = false;
+    std::vector<HWND> mvarDisabled;
 };
 
 } // namespace kestrel::dialogs

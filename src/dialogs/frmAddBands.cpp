@@ -64,7 +64,7 @@ void frmAddBands::ShowNewBand(const String& relativeName, int position) {
 void frmAddBands::LoadTemplate() {
     const auto rule = cCode.Lock();
     if (!rule) return;
-    mvarLoading = true;
+    const RaisedFlag loading(mvarLoading);
     ClearFields();
     LoadCombos(*rule);
     txtDefault.SetText(mvarTemplate->Default());
@@ -72,7 +72,6 @@ void frmAddBands::LoadTemplate() {
     txtLength.SetText(ToText(mvarTemplate->Length()));
     EnableControls();
     ShowHint();
-    mvarLoading = false;
 }
 
 void frmAddBands::ClearFields() {

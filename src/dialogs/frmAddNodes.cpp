@@ -4,6 +4,7 @@
 #include <array>
 
 #include "common/Ports.h"
+#include "dialogs/Guard.h"
 #include "dialogs/MenuRules.h"
 #include "dialogs/Texts.h"
 #include "resources/dialogids.h"
@@ -98,23 +99,26 @@ void frmAddNodes::optStyle_Click() {
 }
 
 void frmAddNodes::cmdOK_Click() {
+    if (mvarApplying) return; // clicked twice
     const String code = Trim(txtCode.Text());
     const String value = Trim(txtValue.Text());
     if (code.empty()) throw Missing(Message::CaptionCode);
     if (value.empty()) throw Missing(Message::CaptionValue);
+    const RaisedFlag applying(mvarApplying);
     Apply(code, value);
     LetPendingMessagesRun();
     Hide();
 }
 
 void frmAddNodes::Apply(const String& code, const String& value) {
+    const auto tree = mvarBand->Index() > 0 ? mvarBand->Relations() : nullptr;
+    // The band, its conversion or the node has gone meanwhile.
+    if (!tree || (HasRelative() && mvarRelative->Index() > tree->Count())) throw Error(Message::InvalidParameter);
     if (mvarModify) {
         mvarRelative->SetText(code);
         mvarRelative->SetTag(value);
         return;
     }
-    const auto tree = mvarBand->Relations();
-    if (!tree) throw Error(Message::InvalidParameter); // the band has lost its conversion meanwhile
     const IndexKey relative = HasRelative() ? IndexKey(mvarRelative->Index()) : IndexKey();
     tree->Add(relative, HasRelative() ? RelationshipOf(optStyle.Chosen()) : static_cast<int>(tvwFirst), code, value);
 }

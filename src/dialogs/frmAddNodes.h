@@ -42,6 +42,7 @@ class frmAddNodes final : public Form {
     Ref<Band> mvarBand;
     Ref<cNode> mvarRelative;
     bool mvarModify = false;
+    bool mvarApplying = false;
     TxtEXPs mvarCodeEditor;
     TxtEXPs mvarValueEditor;
     TextBox txtCode;

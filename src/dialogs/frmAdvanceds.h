@@ -19,6 +19,8 @@ class frmAdvanceds final : public Form {
 
   protected:
     void Form_Load() override;
+    // The box that was clicked shows the rule's setting again.
+    void Refused(const Error&) override { ShowDetail(); }
     [[nodiscard]] bool HasEnded() const noexcept override { return !cCode.Lock(); }
 
   private:

@@ -100,12 +100,18 @@ void frmDesigners::Form_Resize() {
     lstTracks.FitColumn();
 }
 
+// The line is short; whatever it cuts off is read in its tip.
 void frmDesigners::Refused(const Error& error) {
     String description = error.Description();
     std::replace_if(
         description.begin(), description.end(), [](wchar_t each) { return each == L'\r' || each == L'\n'; }, L' ');
     lblStatus.SetText(description);
     Tips().Set(lblStatus.Window(), error.Description());
+}
+
+void frmDesigners::ClearStatus() {
+    lblStatus.SetText({});
+    Tips().Set(lblStatus.Window(), {});
 }
 
 std::optional<LRESULT> frmDesigners::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -154,7 +160,8 @@ void frmDesigners::cCode_BandsChanged() {
 
 void frmDesigners::cCode_FieldsChanged() {
     Guarded(0, [this] {
-        LoadProperties();
+        const auto band = SelectedBand();
+        if (band && Window() != nullptr) ShowBound(*band);
         return 0;
     });
 }

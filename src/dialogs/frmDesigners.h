@@ -44,7 +44,7 @@ class frmDesigners final : public Form {
     void cCode_BandsChanged();
     void cCode_FieldsChanged();
     void cmdClose_Click();
-    void ClearStatus() const { lblStatus.SetText({}); }
+    void ClearStatus();
 
     // --- The strip and the band menu (frmDesignersBands.cpp) ---
     [[nodiscard]] BandStrip::Actions StripActions();
@@ -61,6 +61,7 @@ class frmDesigners final : public Form {
     void ConnectPanel();
     void LoadProperties();
     void ShowProperties(Band& band, const CodeClass& code);
+    void ShowBound(const Band& band);
     void ShowTracks(Band& band, const CodeClass& code);
     void ClearProperties();
     void EnableProperties(Band* band);

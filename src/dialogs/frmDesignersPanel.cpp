@@ -100,14 +100,18 @@ void frmDesigners::LoadProperties() {
     const auto code = cCode.Lock();
     if (!code || Window() == nullptr) return;
     const FrozenDrawing frozen(Window());
-    const bool outermost = !std::exchange(mvarLoading, true);
+    const RaisedFlag loading(mvarLoading);
     const auto band = SelectedBand();
     if (band)
         ShowProperties(*band, *code);
     else
         ClearProperties();
     EnableProperties(band.Get());
-    if (outermost) mvarLoading = false;
+}
+
+void frmDesigners::ShowBound(const Band& band) {
+    cboBound.SetRows(BoundRows(band));
+    cboBound.SetListIndex(BoundRow(band));
 }
 
 void frmDesigners::ShowProperties(Band& band, const CodeClass& code) {
@@ -117,8 +121,7 @@ void frmDesigners::ShowProperties(Band& band, const CodeClass& code) {
     txtDefault.SetText(band.Default());
     txtFormat.SetText(band.Formate());
     txtLength.SetText(ToText(band.Length()));
-    cboBound.SetRows(BoundRows(band));
-    cboBound.SetListIndex(BoundRow(band));
+    ShowBound(band);
     cboIncrMode.SetRows(IncrRows());
     cboIncrMode.SetListIndex(band.IncrMode());
     txtRange[0].SetText(band.InitStart());
@@ -209,7 +212,8 @@ void frmDesigners::vscRange_Change(int index, int step) {
     const PropertyId property = index == 0 ? idInitStart : idInitEnd;
     const auto band = SelectedBand();
     if (!band || !txtRange[place].IsEnabled()) return;
-    const String stepped = SteppedText(band->Style(), txtRange[place].Text(), step);
+    // One unit, though a bar that is held down asks for more and more.
+    const String stepped = SteppedText(band->Style(), txtRange[place].Text(), step > 0 ? 1 : -1);
     if (Differs(*band, property, stepped)) Edit([&](Band& edited) { Assign(edited, property, stepped); });
 }
 

@@ -53,6 +53,7 @@ void frmDesigners::ConnectRelations() {
 void frmDesigners::FollowRelations(const Ref<cNodes>& tree) {
     if (tree == cRelations) return;
     cRelations = tree;
+    mvarReloadWaits = false; // of the other tree
     mvarNodesChanged =
         !tree ? Subscription() : tree->NodesChanged.Subscribe([this](const String&, const String& hotKey) {
             Guarded(0, [&] {
@@ -65,20 +66,20 @@ void frmDesigners::FollowRelations(const Ref<cNodes>& tree) {
 void frmDesigners::cRelations_NodesChanged(const String& hotKey) {
     if (cRelations->Count() <= readAtOnce) return LoadRelations(hotKey);
     mvarHotKey = hotKey;
-    if (!std::exchange(mvarReloadWaits, true)) PostMessageW(Window(), WM_APP, 0, 0);
+    if (Window() != nullptr && !std::exchange(mvarReloadWaits, true)) PostMessageW(Window(), WM_APP, 0, 0);
 }
 
 void frmDesigners::LoadRelations(const String& hotKey) {
+    if (Window() == nullptr) return;
     const FrozenDrawing frozen(Window());
-    const bool outermost = !std::exchange(mvarLoading, true);
     {
+        const RaisedFlag loading(mvarLoading);
         std::optional<WaitCursor> wait;
         if (tvwAvailable.Count() > noticeable || (cRelations && cRelations->Count() > noticeable)) wait.emplace();
         const String selected = tvwAvailable.SelectedKey();
         tvwAvailable.SetItems(cRelations ? ItemsOf(*cRelations) : std::vector<TreeView::Item>());
         tvwAvailable.Select(tvwAvailable.Find(hotKey) != nullptr ? hotKey : selected);
     }
-    if (outermost) mvarLoading = false;
     lblInfo[1].SetText(RelationsHint());
     EnableProperty(idRelations, static_cast<bool>(cRelations));
 }
@@ -165,27 +166,24 @@ void frmDesigners::cmdModify_Click() {
 // The item goes at once and the rest of the tree stays as it is; the node that takes its place becomes the selected
 // one.
 void frmDesigners::RemoveTreeNode(const String& key) {
-    const bool outermost = !std::exchange(mvarLoading, true);
+    const RaisedFlag loading(mvarLoading);
     tvwAvailable.Remove(key);
-    if (outermost) mvarLoading = false;
 }
 
 void frmDesigners::cmdDelete_Click() {
     const String key = tvwAvailable.SelectedKey();
     const auto tree = cRelations;
-    if (!tree || !SelectedNode()) return;
+    const auto node = SelectedNode();
+    if (!tree || !node) return;
     String question = TheStrings().Text(Message::AskDeleteRelation);
     const int below = tvwAvailable.CountDescendants(tvwAvailable.Find(key));
     if (below > 0) question += L"\r\n" + ReplaceStar(TheStrings().Text(Message::ChildrenIncluded), ToText(below));
     if (!ThePrompts().Ask(question)) return;
     const WaitCursor wait;
-    RemoveTreeNode(key);
-    try {
-        tree->Remove(key);
-    } catch (const Error&) {
-        LoadRelations(key); // whatever is still there
-        throw;
-    }
+    // A tree that was filled anew meanwhile has given the key to another node.
+    if (node->Index() > tree->Count()) throw Error(Message::InvalidCall);
+    if (tree == cRelations) RemoveTreeNode(key);
+    tree->Remove(key);
 }
 
 void frmDesigners::cmdClear_Click() const {

@@ -168,6 +168,25 @@ TEST_F(ModalTest, TheOwnerIsDisabledMeanwhile) {
     DestroyWindow(owner);
 }
 
+TEST_F(ModalTest, EveryWindowOfTheThreadIsDisabledMeanwhile) {
+    const HWND second = MakeOwner();
+    const HWND owner = MakeOwner();
+    const HWND asleep = MakeOwner();
+    EnableWindow(asleep, FALSE);
+    SetActiveWindow(owner);
+    visitor.Then([second, owner](const Screen&) {
+        EXPECT_FALSE(IsWindowEnabled(second));
+        EXPECT_FALSE(IsWindowEnabled(owner));
+    });
+    rule->ShowFieldManage();
+    EXPECT_TRUE(visitor.Finished());
+    EXPECT_TRUE(IsWindowEnabled(second));
+    EXPECT_TRUE(IsWindowEnabled(owner));
+    EXPECT_FALSE(IsWindowEnabled(asleep)) << "as the host had it";
+    for (const HWND window : {second, owner, asleep})
+        DestroyWindow(window);
+}
+
 TEST_F(ModalTest, ATitleReplacesTheCaption) {
     visitor.Then([](const Screen& fields) { EXPECT_EQ(fields.Caption(), L"Fields of invoices"); });
     rule->ShowFieldManage(L" Fields of invoices ");

@@ -144,11 +144,43 @@ TEST_F(frmAddNodesTest, ModifyShowsAndChangesTheNode) {
     Fill(screen, L"2", L"Hamburg");
     screen.Click(ID_cmdOK);
     EXPECT_EQ(prompts.warned, (Texts{L"Same code existed in the layer."}));
+    EXPECT_EQ(tree.Node(L"N3")->Text(), L"1");
     Fill(screen, L"8", L"Altona");
     screen.Click(ID_cmdOK);
     EXPECT_TRUE(form.IsHidden());
     EXPECT_EQ(tree.Node(L"N3")->Text(), L"8");
     EXPECT_EQ(tree.Node(L"N3")->Tag(), L"Altona");
+}
+
+TEST_F(frmAddNodesTest, OKClickedTwiceAddsOneNode) {
+    const Screen screen = Open(L"N1", tvwNext);
+    const auto host = tree.NodesChanged.Subscribe([&](const String&, const String&) { screen.Choose(ID_cmdOK); });
+    Fill(screen, L"77", L"Elsewhere");
+    screen.Click(ID_cmdOK);
+    EXPECT_EQ(tree.Count(), 9);
+    EXPECT_TRUE(prompts.warned.empty());
+    EXPECT_TRUE(form.IsHidden());
+}
+
+TEST_F(frmAddNodesTest, ANodeThatHasGoneMeanwhileIsNotWrittenTo) {
+    const Screen screen = Open(L"N1", tvwLast, true);
+    const auto gone = tree.Node(L"N1");
+    tree.Remove(L"N1");
+    Fill(screen, L"77", L"Elsewhere");
+    screen.Click(ID_cmdOK);
+    EXPECT_EQ(prompts.warned, (Texts{L"Invalid parametre(s) or value."}));
+    EXPECT_EQ(gone->Text(), L"01");
+    EXPECT_FALSE(form.IsHidden());
+}
+
+TEST_F(frmAddNodesTest, ABandThatHasGoneMeanwhileGetsNoNode) {
+    const Screen screen = Open(L"N1", tvwNext);
+    rule->Remove(ibRegion);
+    const auto before = tree.Count();
+    Fill(screen, L"77", L"Elsewhere");
+    screen.Click(ID_cmdOK);
+    EXPECT_EQ(prompts.warned, (Texts{L"Invalid parametre(s) or value."}));
+    EXPECT_EQ(tree.Count(), before);
 }
 
 TEST_F(frmAddNodesTest, TheCodeIsTypedInUpperCaseWhenTheRuleWantsIt) {

@@ -73,12 +73,13 @@ TEST_F(frmAdvancedsTest, EachBoxChangesItsSettingAtOnce) {
     EXPECT_TRUE(rule->CodeUCased());
 }
 
-TEST_F(frmAdvancedsTest, ARefusedUpperCaseIsQuiet) {
+TEST_F(frmAdvancedsTest, ARefusedUpperCaseIsQuietAndTheBoxShowsTheRule) {
     rule->Relations().Add({}, tvwFirst, L"a", L"x");
     rule->Relations().Add({}, tvwFirst, L"A", L"y");
     const Screen screen = Open();
     screen.Click(ID_chkUpcase);
     EXPECT_TRUE(rule->CodeUCased()) << "refused with 2029, the flag stays";
+    EXPECT_EQ(screen.Checked(ID_chkUpcase), BST_CHECKED);
     EXPECT_TRUE(prompts.warned.empty());
     EXPECT_TRUE(IsWindowVisible(screen.Window()));
 }

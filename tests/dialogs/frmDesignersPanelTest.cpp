@@ -37,6 +37,36 @@ TEST_F(frmDesignersPanelTest, ABandThatMayNotBeModifiedIsOnlyShown) {
         EXPECT_FALSE(screen->Enabled(id)) << id;
 }
 
+TEST_F(frmDesignersPanelTest, AFieldBandThatMayNotBeModifiedIsOnlyShown) {
+    rule->Band(ibRegion)->SetAllowModified(false);
+    Select(ibRegion);
+    EXPECT_EQ(screen->Row(ID_cboSwapMode), smLayersSwap);
+    EXPECT_FALSE(screen->TreeTexts(ID_tvwAvailable).empty());
+    for (const int id : {ID_txtName,     ID_cboStyle,  ID_txtDefault,   ID_txtFormat, ID_txtLength,    ID_cboBound,
+                         ID_cboIncrMode, ID_txtRange,  ID_txtRange + 1, ID_vscRange,  ID_vscRange + 1, ID_cboTrigerBand,
+                         ID_cboSwapMode, ID_lstTracks, ID_tvwAvailable, ID_cmdAdd,    ID_cmdDelete,    ID_cmdModify,
+                         ID_cmdClear,    ID_cmdAppend, ID_cmdDrop,      ID_lblInfo,   ID_lblInfo + 1})
+        EXPECT_FALSE(screen->Enabled(id)) << id;
+}
+
+TEST_F(frmDesignersPanelTest, ATriggeredBandThatMayNotBeModifiedIsOnlyShown) {
+    rule->Band(ibNumber)->SetIncrMode(imTrigered);
+    Select(ibNumber);
+    EXPECT_TRUE(screen->Enabled(ID_cboTrigerBand));
+    rule->Band(ibNumber)->SetAllowModified(false);
+    Select(ibNumber);
+    EXPECT_FALSE(screen->Enabled(ID_cboTrigerBand));
+}
+
+TEST_F(frmDesignersPanelTest, AChangeOfTheFieldsLeavesWhatIsBeingTyped) {
+    Select(ibRegion);
+    screen->Focus(ID_txtFormat);
+    SetWindowTextW(screen->Control(ID_txtFormat), L"!!");
+    rule->UsrFields().Add(L"Agent");
+    EXPECT_EQ(screen->Rows(ID_cboBound).back(), L"Agent");
+    EXPECT_EQ(screen->Text(ID_txtFormat), L"!!");
+}
+
 TEST_F(frmDesignersPanelTest, TypedValuesAreAppliedOnLeaving) {
     screen->Type(ID_txtDefault, L"BILL");
     EXPECT_EQ(rule->Band(ibPrefix)->Default(), L"BILL");
@@ -145,6 +175,8 @@ TEST_F(frmDesignersPanelTest, SpinBarsStepTheRange) {
     EXPECT_EQ(screen->Text(ID_txtRange), L"B");
     spin(1, -1);
     EXPECT_EQ(rule->Band(ibLetter)->InitEnd(), L"Y");
+    spin(1, 5);
+    EXPECT_EQ(rule->Band(ibLetter)->InitEnd(), L"Z") << "one unit, however long the bar is held down";
 }
 
 TEST_F(frmDesignersPanelTest, EnterMovesThroughTheFields) {

@@ -1,5 +1,6 @@
 // The relations in the designer: its buttons, menus and keys, and how the shown tree follows the real one.
 #include "dialogs/support/DesignerTest.h"
+#include "dialogs/support/MenuWatcher.h"
 
 namespace kestrel::test {
 
@@ -88,6 +89,17 @@ TEST_F(frmDesignersRelationsTest, ANodeThatGoesWhileTheQuestionIsOpenIsReported)
     EXPECT_NE(screen->Text(ID_lblStatus), L"");
 }
 
+TEST_F(frmDesignersRelationsTest, ATreeFilledAnewWhileTheQuestionIsOpenLosesNothing) {
+    screen->SelectTreeItem(ID_tvwAvailable, L"01 North");
+    prompts.whileAsking = [this] {
+        rule->Relations().Cls();
+        rule->Relations().Add({}, tvwFirst, L"09", L"East");
+    };
+    screen->Click(ID_cmdDelete);
+    EXPECT_EQ(screen->TreeTexts(ID_tvwAvailable), Texts{L"09 East"}) << "it has the key that North had";
+    EXPECT_NE(screen->Text(ID_lblStatus), L"");
+}
+
 TEST_F(frmDesignersRelationsTest, DeletingShowsTheHourglass) {
     std::vector<HCURSOR> cursors;
     const auto host =
@@ -147,6 +159,30 @@ TEST_F(frmDesignersRelationsTest, KeysWorkTheTree) {
     EXPECT_EQ(recorded.calls, (Texts{L"AddRelation 3 N8 modify", L"AddRelation 3 N8 1"}));
     press(VK_DELETE);
     EXPECT_EQ(rule->Relations().Count(), 7);
+}
+
+TEST_F(frmDesignersRelationsTest, TheMenuFollowsTheSelection) {
+    const MenuWatcher menu(form->Window());
+    const auto open = [this] {
+        NMTVKEYDOWN pressed{};
+        pressed.hdr = {screen->Control(ID_tvwAvailable), ID_tvwAvailable, static_cast<UINT>(TVN_KEYDOWN)};
+        pressed.wVKey = VK_APPS;
+        SendMessageW(screen->Window(), WM_NOTIFY, ID_tvwAvailable, reinterpret_cast<LPARAM>(&pressed));
+    };
+    open();
+    EXPECT_EQ(menu.Items(), (Texts{L"Add Node(&A)", L"-Add &Before..", L"-Add &After..", L"A&ppend..", L"-&Child..",
+                                   L"-&Modify..", L"-Remove Node(&R)", L"Remove All(&C)"}));
+    rule->Relations().Add(L"N3", tvwChild, L"9", L"Altona"); // selected, in the third layer of two
+    open();
+    EXPECT_EQ(menu.Items(), (Texts{L"Add Node(&A)", L"Add &Before..", L"Add &After..", L"A&ppend..", L"-&Child..",
+                                   L"&Modify..", L"Remove Node(&R)", L"Remove All(&C)"}));
+    screen->SelectTreeItem(ID_tvwAvailable, L"02 South");
+    open();
+    EXPECT_EQ(menu.Items()[4], L"&Child..");
+    rule->Relations().Cls();
+    open();
+    EXPECT_EQ(menu.Items(), (Texts{L"Add Node(&A)", L"-Add &Before..", L"-Add &After..", L"A&ppend..", L"-&Child..",
+                                   L"-&Modify..", L"-Remove Node(&R)", L"-Remove All(&C)"}));
 }
 
 TEST_F(frmDesignersRelationsTest, ALargeTreeIsReadAgainOnce) {

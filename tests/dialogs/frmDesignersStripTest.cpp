@@ -3,6 +3,7 @@
 
 #include "dialogs/Cursor.h"
 #include "dialogs/support/DesignerTest.h"
+#include "dialogs/support/MenuWatcher.h"
 #include "support/Rules.h"
 
 namespace kestrel::test {
@@ -187,6 +188,44 @@ TEST_F(frmDesignersStripTest, ABoxThatIsCutOffIsReadInATip) {
     screen->Key(ID_picBand, VK_END);
     EXPECT_EQ(tipAt(longOne), name + L"\r\nFixed\r\nR");
     EXPECT_EQ(tipAt(longOne - 170), L"") << "its neighbour needs none";
+}
+
+TEST_F(frmDesignersStripTest, TheRightButtonSelectsAndOpensTheMenu) {
+    const MenuWatcher menu(form->Window());
+    SendMessageW(Strip(), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(MiddleOf(ibBranch), 10));
+    EXPECT_EQ(screen->Text(ID_txtName), L"Branch");
+    EXPECT_EQ(menu.Items(), (Texts{L"Add Band(&A)", L"Add &Before..", L"Add &After..", L"A&ppend..", L"Remove Band(&R)",
+                                   L"Remove All(&C)"}));
+    rule->Band(ibBranch)->SetAllowDroped(false);
+    SendMessageW(Strip(), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(MiddleOf(ibBranch), 10));
+    EXPECT_EQ(menu.Items()[4], L"-Remove Band(&R)");
+    rule->SetAllowAddBand(false);
+    rule->SetAllowDropBand(false);
+    SendMessageW(Strip(), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(MiddleOf(ibYear), 10));
+    EXPECT_EQ(menu.Items(), (Texts{L"-Add Band(&A)", L"-Add &Before..", L"-Add &After..", L"-A&ppend..",
+                                   L"-Remove Band(&R)", L"-Remove All(&C)"}));
+}
+
+TEST_F(frmDesignersStripTest, TheRightButtonBesideTheBoxesOpensTheMenuOfTheSelectedBand) {
+    Select(ibYear);
+    const MenuWatcher menu(form->Window());
+    RECT view{};
+    GetClientRect(screen->Control(ID_picBkg), &view);
+    SendMessageW(screen->Control(ID_picBkg), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(view.right - 2, 2));
+    EXPECT_EQ(menu.Items().size(), 6U);
+    EXPECT_EQ(screen->Text(ID_txtName), L"Year");
+}
+
+TEST_F(frmDesignersStripTest, AnEmptyRuleShowsOnlyTheButtonAndAMenuToAppend) {
+    Reopen(EmptyRule());
+    RECT boxes{};
+    GetClientRect(Strip(), &boxes);
+    EXPECT_EQ(boxes.right, 0);
+    EXPECT_TRUE(Shown(ID_imgButton));
+    const MenuWatcher menu(form->Window());
+    SendMessageW(screen->Control(ID_picBkg), WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(40, 10));
+    EXPECT_EQ(menu.Items(), (Texts{L"Add Band(&A)", L"-Add &Before..", L"-Add &After..", L"A&ppend..",
+                                   L"-Remove Band(&R)", L"-Remove All(&C)"}));
 }
 
 TEST_F(frmDesignersStripTest, KeysSelectAndRemove) {

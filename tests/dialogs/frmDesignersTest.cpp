@@ -151,7 +151,17 @@ TEST_F(frmDesignersTest, ARefusedRemovalStandsInTheStatusLine) {
     screen->Choose(ID_mnuBandRemove);
     EXPECT_EQ(rule->Count(), 6);
     EXPECT_EQ(screen->Text(ID_lblStatus).substr(0, 28), L"The band can't be Deleted,ca");
+    const HWND status = screen->Control(ID_lblStatus);
+    EXPECT_NE(form->Tips().Text(status).find(L"Number"), String::npos) << "what the line cuts off is read in its tip";
+    EXPECT_EQ(SendMessageW(status, WM_NCHITTEST, 0, 0), HTCLIENT) << "or the tip never comes";
     EXPECT_TRUE(prompts.warned.empty());
+}
+
+TEST_F(frmDesignersTest, NothingIsClickedInAFormThatCloses) {
+    screen->Click(ID_cmdClose);
+    EXPECT_TRUE(form->IsHidden());
+    screen->Choose(ID_cmdSave);
+    EXPECT_TRUE(prompts.asked.empty());
 }
 
 TEST_F(frmDesignersTest, RemoveAllAsksFirst) {
