@@ -21,7 +21,17 @@ loader_for() {
     if [ -x "$WINE64" ] && [ "$(machine_of "$1")" = 8664 ]; then echo "$WINE64"; else echo wine; fi
 }
 
+# The 64-bit loader's heap begins at a random place, now and then over the one page that every Windows program has at a
+# fixed address, and then it ends with 1 and without a word: so its places are fixed where that is allowed.
+start() {
+    local fixed=()
+    case "$1" in
+    */wine64) if setarch -R true 2>/dev/null; then fixed=(setarch -R); fi ;;
+    esac
+    exec "${fixed[@]}" "$@"
+}
+
 [ $# -gt 0 ] || fail "usage: tools/wine.sh PROGRAM [ARGUMENTS]"
 need_tools wine
 [ -f "$PREFIX_STAMP" ] || "$ROOT/tools/prefix.sh" >&2 || exit 1
-exec "${KESTREL_WINE:-$(loader_for "$1")}" "$@"
+start "${KESTREL_WINE:-$(loader_for "$1")}" "$@"
