@@ -3,7 +3,6 @@
 #pragma once
 
 #include <optional>
-#include <utility>
 
 #include "common/Error.h"
 
@@ -29,19 +28,5 @@ std::optional<Error> Trapped(Body body) {
         return error;
     }
 }
-
-// A flag that is set while the scope lasts and then as it was before.
-class RaisedFlag {
-  public:
-    explicit RaisedFlag(bool& flag) noexcept : mvarFlag(flag), mvarBefore(std::exchange(flag, true)) {}
-    // Put back once.
-    RaisedFlag(const RaisedFlag&) = delete;
-    RaisedFlag& operator=(const RaisedFlag&) = delete;
-    ~RaisedFlag() { mvarFlag = mvarBefore; }
-
-  private:
-    bool& mvarFlag;
-    bool mvarBefore;
-};
 
 } // namespace kestrel::dialogs

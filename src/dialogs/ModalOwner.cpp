@@ -32,23 +32,23 @@ void Centre(HWND form, HWND owner) noexcept {
 
 struct Search {
     HWND form;
+    HWND owner;
     std::vector<HWND> found;
 };
 
 BOOL CALLBACK Collect(HWND window, LPARAM search) noexcept {
     return Guarded(FALSE, [=] {
-        auto& [form, found] = *reinterpret_cast<Search*>(search);
+        auto& [form, owner, found] = *reinterpret_cast<Search*>(search);
         const bool usable = IsWindowVisible(window) != FALSE && IsWindowEnabled(window) != FALSE;
-        if (usable && window != form) found.push_back(window);
+        if (usable && window != form && window != owner) found.push_back(window);
         return TRUE;
     });
 }
 
 // Those that the user could work in beside the form; its owner may be another thread's.
 std::vector<HWND> OtherWindows(HWND form) {
-    Search search{form, {}};
-    const HWND owner = GetWindow(form, GW_OWNER);
-    if (owner != nullptr && IsWindowEnabled(owner) != FALSE) search.found.push_back(owner);
+    Search search{form, GetWindow(form, GW_OWNER), {}};
+    if (search.owner != nullptr && IsWindowEnabled(search.owner) != FALSE) search.found.push_back(search.owner);
     EnumThreadWindows(GetCurrentThreadId(), Collect, reinterpret_cast<LPARAM>(&search));
     return std::move(search.found);
 }

@@ -7,6 +7,7 @@
 #include "dialogs/Guard.h"
 #include "dialogs/ListRows.h"
 #include "dialogs/PropertyProbe.h"
+#include "dialogs/RaisedFlag.h"
 #include "dialogs/Texts.h"
 #include "resources/dialogids.h"
 

@@ -4,8 +4,8 @@
 #include <array>
 
 #include "common/Ports.h"
-#include "dialogs/Guard.h"
 #include "dialogs/MenuRules.h"
+#include "dialogs/RaisedFlag.h"
 #include "dialogs/Texts.h"
 #include "resources/dialogids.h"
 

@@ -4,8 +4,8 @@
 
 #include "common/Numbers.h"
 #include "common/Ports.h"
-#include "dialogs/Guard.h"
 #include "dialogs/ListRows.h"
+#include "dialogs/RaisedFlag.h"
 #include "dialogs/RangeStep.h"
 #include "dialogs/Texts.h"
 #include "dialogs/Waiting.h"

@@ -1,10 +1,12 @@
 // The relation tree of the selected band, its buttons and its menu.
 
 #include <unordered_map>
+#include <utility>
 
 #include "common/Ports.h"
 #include "dialogs/Guard.h"
 #include "dialogs/MenuRules.h"
+#include "dialogs/RaisedFlag.h"
 #include "dialogs/Texts.h"
 #include "dialogs/Waiting.h"
 #include "dialogs/frmDesigners.h"

@@ -38,6 +38,7 @@ std::wstring GaplessIssuer::IssueOne(const Request& request) {
     const std::wstring ticket = NewTicket();
     NewCode tried; // by the attempt before
     return InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, [&] {
+        // The INSERT looks whether the rule has changed; only the right to write must be taken before anything is read.
         if (mvarWorkplace.database.HasOneWriter()) rules.Enter(mvarWorkplace.rule);
         if (WasStored(tried)) return tried.code;
         NewCode next = MakeNext(request);

@@ -39,8 +39,9 @@ class Rules {
     void Add(StoredRule& rule);
     // Stores everything but the id and the name, and counts the revision up.
     void Replace(StoredRule& rule);
-    // To be called first in a transaction that stores something made by the rule: fails with HostError when the rule
-    // was changed since it was read. Where only one transaction at a time can write, the right to write is taken too.
+    // To be called first in a transaction that stores something made by the rule, unless what stores it looks for
+    // itself (Codes::AddIssued): fails with HostError when the rule was changed since it was read. Where only one
+    // transaction at a time can write, the right to write is taken too.
     void Enter(const StoredRule& rule);
     // Fails with the HostError of a rule that was changed.
     [[noreturn]] static void RefuseChanged(const StoredRule& rule);
