@@ -1,9 +1,12 @@
 #!/usr/bin/env bash
-# Fails when a built DLL imports anything but DLLs of Windows itself, or exports other names than a COM server's.
+# Fails when a built DLL imports anything but DLLs of Windows that no file in a host's folder can stand in for, or exports
+# other names than a COM server's.
 # shellcheck source=tools/common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-SYSTEM_DLLS='^(kernel32|user32|gdi32|advapi32|ole32|oleaut32|comctl32|shell32|shlwapi|version|uxtheme|msvcrt)\.dll$'
+# Windows takes the first seven from its own folder, whatever lies beside the program. For comctl32 the manifest inside the
+# library says where. Any other is looked for in the host's folder first: platform/SystemLibrary.h loads it from the right one.
+SYSTEM_DLLS='^(advapi32|gdi32|kernel32|msvcrt|ole32|oleaut32|user32|comctl32)\.dll$'
 EXPORTS='DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnregisterServer'
 
 # Lower-case names of the DLLs that FILE imports from.
@@ -20,7 +23,7 @@ check_dll() {
     imports="$(imports_of "$dll")"
     [ -n "$imports" ] || fail "${dll#"$ROOT"/}: no imports found, is it a DLL?"
     foreign="$(grep -vE "$SYSTEM_DLLS" <<<"$imports" || true)"
-    [ -z "$foreign" ] || fail "${dll#"$ROOT"/} imports what is no part of Windows: $(paste -sd ' ' <<<"$foreign")"
+    [ -z "$foreign" ] || fail "${dll#"$ROOT"/} imports what the host's folder could stand in for: $(paste -sd ' ' <<<"$foreign")"
     exports="$(exports_of "$dll")"
     [ "$exports" = "$EXPORTS" ] || fail "${dll#"$ROOT"/} exports '$exports' instead of '$EXPORTS'"
     note "${dll#"$ROOT"/}: $(paste -sd ' ' <<<"$imports")"

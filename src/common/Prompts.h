@@ -1,4 +1,4 @@
-// The port through which the model asks and tells the user.
+// The port through which the model asks and tells the user. Where there is no user every answer is No.
 #pragma once
 
 #include "common/String.h"

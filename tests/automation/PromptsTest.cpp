@@ -77,8 +77,40 @@ class Answer {
     std::thread mvarThread; // last: it uses the others
 };
 
+// As in a service: this process's windows are where nobody sees them.
+class UnseenStation {
+  public:
+    UnseenStation() : mvarStation(CreateWindowStationW(nullptr, 0, WINSTA_ALL_ACCESS, nullptr)) {
+        if (mvarStation == nullptr || !SetProcessWindowStation(mvarStation))
+            throw HostError(HRESULT_FROM_WIN32(GetLastError()));
+    }
+    // The one before comes back once.
+    UnseenStation(const UnseenStation&) = delete;
+    UnseenStation& operator=(const UnseenStation&) = delete;
+    ~UnseenStation() {
+        SetProcessWindowStation(mvarSeen);
+        CloseWindowStation(mvarStation);
+    }
+
+  private:
+    HWINSTA mvarSeen = GetProcessWindowStation();
+    HWINSTA mvarStation;
+};
+
 class PromptsTest : public ComTest {
   protected:
+    // The band N tracks the band P.
+    static ComPtr<_CodeClass> RuleWithTrackedBand() {
+        auto rule = NewRule();
+        ComPtr<_Band> number;
+        Must(rule->Add(Arg(L"P"), bsFixed, smNoneSwap, Arg(L"x"), nullptr, Missing(), nullptr, Missing(), Missing(),
+                       ComPtr<_Band>().Out()));
+        Must(rule->Add(Arg(L"N"), bsIncreaseNumber, smNoneSwap, Arg(L"1"), nullptr, Missing(), nullptr, Missing(),
+                       Missing(), number.Out()));
+        Must(Object(number, &_Band::get_TrackBands)->Add(Arg(L"P"), Bstr().Out()));
+        return rule;
+    }
+
     MessagePrompts prompts;
 };
 
@@ -137,6 +169,29 @@ TEST_F(PromptsTest, TheNameOfAProgram) {
     EXPECT_EQ(ApplicationName(L"host.exe"), L"host.exe");
 }
 
+// Nobody could answer: the box would hold the service for ever.
+TEST_F(PromptsTest, WhereNobodySeesThemNoneComesUp) {
+    const UnseenStation station;
+    Answer answer(IDYES);
+    EXPECT_FALSE(prompts.Ask(L"Really?"));
+    EXPECT_FALSE(prompts.AskDefaultNo(L"Really?"));
+    prompts.Inform(L"So it is.");
+    prompts.Warn(L"No.");
+    EXPECT_EQ(answer.Seen().text, L"") << "a box came up";
+}
+
+TEST_F(PromptsTest, WhereNobodySeesThemNothingIsSaved) {
+    const auto rule = NewRule();
+    bool asked = false;
+    const Advised sink(rule.Get(), __uuidof(__CodeClass), [&asked](const EventCall& call) {
+        asked = asked || call.Id() == 1;
+        return S_OK;
+    });
+    const UnseenStation station;
+    EXPECT_DONE(rule->Save(soDefault));
+    EXPECT_FALSE(asked) << "the host was told to save";
+}
+
 TEST_F(PromptsTest, SaveAsksAndHandsOver) {
     const auto rule = NewRule();
     String saved;
@@ -164,13 +219,7 @@ TEST_F(PromptsTest, SaveThatTheHostDoesNotConfirm) {
 }
 
 TEST_F(PromptsTest, RemovingATrackedBandAsks) {
-    const auto rule = NewRule();
-    ComPtr<_Band> number;
-    Must(rule->Add(Arg(L"P"), bsFixed, smNoneSwap, Arg(L"x"), nullptr, Missing(), nullptr, Missing(), Missing(),
-                   ComPtr<_Band>().Out()));
-    Must(rule->Add(Arg(L"N"), bsIncreaseNumber, smNoneSwap, Arg(L"1"), nullptr, Missing(), nullptr, Missing(),
-                   Missing(), number.Out()));
-    Must(Object(number, &_Band::get_TrackBands)->Add(Arg(L"P"), Bstr().Out()));
+    const auto rule = RuleWithTrackedBand();
     {
         Answer answer(IDNO);
         EXPECT_FAILS(rule->Remove(Arg(L"P")), TrackedByOthers);
@@ -180,6 +229,13 @@ TEST_F(PromptsTest, RemovingATrackedBandAsks) {
     Answer answer(IDYES);
     EXPECT_DONE(rule->Remove(Arg(L"P")));
     EXPECT_EQ(Plain(rule, &_CodeClass::get_Count), 1);
+}
+
+TEST_F(PromptsTest, WhereNobodySeesThemATrackedBandStays) {
+    const auto rule = RuleWithTrackedBand();
+    const UnseenStation station;
+    EXPECT_FAILS(rule->Remove(Arg(L"P")), TrackedByOthers);
+    EXPECT_EQ(Plain(rule, &_CodeClass::get_Count), 2);
 }
 
 } // namespace kestrel::test
