@@ -18,6 +18,8 @@ constexpr REGSAM OtherView = Is64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
 constexpr wchar_t TypeLibraryMarshaller[] = L"{00020424-0000-0000-C000-000000000046}";
 constexpr wchar_t DispatchMarshaller[] = L"{00020420-0000-0000-C000-000000000046}";
 constexpr wchar_t LibraryVersion[] = L"1.0";
+// Below a root; all the other paths are below this one.
+constexpr wchar_t Classes[] = L"Software\\Classes\\";
 
 String BracedText(REFGUID guid) {
     wchar_t text[40];
@@ -72,20 +74,21 @@ void WriteLibrary(const RegistryKey& classes, const String& path) {
     classes.WriteBelow(PlatformPath(), path);
 }
 
-void RemoveClass(const RegistryKey& classes, const ClassFacts& facts) {
-    classes.RemoveBelow(ClassPath(facts));
-    if (KeyExists(classes.Get(), ClassPath(facts), OtherView)) return; // the other library still goes by these names
-    classes.RemoveBelow(VersionedName(facts));
-    classes.RemoveBelow(ProgramName(facts));
+void RemoveClass(HKEY root, const ClassFacts& facts) {
+    const String path = Classes + ClassPath(facts);
+    RemoveKey(root, path);
+    if (KeyExists(root, path, OtherView)) return; // the other library still goes by these names
+    RemoveKey(root, Classes + VersionedName(facts));
+    RemoveKey(root, Classes + ProgramName(facts));
 }
 
-void RemoveLibrary(const RegistryKey& classes) {
-    const String library = L"TypeLib\\" + LibraryId();
-    classes.RemoveBelow(PlatformPath());
-    if (!KeyExists(classes.Get(), library, 0)) return;
-    classes.RemoveBelowIfChildless(library + L"\\1.0\\0");
-    if (!KeyExists(classes.Get(), library + L"\\1.0\\0", 0)) classes.RemoveBelow(library + L"\\1.0");
-    classes.RemoveBelowIfChildless(library);
+void RemoveLibrary(HKEY root) {
+    const String library = Classes + (L"TypeLib\\" + LibraryId());
+    RemoveKey(root, Classes + PlatformPath());
+    if (!KeyExists(root, library, 0)) return;
+    RemoveKeyIfChildless(root, library + L"\\1.0\\0");
+    if (!KeyExists(root, library + L"\\1.0\\0", 0)) RemoveKey(root, library + L"\\1.0");
+    RemoveKeyIfChildless(root, library);
 }
 
 // Takes back a registration that failed half way.
@@ -123,13 +126,13 @@ void Register(RegistrationScope scope) {
 }
 
 void Unregister(RegistrationScope scope) {
-    const RegistryKey classes(RootOf(scope), L"Software\\Classes");
+    const HKEY root = RootOf(scope);
     for (const auto* facts : AllClasses()) {
-        RemoveClass(classes, *facts);
-        classes.RemoveBelow(InterfacePath(facts->iid));
-        if (facts->events != nullptr) classes.RemoveBelow(InterfacePath(*facts->events));
+        RemoveClass(root, *facts);
+        RemoveKey(root, Classes + InterfacePath(facts->iid));
+        if (facts->events != nullptr) RemoveKey(root, Classes + InterfacePath(*facts->events));
     }
-    RemoveLibrary(classes);
+    RemoveLibrary(root);
 }
 
 } // namespace kestrel

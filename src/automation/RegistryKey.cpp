@@ -8,9 +8,9 @@ namespace {
 
 void RequireDone(LSTATUS status) { Require(HRESULT_FROM_WIN32(static_cast<DWORD>(status))); }
 
-bool IsChildless(HKEY parent, const String& path) noexcept {
+bool IsChildless(HKEY root, const String& path) noexcept {
     HKEY key = nullptr;
-    if (RegOpenKeyExW(parent, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    if (RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) return false;
     DWORD children = 0;
     const LSTATUS status = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &children, nullptr, nullptr, nullptr,
                                             nullptr, nullptr, nullptr, nullptr);
@@ -21,7 +21,8 @@ bool IsChildless(HKEY parent, const String& path) noexcept {
 } // namespace
 
 RegistryKey::RegistryKey(HKEY parent, const String& path) {
-    RequireDone(RegCreateKeyExW(parent, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &mvarKey, nullptr));
+    RequireDone(RegCreateKeyExW(parent, path.c_str(), 0, nullptr, 0, KEY_SET_VALUE | KEY_CREATE_SUB_KEY, nullptr,
+                                &mvarKey, nullptr));
 }
 
 void RegistryKey::Write(const String& text, const wchar_t* name) const {
@@ -31,18 +32,18 @@ void RegistryKey::Write(const String& text, const wchar_t* name) const {
 
 void RegistryKey::WriteBelow(const String& path, const String& text) const { RegistryKey(mvarKey, path).Write(text); }
 
-void RegistryKey::RemoveBelow(const String& path) const {
-    const LSTATUS status = RegDeleteTreeW(mvarKey, path.c_str());
+void RemoveKey(HKEY root, const String& path) {
+    const LSTATUS status = RegDeleteTreeW(root, path.c_str());
     if (status != ERROR_FILE_NOT_FOUND) RequireDone(status);
 }
 
-void RegistryKey::RemoveBelowIfChildless(const String& path) const {
-    if (IsChildless(mvarKey, path)) RemoveBelow(path);
+void RemoveKeyIfChildless(HKEY root, const String& path) {
+    if (IsChildless(root, path)) RemoveKey(root, path);
 }
 
-bool KeyExists(HKEY parent, const String& path, REGSAM view) noexcept {
+bool KeyExists(HKEY root, const String& path, REGSAM view) noexcept {
     HKEY key = nullptr;
-    if (RegOpenKeyExW(parent, path.c_str(), 0, KEY_READ | view, &key) != ERROR_SUCCESS) return false;
+    if (RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE | view, &key) != ERROR_SUCCESS) return false;
     RegCloseKey(key);
     return true;
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 
+#include "automation/support/ImportHook.h"
 #include "automation/support/Library.h"
 
 namespace kestrel::test {
@@ -129,6 +130,30 @@ Content WholeRegistration() {
     return expected;
 }
 
+constexpr REGSAM OtherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+
+// How registration opens and makes keys, one record per call.
+struct Opening {
+    HKEY parent;
+    String path;
+    REGSAM rights;
+};
+std::vector<Opening> openings; // of the one registration that a test watches
+String inOtherView;            // the one key that is there in the other bitness's view
+
+LSTATUS WINAPI WatchedCreate(HKEY parent, LPCWSTR path, DWORD reserved, LPWSTR type, DWORD options, REGSAM rights,
+                             LPSECURITY_ATTRIBUTES security, PHKEY key, LPDWORD disposition) {
+    openings.push_back({parent, path, rights});
+    return RegCreateKeyExW(parent, path, reserved, type, options, rights, security, key, disposition);
+}
+
+LSTATUS WINAPI WatchedOpen(HKEY parent, LPCWSTR path, DWORD options, REGSAM rights, PHKEY key) {
+    openings.push_back({parent, path, rights});
+    if ((rights & OtherView) != 0) // roots of the test's own have no other view
+        return path == inOtherView ? RegOpenKeyExW(parent, nullptr, 0, KEY_QUERY_VALUE, key) : ERROR_FILE_NOT_FOUND;
+    return RegOpenKeyExW(parent, path, options, rights, key);
+}
+
 class RegistrationTest : public ComTest {
   protected:
     LoadedLibrary library{LibraryPath()};
@@ -143,6 +168,17 @@ void ExpectSame(const Content& actual, const Content& expected) {
     for (const auto& [path, text] : actual)
         EXPECT_TRUE(expected.contains(path)) << "unexpected " << testing::PrintToString(path);
 }
+
+class RegistrationTestWatched : public RegistrationTest {
+  protected:
+    RegistrationTestWatched() {
+        openings.clear();
+        inOtherView.clear();
+    }
+
+    ImportHook create{library.Module(), "RegCreateKeyExW", reinterpret_cast<void*>(&WatchedCreate)};
+    ImportHook open{library.Module(), "RegOpenKeyExW", reinterpret_cast<void*>(&WatchedOpen)};
+};
 
 } // namespace
 
@@ -190,6 +226,57 @@ TEST_F(RegistrationTest, LeavesTheOtherBitnessItsTypeLibrary) {
     RegCloseKey(key);
     const auto left = Below(root.Key(), L"Software\\Classes");
     EXPECT_EQ(left.size(), 3U) << "the library's name, FLAGS and HELPDIR";
+}
+
+TEST_F(RegistrationTestWatched, AsksForNoMoreThanWriting) {
+    const EmptyRoot root(HKEY_LOCAL_MACHINE);
+    ASSERT_EQ(library.Register(), S_OK);
+    ASSERT_GT(openings.size(), 0U);
+    for (const auto& opening : openings)
+        EXPECT_EQ(opening.rights, static_cast<REGSAM>(KEY_SET_VALUE | KEY_CREATE_SUB_KEY))
+            << testing::PrintToString(opening.path);
+}
+
+TEST_F(RegistrationTestWatched, AsksForNoMoreThanLookingWhenItEnds) {
+    const EmptyRoot root(HKEY_LOCAL_MACHINE);
+    ASSERT_EQ(library.Register(), S_OK);
+    openings.clear();
+    ASSERT_EQ(library.Unregister(), S_OK);
+    ASSERT_GT(openings.size(), 0U);
+    for (const auto& opening : openings)
+        EXPECT_EQ(opening.rights & ~OtherView, static_cast<REGSAM>(KEY_QUERY_VALUE))
+            << testing::PrintToString(opening.path);
+}
+
+// In a key that is open already, Windows has chosen the view.
+TEST_F(RegistrationTestWatched, LooksAtTheOtherBitnessFromTheRoot) {
+    const EmptyRoot root(HKEY_LOCAL_MACHINE);
+    ASSERT_EQ(library.Register(), S_OK);
+    openings.clear();
+    ASSERT_EQ(library.Unregister(), S_OK);
+    std::size_t looked = 0;
+    for (const auto& opening : openings) {
+        if ((opening.rights & OtherView) == 0) continue;
+        ++looked;
+        EXPECT_EQ(opening.parent, HKEY_LOCAL_MACHINE);
+        EXPECT_TRUE(opening.path.starts_with(L"Software\\Classes\\CLSID\\{"))
+            << testing::PrintToString(opening.path);
+    }
+    EXPECT_EQ(looked, 7U) << "once for each class";
+}
+
+// Both libraries go by the same program names, and the one that leaves last removes them.
+TEST_F(RegistrationTestWatched, LeavesTheOtherBitnessItsNames) {
+    const EmptyRoot root(HKEY_LOCAL_MACHINE);
+    ASSERT_EQ(library.Register(), S_OK);
+    inOtherView = L"Software\\Classes\\CLSID\\" + GuidText(__uuidof(::Band));
+    ASSERT_EQ(library.Unregister(), S_OK);
+    EXPECT_EQ(Below(root.Key(), L"Software\\Classes\\Kestrel.Band").size(), 3U) << "kept";
+    EXPECT_EQ(Below(root.Key(), L"Software\\Classes\\Kestrel.Band.1").size(), 2U) << "kept";
+    EXPECT_EQ(Below(root.Key(), L"Software\\Classes").size(), 5U) << "all else is removed";
+    inOtherView.clear();
+    ASSERT_EQ(library.Unregister(), S_OK);
+    ExpectSame(Below(root.Key(), L"Software\\Classes"), {});
 }
 
 } // namespace kestrel::test

@@ -54,6 +54,15 @@ TEST_F(ServerTest, FactoryChecksItsArguments) {
     EXPECT_EQ(object, nullptr);
 }
 
+// Development tools offer to register only what says so.
+TEST_F(ServerTest, SaysThatItRegistersItself) {
+    const HRSRC version = FindResourceW(library.Module(), MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION);
+    ASSERT_NE(version, nullptr);
+    const auto* start = static_cast<const wchar_t*>(LockResource(LoadResource(library.Module(), version)));
+    const StringView block(start, SizeofResource(library.Module(), version) / sizeof(wchar_t));
+    EXPECT_NE(block.find(StringView(L"OLESelfRegister\0", 16)), StringView::npos);
+}
+
 TEST_F(ServerTest, StaysWhileAnythingOfItLives) {
     EXPECT_EQ(library.CanUnloadNow(), S_OK);
     auto factory = FactoryOf(__uuidof(::CodeClass));
