@@ -18,7 +18,12 @@ endif()
 
 add_library(kestrel_options INTERFACE)
 if(MSVC)
-    target_compile_options(kestrel_options INTERFACE /W4 /WX /utf-8 /permissive- /EHsc /Zc:__cplusplus)
+    target_compile_options(kestrel_options INTERFACE /W4 /WX /utf-8 /permissive- /EHsc /Zc:__cplusplus /sdl /guard:cf)
+    target_link_options(kestrel_options INTERFACE /guard:cf)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+        # The return addresses of calls are checked by the processor, which 32-bit programs cannot ask for.
+        target_link_options(kestrel_options INTERFACE /CETCOMPAT)
+    endif()
 else()
     target_compile_options(kestrel_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 endif()

@@ -38,25 +38,36 @@ String Folded(StringView name) {
     return folded;
 }
 
-// An enumeration or an object.
+void DescribeType(ITypeInfo& info, const TYPEDESC& type, Parameter& parameter);
+
+// An enumeration, an object, or an alias of any type: one compiler makes an alias where another makes none.
 void DescribeUserType(ITypeInfo& info, HREFTYPE reference, Parameter& parameter) {
     ComPtr<ITypeInfo> type;
     Require(info.GetRefTypeInfo(reference, type.Out()));
     TypeAttributes attributes(*type.Get());
     Require(type->GetTypeAttr(attributes.Out()));
+    if (attributes->typekind == TKIND_ALIAS) {
+        DescribeType(*type.Get(), attributes->tdescAlias, parameter);
+        return;
+    }
     parameter.type = attributes->typekind == TKIND_ENUM ? VT_I4 : VT_DISPATCH;
     parameter.objectInterface = attributes->guid;
 }
 
+void DescribeType(ITypeInfo& info, const TYPEDESC& type, Parameter& parameter) {
+    if (type.vt == VT_PTR) {
+        parameter.byReference = true;
+        DescribeType(info, *type.lptdesc, parameter);
+    } else if (type.vt == VT_USERDEFINED) {
+        DescribeUserType(info, type.hreftype, parameter);
+    } else {
+        parameter.type = type.vt;
+    }
+}
+
 Parameter Describe(ITypeInfo& info, const ELEMDESC& element, StringView name) {
     Parameter parameter{Folded(name), VT_EMPTY, false, (element.paramdesc.wParamFlags & PARAMFLAG_FOPT) != 0, {}};
-    const TYPEDESC* type = &element.tdesc;
-    if (type->vt == VT_PTR) {
-        parameter.byReference = true;
-        type = type->lptdesc;
-    }
-    parameter.type = type->vt;
-    if (type->vt == VT_USERDEFINED) DescribeUserType(info, type->hreftype, parameter);
+    DescribeType(info, element.tdesc, parameter);
     // An object is a pointer already.
     if (parameter.type == VT_DISPATCH) parameter.byReference = false;
     return parameter;
@@ -85,6 +96,7 @@ DispatchTable::DispatchTable(ComPtr<ITypeInfo> info) : mvarInfo(std::move(info))
 void DispatchTable::ReadMember(UINT index) {
     FunctionDescription function(*mvarInfo.Get());
     Require(mvarInfo->GetFuncDesc(index, function.Out()));
+    if ((function->wFuncFlags & FUNCFLAG_FRESTRICTED) != 0) return;
     const auto names = NamesOf(*mvarInfo.Get(), **function.Out());
     Member member{function->memid, function->invkind, {}};
     const bool isPut = (member.kind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) != 0;

@@ -61,6 +61,26 @@ TEST_F(LateBoundTest, LibraryInternalMembersHaveNoName) {
         EXPECT_EQ(Ids(rule.Get(), {name}, ids), DISP_E_UNKNOWNNAME);
 }
 
+// A script that called Release by name would end an object that others still hold.
+TEST_F(LateBoundTest, MembersOfTheBaseInterfacesHaveNoName) {
+    const auto rule = NewRule();
+    const auto names = NewNames();
+    std::vector<DISPID> ids;
+    for (const wchar_t* name : {L"QueryInterface", L"AddRef", L"Release", L"GetTypeInfoCount", L"GetTypeInfo",
+                                L"GetIDsOfNames", L"Invoke"}) {
+        EXPECT_EQ(Ids(rule.Get(), {name}, ids), DISP_E_UNKNOWNNAME) << testing::PrintToString(String(name));
+        EXPECT_EQ(Ids(names.Get(), {name}, ids), DISP_E_UNKNOWNNAME) << testing::PrintToString(String(name));
+    }
+}
+
+// The ids that type information gives to the seven.
+TEST_F(LateBoundTest, MembersOfTheBaseInterfacesCannotBeCalled) {
+    const auto tree = NewNodes();
+    for (const DISPID first : {0x60000000, 0x60010000})
+        for (DISPID id = first; id < first + 4; ++id)
+            EXPECT_EQ(Call(tree.Get(), id, AsValue).result, DISP_E_MEMBERNOTFOUND) << std::hex << id;
+}
+
 TEST_F(LateBoundTest, NamesAreCheckedArguments) {
     const auto tree = NewNodes();
     auto* name = const_cast<LPOLESTR>(L"Add");

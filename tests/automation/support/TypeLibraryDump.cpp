@@ -38,13 +38,25 @@ Documentation DocumentationOf(ITypeInfo& info, MEMBERID member) {
 
 std::string Quoted(const std::string& help) { return help.empty() ? "" : "  // " + help; }
 
+std::string TypeName(ITypeInfo& info, const TYPEDESC& type);
+
+// The name of the type, or of the one that it is an alias of.
+std::string NameBehindAliases(ITypeInfo& info) {
+    TYPEATTR* attributes = nullptr;
+    Must(info.GetTypeAttr(&attributes));
+    auto name = attributes->typekind == TKIND_ALIAS ? TypeName(info, attributes->tdescAlias)
+                                                    : DocumentationOf(info, MEMBERID_NIL).name;
+    info.ReleaseTypeAttr(attributes);
+    return name;
+}
+
 std::string TypeName(ITypeInfo& info, const TYPEDESC& type) {
     switch (type.vt) {
     case VT_PTR: return TypeName(info, *type.lptdesc) + "*";
     case VT_USERDEFINED: {
         ComPtr<ITypeInfo> referred;
         Must(info.GetRefTypeInfo(type.hreftype, referred.Out()));
-        return DocumentationOf(*referred.Get(), MEMBERID_NIL).name;
+        return NameBehindAliases(*referred.Get());
     }
     case VT_BSTR: return "BSTR";
     case VT_VARIANT: return "VARIANT";
@@ -99,7 +111,8 @@ void DumpFunction(ITypeInfo& info, const FUNCDESC& function, std::ostream& out) 
         *names[i].Out() = raw[i];
     out << "  " << KindText(function.invkind) << " id " << function.memid;
     if (function.funckind != FUNC_DISPATCH) out << " slot " << static_cast<unsigned>(function.oVft) / sizeof(void*);
-    if (function.wFuncFlags != 0) out << " flags " << function.wFuncFlags;
+    if ((function.wFuncFlags & FUNCFLAG_FHIDDEN) != 0) out << " hidden";
+    if (const auto others = function.wFuncFlags & ~FUNCFLAG_FHIDDEN; others != 0) out << " flags " << others;
     out << " " << TypeName(info, function.elemdescFunc.tdesc) << " " << Narrow(names[0].Get()) << "(";
     for (std::size_t i = 0; i < static_cast<std::size_t>(function.cParams); ++i) {
         const ELEMDESC& parameter = function.lprgelemdescParam[i];
@@ -174,6 +187,7 @@ void DumpType(ITypeInfo& info, std::ostream& out) {
     const auto early = EarlyBoundView(info, *attributes);
     out << "\n"
         << (early ? "dual interface" : kinds[attributes->typekind]) << " " << name << " " << GuidText(attributes->guid);
+    if (attributes->typekind == TKIND_ALIAS) out << " of " << TypeName(info, attributes->tdescAlias);
     DumpFlags(attributes->wTypeFlags, out);
     out << Quoted(help) << "\n";
     if (attributes->typekind == TKIND_COCLASS) DumpImplemented(info, *attributes, out);
