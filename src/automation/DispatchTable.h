@@ -1,6 +1,6 @@
 // What late-bound calls need to know of an interface, read once from its type information: members by name, and the
-// parameters that arguments are converted to. Restricted members, those of IUnknown and IDispatch, are left out: a script
-// that called Release by name would end an object that others still hold.
+// parameters that arguments are converted to. Restricted members, those of IUnknown and IDispatch, are left out: a
+// script that called Release by name would end an object that others still hold.
 #pragma once
 
 #include <oaidl.h>

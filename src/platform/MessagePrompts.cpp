@@ -27,8 +27,8 @@ int Show(const String& text, UINT style) {
     return MessageBoxW(owner, text.c_str(), ApplicationName(ModulePath(nullptr)).c_str(), style | modality);
 }
 
-// What Windows reads a file's version with. The library is none of those that are taken from the system's folder even when
-// imported, so it is no import.
+// What Windows reads a file's version with. The library is none of those that are taken from the system's folder even
+// when imported, so it is no import.
 class VersionReader {
   public:
     // The text that the file tells of itself; empty when it tells none.

@@ -1,6 +1,6 @@
 // Questions and information as message boxes, owned by the calling thread's active window and titled with the host
-// application's name: what its file says it is, else its file name. In a process whose windows nobody can see (a service,
-// a scheduled task, a web server) none comes up: every question is answered No, information is left out.
+// application's name: what its file says it is, else its file name. In a process whose windows nobody can see (a
+// service, a scheduled task, a web server) none comes up: every question is answered No, information is left out.
 #pragma once
 
 #include "common/Prompts.h"

@@ -1,7 +1,7 @@
 // A library of Windows, found when the program runs.
 //
-// The host's folder is never searched: a file of that name, put there by anybody who may write to it, would run with the
-// host's rights.
+// The host's folder is never searched: a file of that name, put there by anybody who may write to it, would run with
+// the host's rights.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,5 @@
-// What is read from type information that the component's own does not hold, but another compiler's would: types by other
-// names.
+// What is read from type information that the component's own does not hold, but another compiler's would: types by
+// other names.
 #include "automation/DispatchTable.h"
 
 #include "automation/support/Com.h"
@@ -51,8 +51,8 @@ ELEMDESC Input(TYPEDESC type) {
     return element;
 }
 
-// Paint(shade, tone, written, words, helper): an alias of an enumeration, an alias of that, a reference to it, an alias of
-// a plain type, and an alias of a pointer to an object.
+// Paint(shade, tone, written, words, helper): an alias of an enumeration, an alias of that, a reference to it, an alias
+// of a plain type, and an alias of a pointer to an object.
 class DispatchTableTest : public ComTest {
   protected:
     DispatchTableTest() {

@@ -66,8 +66,8 @@ TEST_F(LateBoundTest, MembersOfTheBaseInterfacesHaveNoName) {
     const auto rule = NewRule();
     const auto names = NewNames();
     std::vector<DISPID> ids;
-    for (const wchar_t* name : {L"QueryInterface", L"AddRef", L"Release", L"GetTypeInfoCount", L"GetTypeInfo",
-                                L"GetIDsOfNames", L"Invoke"}) {
+    for (const wchar_t* name :
+         {L"QueryInterface", L"AddRef", L"Release", L"GetTypeInfoCount", L"GetTypeInfo", L"GetIDsOfNames", L"Invoke"}) {
         EXPECT_EQ(Ids(rule.Get(), {name}, ids), DISP_E_UNKNOWNNAME) << testing::PrintToString(String(name));
         EXPECT_EQ(Ids(names.Get(), {name}, ids), DISP_E_UNKNOWNNAME) << testing::PrintToString(String(name));
     }

@@ -259,8 +259,7 @@ TEST_F(RegistrationTestWatched, LooksAtTheOtherBitnessFromTheRoot) {
         if ((opening.rights & OtherView) == 0) continue;
         ++looked;
         EXPECT_EQ(opening.parent, HKEY_LOCAL_MACHINE);
-        EXPECT_TRUE(opening.path.starts_with(L"Software\\Classes\\CLSID\\{"))
-            << testing::PrintToString(opening.path);
+        EXPECT_TRUE(opening.path.starts_with(L"Software\\Classes\\CLSID\\{")) << testing::PrintToString(opening.path);
     }
     EXPECT_EQ(looked, 7U) << "once for each class";
 }
