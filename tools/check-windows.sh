@@ -158,9 +158,6 @@ check_foreign_names() {
 
 # --- Resource scripts ---
 
-# The scripts that are compiled; all other files of their kind are included by them.
-TOP_SCRIPTS=("$RESOURCES/Kestrel.rc" "$ROOT/tests/dialogs/TestResources.rc")
-
 # Prints what rc.exe would not read as other compilers do: a code page that is not stated once, before anything else, in a
 # script that is compiled, and a macro's arguments on more than one line. usage: strange_lines TOP FILE
 strange_lines() {
@@ -181,14 +178,20 @@ strange_lines() {
         END { if (top && !pages) report("no code page") }' "$2"
 }
 
+# The resource scripts and what they include.
+resource_files() {
+    find "$ROOT"/{src,tests,hosts} -name '*.rc' -o -path "$RESOURCES/*.inc" -o -path "$RESOURCES/*.h"
+}
+
 check_resource_scripts() {
-    local file strange="" top checked=0
+    local file strange="" included top checked=0
+    included="$(resource_files | xargs -d '\n' sed -nE 's/^#include "(.*)"$/\1/p')"
     while read -r file; do
-        top=0
-        [[ " ${TOP_SCRIPTS[*]} " != *" $file "* ]] || top=1
+        top=1
+        if grep -qxF "${file##*/}" <<<"$included"; then top=0; fi
         strange+="$(strange_lines "$top" "$file")"
         checked=$((checked + 1))
-    done < <(find "$RESOURCES" "$ROOT/tests" "$ROOT/hosts" -name '*.rc' -o -path "$RESOURCES/*.inc" -o -path "$RESOURCES/*.h")
+    done < <(resource_files)
     [ -z "$strange" ] || fail "$strange"
     [ "$checked" -ge 5 ] || fail "only $checked resource scripts found"
     compile_resources

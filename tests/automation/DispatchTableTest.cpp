@@ -20,7 +20,7 @@ class MadeLibrary {
         return type;
     }
     ComPtr<ICreateTypeInfo> AddAlias(const wchar_t* name, TYPEDESC of, const ComPtr<ICreateTypeInfo>& referred = {}) {
-        const auto alias = Add(TKIND_ALIAS, name);
+        auto alias = Add(TKIND_ALIAS, name);
         if (referred) of = Use(alias, referred);
         Must(alias->SetTypeDescAlias(&of));
         return alias;

@@ -16,7 +16,7 @@ Type* At(BYTE* base, ULONG_PTR offset) {
 // Where the library keeps the function's address; null when it imports none of that name.
 void** PlaceOf(HMODULE library, std::string_view function) {
     auto* const base = reinterpret_cast<BYTE*>(library);
-    const auto* headers = At<IMAGE_NT_HEADERS>(base, At<IMAGE_DOS_HEADER>(base, 0)->e_lfanew);
+    const auto* headers = At<IMAGE_NT_HEADERS>(base, static_cast<ULONG_PTR>(At<IMAGE_DOS_HEADER>(base, 0)->e_lfanew));
     const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
     for (auto* module = At<IMAGE_IMPORT_DESCRIPTOR>(base, directory.VirtualAddress); module->Name != 0; ++module) {
         auto* name = At<IMAGE_THUNK_DATA>(base, module->OriginalFirstThunk);
