@@ -1,6 +1,7 @@
 #include "automation/DispatchTable.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "automation/Boundary.h"
 #include "platform/Bstr.h"
@@ -30,47 +31,18 @@ class Lent {
 using TypeAttributes = Lent<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
 using FunctionDescription = Lent<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
 
-// The names of a type library are ASCII.
-String Folded(StringView name) {
-    String folded(name);
-    for (auto& character : folded)
-        if (character >= L'A' && character <= L'Z') character = static_cast<wchar_t>(character - L'A' + L'a');
-    return folded;
+// What the member gets for an optional argument that is left out: the default that the type information names, or the
+// mark of a missing value.
+Variant ValueWhenLeftOut(const PARAMDESC& description) {
+    if ((description.wParamFlags & PARAMFLAG_FHASDEFAULT) == 0) return MissingValue();
+    HRESULT result = S_OK;
+    Variant value = Variant::CopyOf(description.pparamdescex->varDefaultValue, result);
+    Require(result);
+    return value;
 }
 
-void DescribeType(ITypeInfo& info, const TYPEDESC& type, Parameter& parameter);
-
-// An enumeration, an object, or an alias of any type: one compiler makes an alias where another makes none.
-void DescribeUserType(ITypeInfo& info, HREFTYPE reference, Parameter& parameter) {
-    ComPtr<ITypeInfo> type;
-    Require(info.GetRefTypeInfo(reference, type.Out()));
-    TypeAttributes attributes(*type.Get());
-    Require(type->GetTypeAttr(attributes.Out()));
-    if (attributes->typekind == TKIND_ALIAS) {
-        DescribeType(*type.Get(), attributes->tdescAlias, parameter);
-        return;
-    }
-    parameter.type = attributes->typekind == TKIND_ENUM ? VT_I4 : VT_DISPATCH;
-    parameter.objectInterface = attributes->guid;
-}
-
-void DescribeType(ITypeInfo& info, const TYPEDESC& type, Parameter& parameter) {
-    if (type.vt == VT_PTR) {
-        parameter.byReference = true;
-        DescribeType(info, *type.lptdesc, parameter);
-    } else if (type.vt == VT_USERDEFINED) {
-        DescribeUserType(info, type.hreftype, parameter);
-    } else {
-        parameter.type = type.vt;
-    }
-}
-
-Parameter Describe(ITypeInfo& info, const ELEMDESC& element, StringView name) {
-    Parameter parameter{Folded(name), VT_EMPTY, false, (element.paramdesc.wParamFlags & PARAMFLAG_FOPT) != 0, {}};
-    DescribeType(info, element.tdesc, parameter);
-    // An object is a pointer already.
-    if (parameter.type == VT_DISPATCH) parameter.byReference = false;
-    return parameter;
+Parameter Describe(const PARAMDESC& description, StringView name) {
+    return {String(name), (description.wParamFlags & PARAMFLAG_FOPT) != 0, ValueWhenLeftOut(description)};
 }
 
 // The names of a member and its parameters. For a put they are those of the get with the same id.
@@ -86,41 +58,68 @@ std::vector<Bstr> NamesOf(ITypeInfo& info, const FUNCDESC& function) {
 
 } // namespace
 
-DispatchTable::DispatchTable(ComPtr<ITypeInfo> info) : mvarInfo(std::move(info)) {
+DispatchTable::DispatchTable(ComPtr<ITypeInfo> info, std::span<const Thunk> thunks) : mvarInfo(std::move(info)) {
     TypeAttributes attributes(*mvarInfo.Get());
     Require(mvarInfo->GetTypeAttr(attributes.Out()));
     for (UINT i = 0; i < attributes->cFuncs; ++i)
-        ReadMember(i);
+        ReadMember(i, thunks);
+    if (mvarMembers.size() != thunks.size()) throw std::logic_error("a thunk of no member");
+    Arrange();
 }
 
-void DispatchTable::ReadMember(UINT index) {
+// The members of IUnknown and IDispatch, which the type information repeats, are restricted: no host calls them by
+// name.
+void DispatchTable::ReadMember(UINT index, std::span<const Thunk> thunks) {
     FunctionDescription function(*mvarInfo.Get());
     Require(mvarInfo->GetFuncDesc(index, function.Out()));
     if ((function->wFuncFlags & FUNCFLAG_FRESTRICTED) != 0) return;
+    const auto thunk = std::find_if(thunks.begin(), thunks.end(), [&](const Thunk& candidate) {
+        return candidate.id == function->memid && candidate.kind == function->invkind;
+    });
+    if (thunk == thunks.end()) throw std::logic_error("a member without a thunk");
     const auto names = NamesOf(*mvarInfo.Get(), **function.Out());
-    Member member{function->memid, function->invkind, {}};
-    const bool isPut = (member.kind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) != 0;
+    Member member{&*thunk, {}};
     for (SHORT i = 0; i < function->cParams; ++i) {
-        const ELEMDESC& element = function->lprgelemdescParam[i];
-        if ((element.paramdesc.wParamFlags & PARAMFLAG_FRETVAL) != 0) continue;
+        const PARAMDESC& description = function->lprgelemdescParam[i].paramdesc;
+        if ((description.wParamFlags & PARAMFLAG_FRETVAL) != 0) continue;
+        const bool isPut = (thunk->kind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) != 0;
         const StringView name = isPut ? StringView() : ViewOf(names[static_cast<std::size_t>(i) + 1].Get());
-        member.parameters.push_back(Describe(*mvarInfo.Get(), element, name));
+        member.parameters.push_back(Describe(description, name));
     }
-    mvarIds.emplace(Folded(ViewOf(names.front().Get())), member.id);
+    if (member.parameters.size() != thunk->parameters) throw std::logic_error("a thunk with other parameters");
+    mvarNames.emplace_back(ViewOf(names.front().Get()));
+    mvarIds.emplace(mvarNames.back(), thunk->id);
     mvarMembers.push_back(std::move(member));
 }
 
+void DispatchTable::Arrange() {
+    std::stable_sort(mvarMembers.begin(), mvarMembers.end(),
+                     [](const Member& left, const Member& right) { return left.thunk->id < right.thunk->id; });
+    for (auto member = mvarMembers.begin(); member != mvarMembers.end();) {
+        const DISPID id = member->thunk->id;
+        const auto end =
+            std::find_if(member, mvarMembers.end(), [id](const Member& other) { return other.thunk->id != id; });
+        mvarById.resize(static_cast<std::size_t>(id - DISPID_NEWENUM) + 1);
+        mvarById.back() = {member, end};
+        member = end;
+    }
+}
+
+std::span<const Member> DispatchTable::WithId(DISPID id) const noexcept {
+    const auto place = static_cast<std::size_t>(static_cast<std::int64_t>(id) - DISPID_NEWENUM);
+    return place < mvarById.size() ? mvarById[place] : std::span<const Member>();
+}
+
 std::optional<DISPID> DispatchTable::IdOf(const wchar_t* name) const {
-    const auto found = mvarIds.find(Folded(name));
+    const auto found = mvarIds.find(name);
     return found != mvarIds.end() ? std::optional(found->second) : std::nullopt;
 }
 
 std::optional<DISPID> DispatchTable::ParameterIdOf(DISPID member, const wchar_t* name) const {
-    const String folded = Folded(name);
-    for (const auto& candidate : mvarMembers) {
-        if (candidate.id != member) continue;
+    for (const auto& candidate : WithId(member)) {
         const auto& all = candidate.parameters;
-        const auto found = std::find_if(all.begin(), all.end(), [&](const Parameter& p) { return p.name == folded; });
+        const auto found =
+            std::find_if(all.begin(), all.end(), [&](const Parameter& p) { return SameName()(p.name, name); });
         if (found != all.end()) return static_cast<DISPID>(found - all.begin());
     }
     return std::nullopt;
@@ -129,11 +128,10 @@ std::optional<DISPID> DispatchTable::ParameterIdOf(DISPID member, const wchar_t*
 const Member* DispatchTable::Find(DISPID id, WORD flags) const noexcept {
     const Member* anyPut = nullptr;
     const Member* readable = nullptr;
-    for (const auto& member : mvarMembers) {
-        if (member.id != id) continue;
-        if ((member.kind & flags) != 0) return &member;
-        if (member.kind == INVOKE_PROPERTYGET) readable = &member;
-        if (member.kind == INVOKE_PROPERTYPUT && member.parameters.back().type == VT_VARIANT) anyPut = &member;
+    for (const auto& member : WithId(id)) {
+        if ((member.thunk->kind & flags) != 0) return &member;
+        if (member.thunk->kind == INVOKE_PROPERTYGET) readable = &member;
+        if (member.thunk->kind == INVOKE_PROPERTYPUT && member.thunk->takesAnyValue) anyPut = &member;
     }
     if ((flags & DISPATCH_METHOD) != 0) return readable;
     return (flags & DISPATCH_PROPERTYPUTREF) != 0 ? anyPut : nullptr;

@@ -1,36 +1,32 @@
-// What late-bound calls need to know of an interface, read once from its type information: members by name, and the
-// parameters that arguments are converted to. Restricted members, those of IUnknown and IDispatch, are left out: a
-// script that called Release by name would end an object that others still hold.
+// What late-bound calls need to know of an interface: its members by name and id, with the thunk that calls each, and
+// the parameters as the type information describes them. Read once for each face class. Restricted members, those of
+// IUnknown and IDispatch, are left out: a script that called Release by name would end an object that others still
+// hold.
 #pragma once
 
 #include <oaidl.h>
 
+#include <deque>
+#include <memory>
 #include <optional>
-#include <unordered_map>
+#include <span>
 #include <vector>
 
 #include "automation/ComPtr.h"
-#include "common/String.h"
+#include "automation/MemberNames.h"
+#include "automation/Thunk.h"
 
 namespace kestrel {
 
-struct Parameter {
-    String name;      // folded
-    VARTYPE type;     // VT_DISPATCH for an object, VT_I4 for an enumeration
-    bool byReference; // the call reads and writes the caller's variable
-    bool optional;
-    IID objectInterface; // of an object parameter
-};
-
 struct Member {
-    DISPID id;
-    INVOKEKIND kind;
+    const Thunk* thunk;
     std::vector<Parameter> parameters; // without the result
 };
 
 class DispatchTable {
   public:
-    explicit DispatchTable(ComPtr<ITypeInfo> info);
+    // Fails with std::logic_error when the thunks are not exactly those of the interface's own members.
+    DispatchTable(ComPtr<ITypeInfo> info, std::span<const Thunk> thunks);
 
     [[nodiscard]] ITypeInfo& Info() const noexcept { return *mvarInfo.Get(); }
     // Names are compared without regard to (ASCII) case; nothing for an unknown one.
@@ -43,11 +39,15 @@ class DispatchTable {
     [[nodiscard]] const Member* Find(DISPID id, WORD flags) const noexcept;
 
   private:
-    void ReadMember(UINT index);
+    void ReadMember(UINT index, std::span<const Thunk> thunks);
+    [[nodiscard]] std::span<const Member> WithId(DISPID id) const noexcept;
+    void Arrange();
 
     ComPtr<ITypeInfo> mvarInfo;
-    std::unordered_map<String, DISPID> mvarIds;
-    std::vector<Member> mvarMembers;
+    std::deque<String> mvarNames; // never moved: the keys of mvarIds
+    NameMap<DISPID> mvarIds;
+    std::vector<Member> mvarMembers;         // in the order of their ids
+    std::vector<std::span<Member>> mvarById; // from DISPID_NEWENUM, the lowest, on
 };
 
 } // namespace kestrel

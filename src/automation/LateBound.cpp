@@ -1,30 +1,42 @@
 #include "automation/LateBound.h"
 
 #include "automation/Boundary.h"
-#include "automation/DispatchArguments.h"
 #include "common/Error.h"
 
 namespace kestrel {
 
 namespace {
 
-HRESULT CallMember(const DispatchTable& table, void* instance, const Member& member, const LateCall& call) {
-    UINT failed = 0;
-    UINT* const failedArgument = call.failedArgument != nullptr ? call.failedArgument : &failed;
-    DispatchArguments arguments(member, *call.params, *failedArgument);
-    const HRESULT result = table.Info().Invoke(instance, member.id, static_cast<WORD>(member.kind), arguments.Params(),
-                                               call.result, call.exception, failedArgument);
-    if (SUCCEEDED(result)) arguments.CopyBack();
-    return result;
+// A member's failure as late-bound hosts are told of it: with the texts of the error object that the member left.
+HRESULT AsException(HRESULT failure, EXCEPINFO* exception) noexcept {
+    if (exception == nullptr) return DISP_E_EXCEPTION;
+    *exception = {};
+    exception->scode = failure;
+    ComPtr<IErrorInfo> error;
+    if (GetErrorInfo(0, error.Out()) == S_OK) {
+        error->GetSource(&exception->bstrSource);
+        error->GetDescription(&exception->bstrDescription);
+        error->GetHelpFile(&exception->bstrHelpFile);
+        error->GetHelpContext(&exception->dwHelpContext);
+    }
+    return DISP_E_EXCEPTION;
 }
 
-HRESULT CallDefaultOfResult(const DispatchTable& table, void* instance, const Member& member, const LateCall& call) {
+HRESULT CallMember(void* face, const Member& member, const LateCall& call) {
+    UINT failed = 0;
+    const BoundArguments arguments(member.parameters, *call.params,
+                                   call.failedArgument != nullptr ? *call.failedArgument : failed);
+    const HRESULT result = member.thunk->call(face, arguments, call.result);
+    return SUCCEEDED(result) ? S_OK : AsException(result, call.exception);
+}
+
+HRESULT CallDefaultOfResult(void* face, const Member& member, const LateCall& call) {
     Variant object;
     DISPPARAMS none{};
     LateCall read = call;
     read.params = &none;
     read.result = object.Out();
-    const HRESULT result = CallMember(table, instance, member, read);
+    const HRESULT result = CallMember(face, member, read);
     if (FAILED(result)) return result;
     if (object.Type() != VT_DISPATCH) return DISP_E_BADPARAMCOUNT;
     IDispatch* const target = V_DISPATCH(&object.Get());
@@ -54,14 +66,14 @@ HRESULT IdsOfNames(const DispatchTable& table, LPOLESTR* names, UINT count, DISP
     return result;
 }
 
-HRESULT Call(const DispatchTable& table, void* instance, const LateCall& call) {
+HRESULT Call(const DispatchTable& table, void* face, const LateCall& call) {
     if (call.result != nullptr) VariantInit(call.result);
     CheckParams(call.params);
     const Member* member = table.Find(call.member, call.flags);
     if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
-    const bool takesNothing = member->kind == INVOKE_PROPERTYGET && member->parameters.empty();
-    return takesNothing && call.params->cArgs != 0 ? CallDefaultOfResult(table, instance, *member, call)
-                                                   : CallMember(table, instance, *member, call);
+    const bool takesNothing = member->thunk->kind == INVOKE_PROPERTYGET && member->parameters.empty();
+    return takesNothing && call.params->cArgs != 0 ? CallDefaultOfResult(face, *member, call)
+                                                   : CallMember(face, *member, call);
 }
 
 } // namespace kestrel

@@ -18,8 +18,8 @@ struct LateCall {
 // The ids of a member and of its parameters; DISPID_UNKNOWN and DISP_E_UNKNOWNNAME for a name that is none.
 HRESULT IdsOfNames(const DispatchTable& table, LPOLESTR* names, UINT count, DISPID* ids);
 
-// Calls the member of the interface that `instance` points to. A property that takes no arguments and is read with some
-// passes them on to the default member of the object that it returns.
-HRESULT Call(const DispatchTable& table, void* instance, const LateCall& call);
+// Calls the member of the face, which is of the class that the table was made for. A property that takes no arguments
+// and is read with some passes them on to the default member of the object that it returns.
+HRESULT Call(const DispatchTable& table, void* face, const LateCall& call);
 
 } // namespace kestrel

@@ -8,6 +8,48 @@ const ClassFacts& BandFace::Facts() noexcept {
     return facts;
 }
 
+std::span<const Thunk> BandFace::Thunks() noexcept {
+    static constexpr std::array thunks{
+        Reads<&BandFace::get_Style>(1),
+        Puts<&BandFace::put_Style>(1),
+        Reads<&BandFace::get_Formate>(2),
+        Puts<&BandFace::put_Formate>(2),
+        Reads<&BandFace::get_Value>(DISPID_VALUE),
+        Puts<&BandFace::put_Value>(DISPID_VALUE),
+        Reads<&BandFace::get_Length>(3),
+        Puts<&BandFace::put_Length>(3),
+        Reads<&BandFace::get_Name>(4),
+        Puts<&BandFace::put_Name>(4),
+        Reads<&BandFace::get_Default>(5),
+        Puts<&BandFace::put_Default>(5),
+        Reads<&BandFace::get_IncrMode>(6),
+        Puts<&BandFace::put_IncrMode>(6),
+        Reads<&BandFace::get_DateUpdated>(7),
+        Puts<&BandFace::put_DateUpdated>(7),
+        Reads<&BandFace::get_SwapMode>(8),
+        Puts<&BandFace::put_SwapMode>(8),
+        Reads<&BandFace::get_InitStart>(9),
+        Puts<&BandFace::put_InitStart>(9),
+        Reads<&BandFace::get_InitEnd>(10),
+        Puts<&BandFace::put_InitEnd>(10),
+        Reads<&BandFace::get_TrackBands>(11),
+        Reads<&BandFace::get_Relations>(12),
+        Reads<&BandFace::get_DataFields>(13),
+        Reads<&BandFace::get_TrigerBand>(14),
+        Puts<&BandFace::put_TrigerBand>(14),
+        PutsObject<&BandFace::putref_TrigerBand>(14),
+        Reads<&BandFace::get_DataField>(15),
+        Puts<&BandFace::put_DataField>(15),
+        PutsObject<&BandFace::putref_DataField>(15),
+        Reads<&BandFace::get_Index>(16),
+        Reads<&BandFace::get_AllowDroped>(17),
+        Puts<&BandFace::put_AllowDroped>(17),
+        Reads<&BandFace::get_AllowModified>(18),
+        Puts<&BandFace::put_AllowModified>(18),
+    };
+    return thunks;
+}
+
 ComPtr<::_Band> FaceOf(const Ref<Band>& model) { return BandFace::Of(model); }
 
 std::vector<Subscription> BandFace::ForwardEvents(Band& model, ConnectionTable& table) {

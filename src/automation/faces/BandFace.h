@@ -8,6 +8,7 @@ class BandFace final : public Face<BandFace, ::_Band, Band> {
   public:
     using Face::Face;
     [[nodiscard]] static const ClassFacts& Facts() noexcept;
+    [[nodiscard]] static std::span<const Thunk> Thunks() noexcept;
     [[nodiscard]] static std::vector<Subscription> ForwardEvents(Band& model, ConnectionTable& table);
 
     STDMETHODIMP get_Style(::BandStyles* result) noexcept override;

@@ -8,6 +8,60 @@ const ClassFacts& CodeClassFace::Facts() noexcept {
     return facts;
 }
 
+std::span<const Thunk> CodeClassFace::Thunks() noexcept {
+    static constexpr std::array thunks{
+        Reads<&CodeClassFace::get_Name>(1),
+        Puts<&CodeClassFace::put_Name>(1),
+        Reads<&CodeClassFace::get_Value>(2),
+        Puts<&CodeClassFace::put_Value>(2),
+        Reads<&CodeClassFace::get_Style>(3),
+        Puts<&CodeClassFace::put_Style>(3),
+        Reads<&CodeClassFace::get_ApplyMode>(4),
+        Puts<&CodeClassFace::put_ApplyMode>(4),
+        Reads<&CodeClassFace::get_CodeUCased>(5),
+        Puts<&CodeClassFace::put_CodeUCased>(5),
+        Reads<&CodeClassFace::get_SeparaOfYear>(6),
+        Puts<&CodeClassFace::put_SeparaOfYear>(6),
+        Reads<&CodeClassFace::get_SeparaOfMonth>(7),
+        Puts<&CodeClassFace::put_SeparaOfMonth>(7),
+        Reads<&CodeClassFace::get_SeparaOfWeek>(8),
+        Puts<&CodeClassFace::put_SeparaOfWeek>(8),
+        Reads<&CodeClassFace::get_SeparaOfDay>(9),
+        Puts<&CodeClassFace::put_SeparaOfDay>(9),
+        Reads<&CodeClassFace::get_AllowAddBand>(10),
+        Puts<&CodeClassFace::put_AllowAddBand>(10),
+        Reads<&CodeClassFace::get_AllowDropBand>(11),
+        Puts<&CodeClassFace::put_AllowDropBand>(11),
+        Reads<&CodeClassFace::get_AllowFieldManage>(12),
+        Puts<&CodeClassFace::put_AllowFieldManage>(12),
+        Reads<&CodeClassFace::get_AllowSimpleStyle>(13),
+        Puts<&CodeClassFace::put_AllowSimpleStyle>(13),
+        Puts<&CodeClassFace::put_AllowSetup>(14),
+        Reads<&CodeClassFace::get_UsrFields>(15),
+        Reads<&CodeClassFace::get_UsrMacros>(16),
+        Reads<&CodeClassFace::get_LayeredBands>(17),
+        Reads<&CodeClassFace::get_UsedFields>(18),
+        Reads<&CodeClassFace::get_Relations>(19),
+        Answers<&CodeClassFace::Add>(20),
+        Reads<&CodeClassFace::get_Band>(DISPID_VALUE),
+        Reads<&CodeClassFace::get_Count>(21),
+        Does<&CodeClassFace::Remove>(22),
+        Does<&CodeClassFace::Drag>(23),
+        Does<&CodeClassFace::Cls>(24),
+        Reads<&CodeClassFace::get_NewEnum>(DISPID_NEWENUM),
+        Reads<&CodeClassFace::get_Length>(25),
+        Reads<&CodeClassFace::get_Definition>(26),
+        Does<&CodeClassFace::Load>(27),
+        Answers<&CodeClassFace::GetCode>(28),
+        Does<&CodeClassFace::ExpCode>(29),
+        Does<&CodeClassFace::Save>(30),
+        Does<&CodeClassFace::ShowDesigner>(31),
+        Does<&CodeClassFace::ShowFieldManage>(32),
+        Does<&CodeClassFace::ShowOptions>(33),
+    };
+    return thunks;
+}
+
 ComPtr<::_CodeClass> FaceOf(const Ref<CodeClass>& model) { return CodeClassFace::Of(model); }
 
 std::vector<Subscription> CodeClassFace::ForwardEvents(CodeClass& model, ConnectionTable& table) {

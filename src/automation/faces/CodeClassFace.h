@@ -8,6 +8,7 @@ class CodeClassFace final : public Face<CodeClassFace, ::_CodeClass, CodeClass> 
   public:
     using Face::Face;
     [[nodiscard]] static const ClassFacts& Facts() noexcept;
+    [[nodiscard]] static std::span<const Thunk> Thunks() noexcept;
     [[nodiscard]] static std::vector<Subscription> ForwardEvents(CodeClass& model, ConnectionTable& table);
 
     STDMETHODIMP get_Name(BSTR* result) noexcept override;

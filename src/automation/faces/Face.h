@@ -1,11 +1,14 @@
 // The base of the seven faces: identity, late binding, class information, error support and connection points.
 //
-// A face keeps its model object alive and is its only face as long as any host holds it. FinalFace supplies Facts(); a
-// class with events also supplies ForwardEvents.
+// A face keeps its model object alive and is its only face as long as any host holds it. FinalFace supplies Facts() and
+// Thunks(), one for each member of its interface; a class with events also supplies ForwardEvents.
 #pragma once
 
 #include <ocidl.h>
 #include <olectl.h>
+
+#include <array>
+#include <span>
 
 #include "automation/ConnectionPoint.h"
 #include "automation/FromHost.h"
@@ -81,7 +84,7 @@ class Face : public Interface,
                         UINT* failedArgument) noexcept override { // NOLINT(readability-non-const-parameter): COM's
         return Result([&] {
             const LateCall call{member, locale, flags, params, result, exception, failedArgument};
-            return riid == IID_NULL ? Call(Table(), static_cast<Interface*>(this), call) : DISP_E_UNKNOWNINTERFACE;
+            return riid == IID_NULL ? Call(Table(), static_cast<FinalFace*>(this), call) : DISP_E_UNKNOWNINTERFACE;
         });
     }
 
@@ -161,7 +164,7 @@ class Face : public Interface,
   private:
     // Never destroyed, as the type library that it refers to: see there.
     [[nodiscard]] static const DispatchTable& Table() {
-        static const auto* const table = new DispatchTable(TypeInfoOf(FinalFace::Facts().iid));
+        static const auto* const table = new DispatchTable(TypeInfoOf(FinalFace::Facts().iid), FinalFace::Thunks());
         return *table;
     }
 

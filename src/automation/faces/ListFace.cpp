@@ -10,6 +10,15 @@ const ClassFacts& ListFace::Facts() noexcept {
     return facts;
 }
 
+std::span<const Thunk> ListFace::Thunks() noexcept {
+    static constexpr std::array thunks{
+        Reads<&ListFace::get_Name>(1),        Puts<&ListFace::put_Name>(1),         Reads<&ListFace::get_Value>(2),
+        Puts<&ListFace::put_Value>(2),        Reads<&ListFace::get_Description>(3), Puts<&ListFace::put_Description>(3),
+        Reads<&ListFace::get_ForeignName>(4), Puts<&ListFace::put_ForeignName>(4),  Reads<&ListFace::get_Style>(5),
+    };
+    return thunks;
+}
+
 ComPtr<::_List> FaceOf(const Ref<List>& model) { return ListFace::Of(model); }
 
 STDMETHODIMP ListFace::get_Name(BSTR* result) noexcept {

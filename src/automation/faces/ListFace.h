@@ -8,6 +8,7 @@ class ListFace final : public Face<ListFace, ::_List, List> {
   public:
     using Face::Face;
     [[nodiscard]] static const ClassFacts& Facts() noexcept;
+    [[nodiscard]] static std::span<const Thunk> Thunks() noexcept;
 
     STDMETHODIMP get_Name(BSTR* result) noexcept override;
     STDMETHODIMP put_Name(BSTR newValue) noexcept override;

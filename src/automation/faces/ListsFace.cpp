@@ -9,6 +9,14 @@ const ClassFacts& ListsFace::Facts() noexcept {
     return facts;
 }
 
+std::span<const Thunk> ListsFace::Thunks() noexcept {
+    static constexpr std::array thunks{
+        Answers<&ListsFace::Add>(1), Reads<&ListsFace::get_Item>(DISPID_VALUE),      Reads<&ListsFace::get_Count>(2),
+        Does<&ListsFace::Remove>(3), Reads<&ListsFace::get_NewEnum>(DISPID_NEWENUM),
+    };
+    return thunks;
+}
+
 ComPtr<::_Lists> FaceOf(const Ref<Lists>& model) { return ListsFace::Of(model); }
 
 std::vector<Subscription> ListsFace::ForwardEvents(Lists& model, ConnectionTable& table) {

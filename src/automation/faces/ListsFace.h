@@ -8,6 +8,7 @@ class ListsFace final : public Face<ListsFace, ::_Lists, Lists> {
   public:
     using Face::Face;
     [[nodiscard]] static const ClassFacts& Facts() noexcept;
+    [[nodiscard]] static std::span<const Thunk> Thunks() noexcept;
     [[nodiscard]] static std::vector<Subscription> ForwardEvents(Lists& model, ConnectionTable& table);
 
     STDMETHODIMP Add(BSTR Name, BSTR ForeignName, BSTR Value, BSTR Description, ::_List** result) noexcept override;

@@ -8,6 +8,14 @@ const ClassFacts& NamesFace::Facts() noexcept {
     return facts;
 }
 
+std::span<const Thunk> NamesFace::Thunks() noexcept {
+    static constexpr std::array thunks{
+        Answers<&NamesFace::Add>(1), Reads<&NamesFace::get_Item>(DISPID_VALUE),      Reads<&NamesFace::get_Count>(2),
+        Does<&NamesFace::Remove>(3), Reads<&NamesFace::get_NewEnum>(DISPID_NEWENUM), Does<&NamesFace::ImportNames>(4),
+    };
+    return thunks;
+}
+
 ComPtr<::_Names> FaceOf(const Ref<Names>& model) { return NamesFace::Of(model); }
 
 std::vector<Subscription> NamesFace::ForwardEvents(Names& model, ConnectionTable& table) {

@@ -8,6 +8,7 @@ class NamesFace final : public Face<NamesFace, ::_Names, Names> {
   public:
     using Face::Face;
     [[nodiscard]] static const ClassFacts& Facts() noexcept;
+    [[nodiscard]] static std::span<const Thunk> Thunks() noexcept;
     [[nodiscard]] static std::vector<Subscription> ForwardEvents(Names& model, ConnectionTable& table);
 
     STDMETHODIMP Add(BSTR Value, BSTR* result) noexcept override;

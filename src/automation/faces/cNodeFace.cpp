@@ -8,6 +8,21 @@ const ClassFacts& cNodeFace::Facts() noexcept {
     return facts;
 }
 
+std::span<const Thunk> cNodeFace::Thunks() noexcept {
+    static constexpr std::array thunks{
+        Reads<&cNodeFace::get_LastSibling>(1),  Reads<&cNodeFace::get_FirstSibling>(2),
+        Reads<&cNodeFace::get_Child>(3),        Reads<&cNodeFace::get_Root>(4),
+        Reads<&cNodeFace::get_Parent>(5),       Reads<&cNodeFace::get_Children>(6),
+        Reads<&cNodeFace::get_Key>(7),          Reads<&cNodeFace::get_Previous>(8),
+        Reads<&cNodeFace::get_Nexts>(9),        Reads<&cNodeFace::get_Index>(10),
+        Reads<&cNodeFace::get_Layer>(11),       Reads<&cNodeFace::get_Text>(12),
+        Puts<&cNodeFace::put_Text>(12),         Reads<&cNodeFace::get_Tag>(13),
+        Puts<&cNodeFace::put_Tag>(13),          Reads<&cNodeFace::get_PreviousSibling>(14),
+        Reads<&cNodeFace::get_Descendants>(15),
+    };
+    return thunks;
+}
+
 ComPtr<::_cNode> FaceOf(const Ref<cNode>& model) { return cNodeFace::Of(model); }
 
 STDMETHODIMP cNodeFace::get_LastSibling(::_cNode** result) noexcept {

@@ -8,6 +8,7 @@ class cNodeFace final : public Face<cNodeFace, ::_cNode, cNode> {
   public:
     using Face::Face;
     [[nodiscard]] static const ClassFacts& Facts() noexcept;
+    [[nodiscard]] static std::span<const Thunk> Thunks() noexcept;
 
     STDMETHODIMP get_LastSibling(::_cNode** result) noexcept override;
     STDMETHODIMP get_FirstSibling(::_cNode** result) noexcept override;

@@ -8,6 +8,17 @@ const ClassFacts& cNodesFace::Facts() noexcept {
     return facts;
 }
 
+std::span<const Thunk> cNodesFace::Thunks() noexcept {
+    static constexpr std::array thunks{
+        Answers<&cNodesFace::Add>(1),        Reads<&cNodesFace::get_Node>(DISPID_VALUE),
+        Reads<&cNodesFace::get_Count>(2),    Does<&cNodesFace::Remove>(3),
+        Reads<&cNodesFace::get_NewEnum>(4),  Does<&cNodesFace::Drag>(5),
+        Does<&cNodesFace::Cls>(6),           Reads<&cNodesFace::get_Style>(7),
+        Answers<&cNodesFace::Conversion>(8), Does<&cNodesFace::RemoveItem>(9),
+    };
+    return thunks;
+}
+
 ComPtr<::_cNodes> FaceOf(const Ref<cNodes>& model) { return cNodesFace::Of(model); }
 
 std::vector<Subscription> cNodesFace::ForwardEvents(cNodes& model, ConnectionTable& table) {

@@ -8,6 +8,7 @@ class cNodesFace final : public Face<cNodesFace, ::_cNodes, cNodes> {
   public:
     using Face::Face;
     [[nodiscard]] static const ClassFacts& Facts() noexcept;
+    [[nodiscard]] static std::span<const Thunk> Thunks() noexcept;
     [[nodiscard]] static std::vector<Subscription> ForwardEvents(cNodes& model, ConnectionTable& table);
 
     STDMETHODIMP Add(VARIANT Relative, ::tvwRelationships Relationship, BSTR Text, BSTR Tag,
