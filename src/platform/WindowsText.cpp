@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "platform/PlainFormats.h"
 #include "platform/Variant.h"
 
 namespace kestrel {
@@ -85,6 +86,11 @@ LPOLESTR ForReading(const String& text) noexcept { return const_cast<LPOLESTR>(t
 } // namespace
 
 String WindowsText::Format(const String& value, const String& format) const {
+    auto plain = PlainlyFormatted(value, format);
+    return plain ? *std::move(plain) : FormatByPlatform(value, format);
+}
+
+String WindowsText::FormatByPlatform(const String& value, const String& format) {
     Variant variant = ValueToFormat(value, format);
     Bstr formatted;
     const HRESULT result = VarFormat(variant.Out(), ForReading(format), WeekBeginsOnSunday, YearBeginsOnFirstOfJanuary,

@@ -9,6 +9,8 @@ class WindowsText final : public TextPort {
   public:
     // A text of digits keeps them all, up to 28, under a format with digit placeholders.
     [[nodiscard]] String Format(const String& value, const String& format) const override;
+    // The same, always through the platform's formatting function.
+    [[nodiscard]] static String FormatByPlatform(const String& value, const String& format);
     [[nodiscard]] std::optional<double> Number(const String& text) const override;
     [[nodiscard]] std::optional<Date> ParseDate(const String& text) const override;
     [[nodiscard]] bool SameText(StringView left, StringView right) const override;
