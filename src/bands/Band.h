@@ -108,6 +108,12 @@ class Band final : public Exposed {
     [[nodiscard]] Ref<Rule> ParentRule() const noexcept { return mvarParentRule.Lock(); }
     // What the band is bound to without making anything; nothing when nothing was set.
     [[nodiscard]] const Ref<List>& BoundField() const noexcept { return mvarDataField; }
+    // What TrackBands and Relations have made so far, without making anything: nothing when that was not used. Of the
+    // trees only the band's own.
+    [[nodiscard]] const Ref<Names>& TrackedNames() const noexcept { return mvarTrackBands; }
+    [[nodiscard]] Ref<cNodes> OwnRelations() const noexcept {
+        return IsBound() && mvarSwapMode == smSimpleSwap ? mvarRelations : nullptr;
+    }
     // Whether the band takes its value from a user macro or a user field.
     [[nodiscard]] bool IsBound() const noexcept { return mvarStyle == bsUsrMacro || mvarStyle == bsUsrField; }
     // Whether the band is an increased number or letter.

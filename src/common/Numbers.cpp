@@ -141,15 +141,15 @@ std::optional<double> NumericValue(const String& text) {
     return number && CanonicalText(*number) == text ? number : TheText().Number(text);
 }
 
-String Increased(StringView text) {
-    if (!IsAllDigits(text)) return CanonicalText(LeadingNumber(text).value_or(0) + 1);
+String Increased(StringView text, std::uint32_t step) {
+    if (!IsAllDigits(text)) return CanonicalText(LeadingNumber(text).value_or(0) + step);
     String digits(WithoutLeadingZeros(text));
-    auto digit = digits.rbegin();
-    for (; digit != digits.rend() && *digit == L'9'; ++digit)
-        *digit = L'0';
-    if (digit == digits.rend()) return L'1' + digits;
-    ++*digit;
-    return digits;
+    std::uint64_t carry = step;
+    for (auto digit = digits.rbegin(); digit != digits.rend() && carry != 0; ++digit, carry /= 10) {
+        carry += static_cast<std::uint64_t>(*digit - L'0');
+        *digit = static_cast<wchar_t>(L'0' + carry % 10);
+    }
+    return carry == 0 && !digits.empty() ? digits : ToText(static_cast<std::int64_t>(carry)) + digits;
 }
 
 bool NumericallyLess(StringView left, StringView right) {

@@ -25,9 +25,9 @@ namespace kestrel {
 // any other text what the user's locale makes of it. Nothing when it is not numeric.
 [[nodiscard]] std::optional<double> NumericValue(const String& text);
 
-// The numeric part of a code plus 1, as decimal text without leading zeros. Exact for all-digit texts of any length;
-// any other text counts as its leading number, or 0 when it has none.
-[[nodiscard]] String Increased(StringView text);
+// The numeric part of a code plus 1 (or another step), as decimal text without leading zeros. Exact for all-digit texts
+// of any length; any other text counts as its leading number, or 0 when it has none.
+[[nodiscard]] String Increased(StringView text, std::uint32_t step = 1);
 
 // Whether the left text's numeric value is below the right one's; exact for all-digit texts of any length.
 [[nodiscard]] bool NumericallyLess(StringView left, StringView right);

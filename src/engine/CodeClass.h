@@ -111,6 +111,10 @@ class CodeClass final : public Rule {
     // text differs with 2041; bands before it keep their part.
     void ExpCode(const String& code);
 
+    // What is wrong with the rule, or not as it looks, in a new collection: a sentence for each finding, see
+    // RuleCheck.h. Changes nothing and raises no event.
+    [[nodiscard]] Ref<Names> Check() const;
+
     // --- The host ---
 
     // Hands the definition to the host when it differs from the host's own and the user agrees; a host that does not

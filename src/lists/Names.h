@@ -1,7 +1,7 @@
 // An ordered collection of plain strings, such as the names of the bands that a band tracks.
 //
 // Invariants: strings added through Add are unique among themselves, each its own key (compared exactly); strings that
-// came through ImportNames have no key and are reached by position only. Positions are 1-based.
+// came through ImportNames or Append have no key and are reached by position only. Positions are 1-based.
 #pragma once
 
 #include <vector>
@@ -28,6 +28,8 @@ class Names final : public Exposed {
     // Replaces all strings by the pieces of the text between ";", empty and repeated ones included; an empty text
     // leaves none. Raises nothing.
     void ImportNames(const String& definitions);
+    // Appends the text without a key; raises nothing, and a text may come again.
+    void Append(const String& value) { mvarItems.AppendWithoutKey(value); }
     // All strings joined with ",", which ImportNames does not read: who reads this text adds each name through Add.
     [[nodiscard]] String NamesText() const { return Join(Snapshot(), L","); }
 

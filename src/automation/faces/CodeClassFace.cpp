@@ -58,6 +58,7 @@ std::span<const Thunk> CodeClassFace::Thunks() noexcept {
         Does<&CodeClassFace::ShowDesigner>(31),
         Does<&CodeClassFace::ShowFieldManage>(32),
         Does<&CodeClassFace::ShowOptions>(33),
+        Answers<&CodeClassFace::Check>(34),
     };
     return thunks;
 }
@@ -291,6 +292,10 @@ STDMETHODIMP CodeClassFace::ShowFieldManage(BSTR sTitle) noexcept {
 
 STDMETHODIMP CodeClassFace::ShowOptions(BSTR sTitle) noexcept {
     return Do([&] { Model().ShowOptions(TextOf(sTitle)); });
+}
+
+STDMETHODIMP CodeClassFace::Check(::_Names** result) noexcept {
+    return Get(result, [&] { return Model().Check(); });
 }
 
 } // namespace kestrel

@@ -64,6 +64,8 @@ class CodeClassFace final : public Face<CodeClassFace, ::_CodeClass, CodeClass> 
     STDMETHODIMP ShowDesigner(BSTR sTitle, VARIANT AllowSetup) noexcept override;
     STDMETHODIMP ShowFieldManage(BSTR sTitle) noexcept override;
     STDMETHODIMP ShowOptions(BSTR sTitle) noexcept override;
+
+    STDMETHODIMP Check(::_Names** result) noexcept override;
 };
 
 } // namespace kestrel
