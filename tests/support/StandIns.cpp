@@ -33,6 +33,13 @@ double DayNumber(int year, int month, int day) {
     return era * 146097.0 + dayOfEra - 693899.0;
 }
 
+// Digits in groups of three.
+String Grouped(String digits) {
+    for (std::size_t end = digits.size(); end > 3; end -= 3)
+        digits.insert(end - 3, 1, L',');
+    return digits;
+}
+
 bool IsIsoDate(const String& text) { return text.size() >= 10 && text[4] == L'-' && text[7] == L'-'; }
 
 int Digits(const String& text, std::size_t from, std::size_t count) {
@@ -54,12 +61,16 @@ String StandInStrings::Text(int number) const {
 }
 
 String StandInText::Format(const String& value, const String& format) const {
+    if (format.size() > 1 && format.front() == L'\\') return format[1] + Format(value, format.substr(2));
+    if (format.size() > 1 && format[format.size() - 2] == L'\\')
+        return Format(value, format.substr(0, format.size() - 2)) + format.back();
     if (format == L">") return Upper(value);
     if (format == L"<") return Lower(value);
     if (!format.empty() && format.find_first_not_of(L'0') == String::npos && Number(value)) {
         const String digits = CanonicalText(std::nearbyint(*Number(value)));
         return digits.size() >= format.size() ? digits : String(format.size() - digits.size(), L'0') + digits;
     }
+    if (format == L"#,##0" && Number(value)) return Grouped(CanonicalText(std::nearbyint(*Number(value))));
     if (IsIsoDate(value)) {
         if (format == L"yymm") return value.substr(2, 2) + value.substr(5, 2);
         if (format == L"yyyy") return value.substr(0, 4);

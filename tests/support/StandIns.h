@@ -1,7 +1,8 @@
 // Plain stand-ins for the ports, for tests of the model away from Windows, and one fixture that installs them.
 //
-// StandInText knows the few formats that tests need: "0"s pad a number, ">" and "<" change case, "yymm", "yyyy" and
-// "yyyy-mm-dd" write a date given as yyyy-mm-dd; anything else cannot be applied. Case folding is ASCII only.
+// StandInText knows the few formats that tests need: "0"s pad a number, "#,##0" groups its digits, ">" and "<" change
+// case, "yymm", "yyyy" and "yyyy-mm-dd" write a date given as yyyy-mm-dd, a character after "\" at the beginning or end
+// stands there as it is; anything else cannot be applied. Case folding is ASCII only.
 #pragma once
 
 #include <functional>

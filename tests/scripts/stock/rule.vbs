@@ -32,5 +32,7 @@ Function bsFixed()
     bsFixed = 0
 End Function
 
-WScript.Echo "end of script: 4 checks, " & failed & " failed"
+Check "nothing is wrong with it", rule.Check.Count, 0
+
+WScript.Echo "end of script: 5 checks, " & failed & " failed"
 WScript.Quit 40 + failed
