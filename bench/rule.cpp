@@ -1,9 +1,11 @@
 // What a rule costs in the model: writing and reading the definition of a large one beside joining and splitting the
-// same text, and one GetCode beside the conversions that it cannot do without.
+// same text, checking it beside writing its definition, and one GetCode beside the conversions that it cannot do
+// without.
 #include <utility>
 #include <vector>
 
 #include "bench/Measure.h"
+#include "engine/RuleCheck.h"
 #include "support/Rules.h"
 #include "support/StandIns.h"
 
@@ -90,6 +92,64 @@ void MeasureDefinition(Verdicts& verdicts) {
     verdicts.AtMost("Definition to joining the same text", write / join, 3);
 }
 
+// Read from a text, for that is the fastest way to make so many bands.
+Ref<CodeClass> RuleOfBands(int groups) {
+    String text = L"#####02\r0\r15\rDay,,";
+    for (int group = 1; group <= groups; ++group) {
+        const String number = ToText(group);
+        text += L"\r16\r0=Prefix " + number + L"\r1=0\r3=P-" + number + L"\r17";
+        text += L"\r16\r0=Period " + number + L"\r1=1\r4=yymm\r5=4\r6=Day\r17";
+        text += L"\r16\r0=Letter " + number + L"\r1=4\r12=B\r17";
+        text += L"\r16\r0=Number " + number + L"\r1=3\r3=" + number + L"\r4=000000\r5=6\r13=Prefix " + number + L"\r17";
+    }
+    auto rule = Make<CodeClass>();
+    rule->Load(text);
+    return rule;
+}
+
+// One layer-style band over a tree in which every hundredth node has the others below it.
+Ref<CodeClass> RuleOfNodes(int nodes) {
+    auto rule = Make<CodeClass>();
+    AddField(*rule, L"Country", L"Land", 7, smLayersSwap);
+    AddField(*rule, L"Region", L"Area", 7, smLayersSwap);
+    String text = ToText(nodes);
+    for (int node = 1; node <= nodes; ++node) {
+        const int parent = node % 100 == 1 ? 0 : node - (node - 1) % 100;
+        text += L';' + (parent == 0 ? String() : ToText(parent)) + L',' + ToText(node) + L",C" +
+                ToText(100'000 + node) + L",value " + ToText(node);
+    }
+    rule->Relations().ImportNodes(text);
+    return rule;
+}
+
+// One band with a tree of its own.
+Ref<CodeClass> RuleOfPairs(int pairs) {
+    auto rule = Make<CodeClass>();
+    String text = ToText(pairs);
+    for (int pair = 1; pair <= pairs; ++pair)
+        text += L";," + ToText(pair) + L",C" + ToText(100'000 + pair) + L",value " + ToText(pair);
+    AddField(*rule, L"Country", L"Land", 7, smSimpleSwap)->Relations()->ImportNodes(text);
+    return rule;
+}
+
+double CheckToDefinition(const char* what, const CodeClass& rule) {
+    constexpr int runs = 7;
+    const auto write = BestOf(runs, [&] { Use(rule.Definition()); });
+    const auto check = BestOf(runs, [&] { Use(CheckRule(rule)); });
+    std::printf("  %s: Definition %.0f, Check %.0f, findings %zu\n", what, write, check, CheckRule(rule).size());
+    return check / write;
+}
+
+void MeasureCheck(Verdicts& verdicts) {
+    std::printf("\nCheck beside Definition, in microseconds:\n");
+    const auto bands = CheckToDefinition("200,000 bands", *RuleOfBands(50'000));
+    const auto nodes = CheckToDefinition("100,000 nodes in two layers", *RuleOfNodes(100'000));
+    const auto pairs = CheckToDefinition("100,000 pairs of one band", *RuleOfPairs(100'000));
+    verdicts.AtMost("Check to Definition of 200,000 bands", bands, 1);
+    verdicts.AtMost("Check to Definition of 100,000 nodes in two layers", nodes, 1);
+    verdicts.AtMost("Check to Definition of 100,000 pairs of one band", pairs, 1);
+}
+
 // A band of each kind that GetCode works for.
 Ref<CodeClass> IssuingRule() {
     auto rule = Make<CodeClass>();
@@ -143,6 +203,7 @@ int Run() {
     const test::StandIns standIns;
     Verdicts verdicts;
     MeasureDefinition(verdicts);
+    MeasureCheck(verdicts);
     MeasureGetCode();
     return verdicts.ExitCode();
 }

@@ -3,7 +3,7 @@
 #include "common/Numbers.h"
 #include "common/Ports.h"
 #include "engine/FormatTrials.h"
-#include "engine/Letters.h"
+#include "engine/TextTraits.h"
 #include "engine/TreeSurvey.h"
 
 namespace kestrel {
@@ -13,7 +13,6 @@ namespace {
 // A number band that counts fewer is told of.
 constexpr std::uint32_t EnoughNumbers = 100;
 constexpr const wchar_t* NumberBegin = L"1"; // what every number band begins with unless it is told otherwise
-constexpr StringView ListSeparators = L",;\r";
 
 bool HasAny(const String& text, StringView characters) { return text.find_first_of(characters) != String::npos; }
 
@@ -94,7 +93,8 @@ class Check {
         const String& text = band.Default();
         if (HasAny(text, L"\r")) mvarFindings.Add(FindingKind::LineBreak, {Caption(1503)});
         if (text.size() != static_cast<std::size_t>(band.Length())) mvarFindings.Add(FindingKind::FixedTextMissing);
-        if (mvarRule.CodeUCased() && HasSmallLetters(text)) mvarFindings.Add(FindingKind::SmallLetters, {text});
+        if (mvarRule.CodeUCased() && TraitsOf(text).hasSmallLetters)
+            mvarFindings.Add(FindingKind::SmallLetters, {text});
     }
 
     void CheckTrigger(const Band& band) {
@@ -302,7 +302,7 @@ class Check {
 
     void CheckItems(const Lists& items) {
         for (const auto& item : items.Snapshot())
-            if (HasAny(item->Name(), ListSeparators) || HasAny(item->ForeignName(), ListSeparators))
+            if (TraitsOf(item->Name()).hasSeparators || TraitsOf(item->ForeignName()).hasSeparators)
                 mvarFindings.Add(FindingKind::ItemNameNotSaved, {item->Name()});
     }
 

@@ -1,10 +1,8 @@
 #include "engine/TreeSurvey.h"
 
-#include <algorithm>
-
 #include "common/Ports.h"
 #include "engine/FormatTrials.h"
-#include "engine/Letters.h"
+#include "engine/TextTraits.h"
 
 namespace kestrel {
 
@@ -27,35 +25,39 @@ class TextsOfSiblings {
         while (size < nodes.size() * 2)
             size *= 2;
         mvarPlaces.resize(size);
+        mvarHashes.resize(nodes.size());
     }
 
-    bool IsTaken(std::size_t offset) {
+    // Of each node once.
+    bool IsTaken(std::size_t offset, std::uint64_t foldedHash) {
         const cNode& node = *mvarNodes[offset];
-        const auto hash = FoldedHash((node.*mvarSide)()) + reinterpret_cast<std::uintptr_t>(node.Parent().Get());
-        auto place = hash % mvarPlaces.size();
-        for (; mvarPlaces[place].used; place = (place + 1) % mvarPlaces.size())
-            if (mvarPlaces[place].hash == hash && IsSame(*mvarNodes[mvarPlaces[place].offset], node)) return true;
-        mvarPlaces[place] = {hash, offset, true};
+        const auto hash = Mixed(foldedHash, node.Parent().Get());
+        const std::size_t mask = mvarPlaces.size() - 1;
+        auto place = static_cast<std::size_t>(hash) & mask;
+        for (; mvarPlaces[place] != 0; place = (place + 1) & mask)
+            if (const std::size_t other = mvarPlaces[place] - 1U; mvarHashes[other] == hash && IsSame(other, node))
+                return true;
+        mvarPlaces[place] = static_cast<std::uint32_t>(offset) + 1;
+        mvarHashes[offset] = hash;
         return false;
     }
 
   private:
-    struct Place {
-        std::uint64_t hash = 0;
-        std::size_t offset = 0;
-        bool used = false;
-    };
+    static std::uint64_t Mixed(std::uint64_t hash, const cNode* parent) {
+        hash = (hash ^ reinterpret_cast<std::uintptr_t>(parent)) * 0x9E3779B97F4A7C15U;
+        return hash ^ (hash >> 32U);
+    }
 
-    [[nodiscard]] bool IsSame(const cNode& left, const cNode& right) const {
-        return left.Parent() == right.Parent() && TheText().SameText((left.*mvarSide)(), (right.*mvarSide)());
+    [[nodiscard]] bool IsSame(std::size_t offset, const cNode& node) const {
+        const cNode& other = *mvarNodes[offset];
+        return other.Parent() == node.Parent() && TheText().SameText((other.*mvarSide)(), (node.*mvarSide)());
     }
 
     const std::vector<Ref<cNode>>& mvarNodes;
     Side mvarSide;
-    std::vector<Place> mvarPlaces;
+    std::vector<std::uint32_t> mvarPlaces; // offsets from 1; 0 where there is none
+    std::vector<std::uint64_t> mvarHashes;
 };
-
-bool IsNotSaved(const String& text) { return text.find_first_of(L",;\r") != String::npos; }
 
 class Surveyor {
   public:
@@ -80,9 +82,14 @@ class Surveyor {
                 continue;
             }
             auto& layer = mvarSurvey.layers[static_cast<std::size_t>(depth)];
-            SurveyNode(layer, *mvarNodes[offset], mvarBands[static_cast<std::size_t>(depth)]);
-            if (codes.IsTaken(offset)) layer.sameCodes.Add(code);
-            if (values.IsTaken(offset)) layer.sameValues.Add(mvarNodes[offset]->Tag());
+            const auto codeTraits = TraitsOf(code);
+            const auto valueTraits = TraitsOf(mvarNodes[offset]->Tag());
+            ++layer.count;
+            if (codeTraits.hasSmallLetters) layer.smallLetters.Add(code);
+            if (codeTraits.hasSeparators || valueTraits.hasSeparators) layer.notSaved.Add(code);
+            SurveyCode(layer, code, mvarBands[static_cast<std::size_t>(depth)]);
+            if (codes.IsTaken(offset, codeTraits.foldedHash)) layer.sameCodes.Add(code);
+            if (values.IsTaken(offset, valueTraits.foldedHash)) layer.sameValues.Add(mvarNodes[offset]->Tag());
             const bool isLast = static_cast<std::size_t>(depth) + 1 == mvarBands.size();
             if (!isLast && !mvarHasChild[offset]) layer.childless.Add(code);
         }
@@ -90,10 +97,17 @@ class Surveyor {
     }
 
   private:
-    // Every node notes where it stands, so that a parent is found without a search.
+    // A node mostly stands where it was last found. Where one does not, every node notes where it stands, so that no
+    // parent takes a search.
     void FindParents() {
+        if (AllParentsStand()) return;
         for (std::size_t offset = 0; offset < mvarNodes.size(); ++offset)
             mvarNodes[offset]->SetLastPosition(static_cast<std::int32_t>(offset) + 1);
+        static_cast<void>(AllParentsStand());
+    }
+
+    bool AllParentsStand() {
+        bool all = true;
         for (std::size_t offset = 0; offset < mvarNodes.size(); ++offset) {
             const cNode* parent = mvarNodes[offset]->Parent().Get();
             if (parent == nullptr) continue;
@@ -102,7 +116,9 @@ class Surveyor {
                                 mvarNodes[static_cast<std::size_t>(place)] == parent;
             mvarParents[offset] = stands ? place : ParentHasLeft;
             if (stands) mvarHasChild[static_cast<std::size_t>(place)] = true;
+            all = all && stands;
         }
+        return all;
     }
 
     // How many parents stand above; each node of a chain is looked at once.
@@ -122,11 +138,7 @@ class Surveyor {
         return mvarDepths[offset];
     }
 
-    static void SurveyNode(LayerSurvey& layer, const cNode& node, const Band* band) {
-        ++layer.count;
-        const String& code = node.Text();
-        if (HasSmallLetters(code)) layer.smallLetters.Add(code);
-        if (IsNotSaved(code) || IsNotSaved(node.Tag())) layer.notSaved.Add(code);
+    static void SurveyCode(LayerSurvey& layer, const String& code, const Band* band) {
         if (band == nullptr) return;
         const auto length = static_cast<std::size_t>(band->Length());
         if (band->Formate().empty()) {
