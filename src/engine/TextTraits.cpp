@@ -1,48 +1,81 @@
 #include "engine/TextTraits.h"
 
+#include <array>
+
 #include "common/Ports.h"
 
 namespace kestrel {
 
 namespace {
 
-bool IsPrintableAscii(wchar_t character) { return character >= L' ' && character <= L'~'; }
+enum Kind : std::uint8_t { Plain = 0, Small = 1, Separator = 2, Other = 4 };
 
-bool IsCapital(wchar_t character) { return character >= L'A' && character <= L'Z'; }
-
-bool IsSmall(wchar_t character) { return character >= L'a' && character <= L'z'; }
-
-bool IsSeparator(wchar_t character) { return character == L',' || character == L';' || character == CarriageReturn; }
-
-std::uint64_t Hashed(std::uint64_t hash, wchar_t character) {
-    const wchar_t lowered = IsCapital(character) ? static_cast<wchar_t>(character - L'A' + L'a') : character;
-    return (hash ^ static_cast<std::uint64_t>(lowered)) * 1099511628211U;
-}
-
-struct Look {
-    TextTraits traits{14695981039346656037U, false, false};
-    bool isAscii = true;
+struct Character {
+    std::uint8_t kind = Other;
+    std::uint8_t lowered = 0;
 };
 
-Look LookAt(const String& text) {
-    Look look;
-    for (const wchar_t character : text) {
-        look.traits.foldedHash = Hashed(look.traits.foldedHash, character);
-        look.traits.hasSmallLetters |= IsSmall(character);
-        look.traits.hasSeparators |= IsSeparator(character);
-        look.isAscii &= IsPrintableAscii(character);
+constexpr std::size_t AsciiCount = 128;
+
+constexpr std::array<Character, AsciiCount> AsciiTable() {
+    std::array<Character, AsciiCount> table{};
+    for (std::size_t code = 0; code < AsciiCount; ++code) {
+        const bool isCapital = code >= 'A' && code <= 'Z';
+        const bool isSmall = code >= 'a' && code <= 'z';
+        const bool isPrintable = code >= ' ' && code <= '~';
+        int kind = isSmall ? Small : Plain;
+        if (code == ',' || code == ';' || code == '\r') kind |= Separator;
+        if (!isPrintable) kind |= Other;
+        table[code] = {static_cast<std::uint8_t>(kind), static_cast<std::uint8_t>(code + (isCapital ? 'a' - 'A' : 0))};
     }
-    return look;
+    return table;
 }
+
+constexpr auto Ascii = AsciiTable();
+
+// Characters are weighed by powers of this; four at a time, so that the processor need not wait for each.
+constexpr std::uint64_t Weight = 0x9E3779B97F4A7C15U;
+constexpr std::uint64_t Weight2 = Weight * Weight;
+constexpr std::uint64_t Weight3 = Weight2 * Weight;
+constexpr std::uint64_t Weight4 = Weight3 * Weight;
+
+// The characters, lowered where they are ASCII, as numbers; and all their kinds together.
+class Look {
+  public:
+    explicit Look(const String& text) {
+        std::size_t i = 0;
+        mvarHash = text.size();
+        for (; i + 4 <= text.size(); i += 4)
+            mvarHash = mvarHash * Weight4 + (Lowered(text[i]) * Weight3 + Lowered(text[i + 1]) * Weight2) +
+                       (Lowered(text[i + 2]) * Weight + Lowered(text[i + 3]));
+        for (; i < text.size(); ++i)
+            mvarHash = mvarHash * Weight + Lowered(text[i]);
+    }
+
+    [[nodiscard]] std::uint64_t Hash() const noexcept { return mvarHash; }
+    [[nodiscard]] bool Has(Kind kind) const noexcept { return (mvarKinds & kind) != 0; }
+
+  private:
+    std::uint64_t Lowered(wchar_t character) noexcept {
+        const auto code = static_cast<std::uint32_t>(character);
+        const Character known = code < AsciiCount ? Ascii[code] : Character{};
+        mvarKinds |= known.kind;
+        return code < AsciiCount ? known.lowered : code;
+    }
+
+    std::uint64_t mvarHash = 0;
+    unsigned mvarKinds = Plain;
+};
 
 } // namespace
 
 TextTraits TraitsOf(const String& text) {
-    Look look = LookAt(text);
-    if (look.isAscii) return look.traits;
-    look.traits.foldedHash = LookAt(TheText().Lower(text)).traits.foldedHash;
-    look.traits.hasSmallLetters = look.traits.hasSmallLetters || TheText().Upper(text) != text;
-    return look.traits;
+    const Look look(text);
+    TextTraits traits{look.Hash(), look.Has(Small), look.Has(Separator)};
+    if (!look.Has(Other)) return traits;
+    traits.foldedHash = Look(TheText().Lower(text)).Hash();
+    traits.hasSmallLetters = traits.hasSmallLetters || TheText().Upper(text) != text;
+    return traits;
 }
 
 } // namespace kestrel

@@ -123,6 +123,7 @@ class Surveyor {
 
     // How many parents stand above; each node of a chain is looked at once.
     std::int32_t DepthOf(std::size_t offset) {
+        if (mvarParents[offset] == NoParent) return mvarDepths[offset] = 0;
         mvarChain.clear();
         std::int32_t depth = NoParent;
         for (auto place = static_cast<std::int32_t>(offset); place >= 0;) {
