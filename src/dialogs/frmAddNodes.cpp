@@ -115,6 +115,7 @@ void frmAddNodes::Apply(const String& code, const String& value) {
     // The band, its conversion or the node has gone meanwhile.
     if (!tree || (HasRelative() && mvarRelative->Index() > tree->Count())) throw Error(Message::InvalidParameter);
     if (mvarModify) {
+        mvarRelative->RefuseTaken(code, value); // before either is set: what is refused shall leave both
         mvarRelative->SetText(code);
         mvarRelative->SetTag(value);
         return;

@@ -87,16 +87,22 @@ std::int32_t cNode::Descendants() const {
 
 void cNode::SetText(const String& text) {
     if (text == mvarText) return;
-    RefuseSibling(&cNode::Text, text, Message::SameCode);
+    RefuseTaken(text, mvarTag);
     mvarText = text;
     Announce();
 }
 
 void cNode::SetTag(const String& tag) {
     if (tag == mvarTag) return;
-    RefuseSibling(&cNode::Tag, tag, Message::SameValue);
+    RefuseTaken(mvarText, tag);
     mvarTag = tag;
     Announce();
+}
+
+// What the node has already may stay, whatever its siblings have.
+void cNode::RefuseTaken(const String& text, const String& tag) const {
+    if (text != mvarText) RefuseSibling(&cNode::Text, text, Message::SameCode);
+    if (tag != mvarTag) RefuseSibling(&cNode::Tag, tag, Message::SameValue);
 }
 
 void cNode::RefuseSibling(Side side, const String& text, Message message) const {

@@ -42,6 +42,8 @@ class cNode final : public Exposed {
     // same text again does nothing; a change is announced by the tree.
     void SetText(const String& text);
     void SetTag(const String& tag);
+    // Fails as SetText and then SetTag would, for a caller that sets both or neither.
+    void RefuseTaken(const String& text, const String& tag) const;
     [[nodiscard]] Ref<cNode> PreviousSibling() const; // the nearest earlier sibling; nothing when there is none
     [[nodiscard]] std::int32_t Descendants() const;   // number of nodes below, all levels; without tree 0
 

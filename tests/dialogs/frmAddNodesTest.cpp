@@ -152,6 +152,23 @@ TEST_F(frmAddNodesTest, ModifyShowsAndChangesTheNode) {
     EXPECT_EQ(tree.Node(L"N3")->Tag(), L"Altona");
 }
 
+TEST_F(frmAddNodesTest, AChangeThatIsRefusedLeavesCodeAndValue) {
+    const Screen screen = Open(L"N3", tvwLast, true);
+    int changes = 0;
+    const auto host = tree.NodesChanged.Subscribe([&](const String&, const String&) { ++changes; });
+    Fill(screen, L"8", L"Bremen");
+    screen.Click(ID_cmdOK);
+    EXPECT_EQ(prompts.warned, (Texts{L"Same value existed in the layer."}));
+    EXPECT_TRUE(screen.Focused(ID_txtValue));
+    Fill(screen, L"2", L"Bremen");
+    screen.Click(ID_cmdOK);
+    EXPECT_EQ(prompts.warned.back(), L"Same code existed in the layer.") << "the code is refused first";
+    screen.Click(ID_cmdCancel);
+    EXPECT_EQ(tree.Node(L"N3")->Text(), L"1");
+    EXPECT_EQ(tree.Node(L"N3")->Tag(), L"Hamburg");
+    EXPECT_EQ(changes, 0);
+}
+
 TEST_F(frmAddNodesTest, OKClickedTwiceAddsOneNode) {
     const Screen screen = Open(L"N1", tvwNext);
     const auto host = tree.NodesChanged.Subscribe([&](const String&, const String&) { screen.Choose(ID_cmdOK); });

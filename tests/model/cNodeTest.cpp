@@ -194,6 +194,17 @@ TEST_F(cNodeTest_Set, TextOfASiblingIsRefused) {
     EXPECT_EQ(events.lines, Lines{});
 }
 
+TEST_F(cNodeTest_Set, BothSidesCanBeTriedBeforeOneIsSet) {
+    const NodesRecorder events(*mvarTree);
+    const auto node = Node(L"N5");
+    EXPECT_FAILURE(node->RefuseTaken(L"a", L"A"), SameCode);
+    EXPECT_FAILURE(node->RefuseTaken(L"x", L"A"), SameValue);
+    EXPECT_SUCCESS(node->RefuseTaken(L"x", L"X"));
+    EXPECT_SUCCESS(node->RefuseTaken(node->Text(), node->Tag()));
+    EXPECT_EQ(node->Text(), L"e");
+    EXPECT_EQ(events.lines, Lines{});
+}
+
 TEST_F(cNodeTest_Set, TextUnderAnotherParentIsAccepted) {
     EXPECT_SUCCESS(Node(L"N4")->SetText(L"b"));
     EXPECT_SUCCESS(Node(L"N5")->SetText(L"b"));
