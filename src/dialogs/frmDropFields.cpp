@@ -1,7 +1,10 @@
 #include "dialogs/frmDropFields.h"
 
+#include <algorithm>
+
 #include "common/Ports.h"
 #include "dialogs/Guard.h"
+#include "dialogs/RaisedFlag.h"
 #include "resources/dialogids.h"
 
 namespace kestrel::dialogs {
@@ -23,13 +26,23 @@ void frmDropFields::Form_Load() { ShowInfo({}); }
 void frmDropFields::ShowInfo(const String& name) {
     const auto code = cCode.Lock();
     if (!code) return;
-    std::vector<String> rows;
-    for (const auto& field : code->UsrFields().Snapshot())
-        rows.push_back(field->ForeignName());
-    lstFields.SetRows(rows);
     const String wanted = Trim(name);
-    if (!wanted.empty()) mvarSelected = code->UsrFields().FindItemPosition(wanted) - 1;
-    if (mvarSelected >= 0 && mvarSelected < lstFields.Count()) lstFields.SelectRow(mvarSelected);
+    auto selected = wanted.empty() ? SelectedNames() : std::vector<String>{wanted};
+    if (mvarDropping) selected.clear(); // what is left was not chosen for whatever comes next
+    std::vector<String> rows;
+    mvarNames.clear();
+    for (const auto& field : code->UsrFields().Snapshot()) {
+        rows.push_back(field->ForeignName());
+        mvarNames.push_back(field->Name());
+    }
+    lstFields.SetRows(rows);
+    Select(selected);
+}
+
+void frmDropFields::Select(const std::vector<String>& names) const {
+    for (std::size_t row = 0; row < mvarNames.size(); ++row)
+        if (std::find(names.begin(), names.end(), mvarNames[row]) != names.end())
+            lstFields.SelectRow(static_cast<int>(row));
 }
 
 void frmDropFields::Refused(const Error& error) { ThePrompts().Warn(error.Description()); }
@@ -38,25 +51,20 @@ void frmDropFields::cmdAdd_Click() const {
     if (const auto code = cCode.Lock()) code->RaiseAddField({});
 }
 
-String frmDropFields::SelectedNames(const CodeClass& code) const {
+std::vector<String> frmDropFields::SelectedNames() const {
     std::vector<String> names;
     for (const int row : lstFields.SelectedRows())
-        if (row < code.UsrFields().Count()) names.push_back(code.UsrFields().Item(row + 1)->Name());
-    return Join(names, String(1, separator));
-}
-
-void frmDropFields::RememberSelection() {
-    const auto rows = lstFields.SelectedRows();
-    mvarSelected = rows.empty() ? -1 : rows.front();
+        names.push_back(mvarNames[static_cast<std::size_t>(row)]);
+    return names;
 }
 
 void frmDropFields::cmdDrop_Click() {
     const auto code = cCode.Lock();
     if (!code) return;
-    const String names = SelectedNames(*code);
+    const String names = Join(SelectedNames(), String(1, separator));
     if (names.empty()) throw Error(Message::SelectItemsFirst);
     if (!ThePrompts().Ask(TheStrings().Text(Message::AskDeleteFields) + String(TwoLineBreaks) + names)) return;
-    RememberSelection();
+    const RaisedFlag dropping(mvarDropping);
     for (const auto name : Split(names, separator))
         Run([&] { code->UsrFields().Remove(String(name)); });
 }

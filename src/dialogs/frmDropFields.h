@@ -10,8 +10,8 @@ class frmDropFields final : public Form {
   public:
     explicit frmDropFields(CodeClass& code);
 
-    // Fills the list from the rule's user fields and selects the row that was remembered. A field's name, when given,
-    // is the row to select.
+    // Fills the list from the rule's user fields; the rows of the fields that were selected stay so, wherever they are
+    // now. A field's name, when given, is the row to select.
     void ShowInfo(const String& name);
 
   protected:
@@ -23,13 +23,14 @@ class frmDropFields final : public Form {
     void cmdAdd_Click() const;
     void cmdDrop_Click();
     void cCode_FieldsChanged();
-    // The names of the selected fields, joined with ";".
-    [[nodiscard]] String SelectedNames(const CodeClass& code) const;
-    void RememberSelection();
+    // The names of the selected fields, in the order of the rows.
+    [[nodiscard]] std::vector<String> SelectedNames() const;
+    void Select(const std::vector<String>& names) const;
 
     WeakRef<CodeClass> cCode;
     Subscription mvarFieldsChanged;
-    int mvarSelected = -1; // the row to select after a reload, -1 for none
+    std::vector<String> mvarNames; // of the fields, for each row
+    bool mvarDropping = false;
     ListBox lstFields;
 };
 

@@ -14,6 +14,14 @@ class frmDropFieldsTest : public DialogTest {
         rule->UsrFields().Add(L"C", L"Gamma");
         form.emplace(*rule);
     }
+    // The texts of the selected rows.
+    static Texts Selected(const Screen& screen) {
+        Texts texts;
+        const auto rows = screen.Rows(ID_lstFields);
+        for (std::size_t row = 0; row < rows.size(); ++row)
+            if (SendMessageW(screen.Control(ID_lstFields), LB_GETSEL, row, 0) > 0) texts.push_back(rows[row]);
+        return texts;
+    }
     Ref<CodeClass> rule;
     std::optional<dialogs::frmDropFields> form;
 };
@@ -83,12 +91,34 @@ TEST_F(frmDropFieldsTest, ABoundFieldStaysAndTheOthersGo) {
     EXPECT_EQ(screen.Rows(ID_lstFields), (Texts{L"Alpha", L"Gamma"}));
 }
 
-TEST_F(frmDropFieldsTest, TheRememberedRowIsSelectedAgain) {
+TEST_F(frmDropFieldsTest, TheSelectionStaysWhenTheHostAddsAField) {
+    const Screen screen = Show(*form);
+    const auto host = rule->AddField.Subscribe([&](String&) { rule->UsrFields().Add(L"D", L"Delta"); });
+    screen.SelectRow(ID_lstFields, 1);
+    screen.Click(ID_cmdAdd);
+    EXPECT_EQ(Selected(screen), Texts{L"Beta"});
+    screen.SelectRow(ID_lstFields, 3);
+    rule->UsrFields().MoveItem(IndexKey(L"D"), IndexKey(L"A"), {});
+    EXPECT_EQ(screen.Rows(ID_lstFields), (Texts{L"Delta", L"Alpha", L"Beta", L"Gamma"}));
+    EXPECT_EQ(Selected(screen), (Texts{L"Delta", L"Beta"})) << "the same fields, wherever they are now";
+    rule->UsrMacros().Add(L"Year");
+    EXPECT_EQ(Selected(screen), (Texts{L"Delta", L"Beta"}));
+    rule->UsrFields().Remove(IndexKey(L"B"));
+    EXPECT_EQ(Selected(screen), Texts{L"Delta"});
+}
+
+TEST_F(frmDropFieldsTest, NothingIsSelectedAfterADrop) {
     const Screen screen = Show(*form);
     screen.SelectRow(ID_lstFields, 1);
     screen.Click(ID_cmdDrop);
     EXPECT_EQ(screen.Rows(ID_lstFields), (Texts{L"Alpha", L"Gamma"}));
-    EXPECT_NE(SendMessageW(screen.Control(ID_lstFields), LB_GETSEL, 1, 0), 0);
+    EXPECT_EQ(Selected(screen), Texts{});
+    screen.Click(ID_cmdDrop);
+    EXPECT_EQ(prompts.warned, (Texts{L"Please select item(s) to be droped first."}));
+    EXPECT_EQ(rule->UsrFields().Count(), 2);
+    screen.SelectRow(ID_lstFields, 0);
+    rule->UsrFields().Add(L"D", L"Delta");
+    EXPECT_EQ(Selected(screen), Texts{L"Alpha"}) << "what is selected afterwards stays so";
 }
 
 TEST_F(frmDropFieldsTest, AFieldCanBeShownByName) {
