@@ -28,7 +28,11 @@ void TreeView::SetItems(std::vector<Item> items) {
     mvarKeys.clear();
     mvarItems = std::move(items);
     InsertAll();
-    for (const auto& key : expanded)
+    Expand(expanded);
+}
+
+void TreeView::Expand(const std::vector<String>& keys) const noexcept {
+    for (const auto& key : keys)
         if (const HTREEITEM item = Find(key)) Send(TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(item));
 }
 

@@ -30,6 +30,10 @@ class TreeView : public Control {
     [[nodiscard]] int Count() const noexcept { return static_cast<int>(Send(TVM_GETCOUNT)); }
     // Empty when nothing is selected.
     [[nodiscard]] String SelectedKey() const;
+    // The keys of the items whose branches stand open.
+    [[nodiscard]] std::vector<String> ExpandedKeys() const;
+    // Opens the branches of those items; keys of which there is no item are passed over.
+    void Expand(const std::vector<String>& keys) const noexcept;
     // Makes the item visible and selects it; nothing when there is no such item.
     void Select(const String& key) const noexcept;
     [[nodiscard]] HTREEITEM Find(const String& key) const noexcept;
@@ -57,7 +61,6 @@ class TreeView : public Control {
     void InsertAll();
     void KeepKnownItems();
     [[nodiscard]] bool IsExpanded(HTREEITEM item) const noexcept;
-    [[nodiscard]] std::vector<String> ExpandedKeys() const;
 
     std::vector<Item> mvarItems;
     std::unordered_map<String, HTREEITEM> mvarHandles;

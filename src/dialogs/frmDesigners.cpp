@@ -58,6 +58,7 @@ void frmDesigners::Form_Load() {
     mnuBand.Localise();
     mnuNode.Localise();
     lstTracks.Prepare();
+    mvarTreeKeys.Attach(tvwAvailable.Window(), [this] { return cmdModify.IsEnabled(); });
     for (std::size_t index = 0; index < vscRange.size(); ++index) {
         SendMessageW(vscRange[index].Window(), UDM_SETRANGE32, static_cast<WPARAM>(-1), 1);
         SendMessageW(vscRange[index].Window(), UDM_SETBUDDY, reinterpret_cast<WPARAM>(txtRange[index].Window()), 0);
@@ -115,6 +116,12 @@ void frmDesigners::ClearStatus() {
 }
 
 std::optional<LRESULT> frmDesigners::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+    // From the keyboard: it has no place on the screen.
+    if (message == WM_CONTEXTMENU && reinterpret_cast<HWND>(wParam) == tvwAvailable.Window() &&
+        static_cast<int>(lParam) == -1) {
+        ShowNodeMenu(tvwAvailable.MenuPoint());
+        return 0;
+    }
     if (message != WM_APP || !mvarReloadWaits) return Form::Handle(message, wParam, lParam);
     mvarReloadWaits = false;
     LoadRelations(mvarHotKey);

@@ -10,7 +10,9 @@
 #include "dialogs/CheckList.h"
 #include "dialogs/Form.h"
 #include "dialogs/FormMenu.h"
+#include "dialogs/OpenBranches.h"
 #include "dialogs/PropertyProbe.h"
+#include "dialogs/TreeKeys.h"
 #include "dialogs/TreeView.h"
 #include "dialogs/TxtEXPs.h"
 #include "engine/CodeClass.h"
@@ -83,6 +85,7 @@ class frmDesigners final : public Form {
     void LoadRelations(const String& hotKey);
     void EnableRelations(bool enable);
     [[nodiscard]] Ref<cNode> SelectedNode() const;
+    bool SelectNodeAt(POINT screen) const;
     void ShowNodeMenu(POINT screen) const;
     void AddNode(int relationship);
     void cmdModify_Click();
@@ -98,10 +101,12 @@ class frmDesigners final : public Form {
     Subscription mvarNodesChanged;
     int mvarIndex = 0;
     bool mvarLoading = false;
+    OpenBranches mvarOpenBranches;
     String mvarHotKey; // to be selected by a reload that waits
     bool mvarReloadWaits = false;
     std::vector<std::unique_ptr<TxtEXPs>> mvarEditors;
     std::array<TxtEXPs*, 2> mvarRangeEditors{};
+    TreeKeys mvarTreeKeys;
     BandStrip mvarStrip;
     FormMenu mnuBand;
     FormMenu mnuNode;

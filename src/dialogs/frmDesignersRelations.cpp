@@ -52,8 +52,11 @@ void frmDesigners::ConnectRelations() {
     OnNotify(ID_tvwAvailable, [this](NMHDR& header) { return tvwAvailable_Notify(header); });
 }
 
+// Keys are unique within a tree and not among trees: of the tree that was shown nothing stays selected or open.
 void frmDesigners::FollowRelations(const Ref<cNodes>& tree) {
     if (tree == cRelations) return;
+    mvarOpenBranches.Keep(cRelations, tvwAvailable.ExpandedKeys());
+    tvwAvailable.SetItems({});
     cRelations = tree;
     mvarReloadWaits = false; // of the other tree
     mvarNodesChanged =
@@ -80,6 +83,7 @@ void frmDesigners::LoadRelations(const String& hotKey) {
         if (tvwAvailable.Count() > noticeable || (cRelations && cRelations->Count() > noticeable)) wait.emplace();
         const String selected = tvwAvailable.SelectedKey();
         tvwAvailable.SetItems(cRelations ? ItemsOf(*cRelations) : std::vector<TreeView::Item>());
+        tvwAvailable.Expand(mvarOpenBranches.Take(cRelations));
         tvwAvailable.Select(tvwAvailable.Find(hotKey) != nullptr ? hotKey : selected);
     }
     lblInfo[1].SetText(RelationsHint());
@@ -113,6 +117,13 @@ Ref<cNode> frmDesigners::SelectedNode() const {
     return node;
 }
 
+// False when no node is there.
+bool frmDesigners::SelectNodeAt(POINT screen) const {
+    const HTREEITEM hit = tvwAvailable.HitTest(screen);
+    if (hit != nullptr) tvwAvailable.Select(tvwAvailable.KeyOf(hit));
+    return hit != nullptr;
+}
+
 std::optional<LRESULT> frmDesigners::tvwAvailable_Notify(NMHDR& header) {
     POINT mouse{};
     switch (header.code) {
@@ -121,15 +132,20 @@ std::optional<LRESULT> frmDesigners::tvwAvailable_Notify(NMHDR& header) {
         return std::nullopt;
     case NM_RCLICK:
         GetCursorPos(&mouse);
-        if (const HTREEITEM hit = tvwAvailable.HitTest(mouse)) tvwAvailable.Select(tvwAvailable.KeyOf(hit));
+        SelectNodeAt(mouse);
         ShowNodeMenu(mouse);
         return TRUE;
+    case NM_DBLCLK:
+        GetCursorPos(&mouse);
+        if (!SelectNodeAt(mouse) || !cmdModify.IsEnabled()) return std::nullopt;
+        cmdModify_Click();
+        return TRUE; // the branch stays as it is
     case TVN_KEYDOWN: {
         const WORD key = reinterpret_cast<const NMTVKEYDOWN&>(header).wVKey;
         if (key == VK_DELETE && cmdDelete.IsEnabled()) cmdDelete_Click();
         if (key == VK_INSERT && cmdAdd.IsEnabled()) AddNode(tvwLast);
         if (key == VK_F2 && cmdModify.IsEnabled()) cmdModify_Click();
-        if (key == VK_APPS) ShowNodeMenu(tvwAvailable.MenuPoint());
+        if (key == VK_RETURN && cmdModify.IsEnabled()) cmdModify_Click();
         return std::nullopt;
     }
     case NM_CUSTOMDRAW: return TreeView::Draw(reinterpret_cast<NMTVCUSTOMDRAW&>(header));

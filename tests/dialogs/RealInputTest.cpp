@@ -116,4 +116,49 @@ TEST_F(RealInputTest, TheRightButtonOpensTheRelationMenu) {
     EXPECT_EQ(rule->Relations().Count(), 4);
 }
 
+TEST_F(RealInputTest, KeysAndTheMouseWorkTheTree) {
+    const auto opensAndCloses = [](const Person& person) {
+        Person inDialog;
+        EXPECT_TRUE(inDialog.Sees(L"Modify Relations"));
+        EXPECT_EQ(inDialog.Form().Text(ID_txtCode), L"02");
+        Person::Press(VK_ESCAPE);
+        EXPECT_TRUE(Person::Waits([] { return FindWindowW(L"#32770", L"Modify Relations") == nullptr; }));
+        Person back = person;
+        EXPECT_TRUE(back.Sees(L"Designer"));
+    };
+    const auto menuOpens = [] {
+        EXPECT_TRUE(Person::Waits([] { return FindWindowW(L"#32768", nullptr) != nullptr; }));
+        Person::Press(VK_ESCAPE);
+        EXPECT_TRUE(Person::Waits([] { return FindWindowW(L"#32768", nullptr) == nullptr; }));
+    };
+    Work([&](Person& person) {
+        Person::Press(VK_RIGHT);
+        Person::Press(VK_RIGHT);
+        EXPECT_TRUE(Shows(person.Form(), ID_txtName, L"Region"));
+        Person::Point(person.In(ID_tvwAvailable, 40)); // the first node
+        Person::Button(MOUSEEVENTF_LEFTDOWN);
+        Person::Button(MOUSEEVENTF_LEFTUP);
+        Person::Press(VK_DOWN);
+        EXPECT_TRUE(Person::Waits([&] { return person.Form().SelectedTreeText(ID_tvwAvailable) == L"02 South"; }));
+        Person::Press(VK_RETURN);
+        opensAndCloses(person);
+        Person::Hold(VK_SHIFT);
+        Person::Press(VK_F10);
+        Person::Release(VK_SHIFT);
+        menuOpens();
+        Person::Press(VK_APPS);
+        menuOpens();
+        EXPECT_EQ(person.Form().SelectedTreeText(ID_tvwAvailable), L"02 South");
+        POINT second = person.In(ID_tvwAvailable, 40);
+        second.y += static_cast<LONG>(SendMessageW(person.Form().Control(ID_tvwAvailable), TVM_GETITEMHEIGHT, 0, 0));
+        Person::Point(second);
+        for (int click = 0; click < 2; ++click) {
+            Person::Button(MOUSEEVENTF_LEFTDOWN);
+            Person::Button(MOUSEEVENTF_LEFTUP);
+        }
+        opensAndCloses(person);
+    });
+    EXPECT_EQ(rule->Relations().Count(), 8);
+}
+
 } // namespace kestrel::test

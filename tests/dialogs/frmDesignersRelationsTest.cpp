@@ -1,4 +1,6 @@
 // The relations in the designer: its buttons, menus and keys, and how the shown tree follows the real one.
+#include <cstring>
+
 #include "dialogs/support/DesignerTest.h"
 #include "dialogs/support/MenuWatcher.h"
 
@@ -9,6 +11,21 @@ namespace {
 class frmDesignersRelationsTest : public DesignerTest {
   protected:
     frmDesignersRelationsTest() { Select(ibRegion); }
+
+    void Expand(const String& text) const {
+        SendMessageW(screen->Control(ID_tvwAvailable), TVM_EXPAND, TVE_EXPAND,
+                     reinterpret_cast<LPARAM>(screen->TreeItem(ID_tvwAvailable, text)));
+    }
+    [[nodiscard]] bool IsExpanded(const String& text) const {
+        const auto item = reinterpret_cast<WPARAM>(screen->TreeItem(ID_tvwAvailable, text));
+        const HWND tree = screen->Control(ID_tvwAvailable);
+        return (SendMessageW(tree, TVM_GETITEMSTATE, item, TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
+    }
+    void ExpectNothingSelected() const {
+        EXPECT_EQ(screen->SelectedTreeText(ID_tvwAvailable), L"");
+        EXPECT_FALSE(screen->Enabled(ID_cmdDelete));
+        EXPECT_FALSE(screen->Enabled(ID_cmdModify));
+    }
 };
 
 } // namespace
@@ -68,7 +85,7 @@ TEST_F(frmDesignersRelationsTest, DeletingANodeWithThreeBelowAsksWithThree) {
 
 TEST_F(frmDesignersRelationsTest, DeletingLeavesTheRestOfTheTreeAsItIs) {
     const HTREEITEM south = screen->TreeItem(ID_tvwAvailable, L"02 South");
-    SendMessageW(screen->Control(ID_tvwAvailable), TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(south));
+    Expand(L"02 South");
     screen->SelectTreeItem(ID_tvwAvailable, L"01 North");
     screen->Click(ID_cmdDelete);
     EXPECT_EQ(screen->TreeItem(ID_tvwAvailable, L"02 South"), south) << "the item has not been made anew";
@@ -136,12 +153,65 @@ TEST_F(frmDesignersRelationsTest, AChangeSelectsItsNode) {
 }
 
 TEST_F(frmDesignersRelationsTest, WhatWasExpandedStaysSo) {
-    const HWND tree = screen->Control(ID_tvwAvailable);
-    SendMessageW(tree, TVM_EXPAND, TVE_EXPAND,
-                 reinterpret_cast<LPARAM>(screen->TreeItem(ID_tvwAvailable, L"02 South")));
+    Expand(L"02 South");
     rule->Relations().Node(L"N8")->SetText(L"04");
-    const auto south = reinterpret_cast<WPARAM>(screen->TreeItem(ID_tvwAvailable, L"02 South"));
-    EXPECT_NE(SendMessageW(tree, TVM_GETITEMSTATE, south, TVIS_EXPANDED) & TVIS_EXPANDED, 0);
+    EXPECT_TRUE(IsExpanded(L"02 South"));
+    EXPECT_FALSE(IsExpanded(L"01 North"));
+}
+
+// Every tree numbers its keys from the same one on.
+TEST_F(frmDesignersRelationsTest, TheTreeOfAnotherBandComesWithoutASelection) {
+    Reopen(TwoTreesRule());
+    screen->SelectTreeItem(ID_tvwAvailable, L"02 South");
+    screen->Key(ID_picBand, VK_RIGHT);
+    ASSERT_EQ(screen->Text(ID_txtName), L"Layered");
+    ExpectNothingSelected();
+    EXPECT_FALSE(IsExpanded(L"AA Europe"));
+    screen->Click(ID_cmdAdd);
+    EXPECT_EQ(recorded.calls, Texts{L"AddRelation 2  1"}) << "without a relative node";
+    screen->Choose(ID_mnuNodeRemove);
+    EXPECT_TRUE(prompts.asked.empty());
+    screen->SelectTreeItem(ID_tvwAvailable, L"DE Germany");
+    screen->Key(ID_picBand, VK_LEFT);
+    ASSERT_EQ(screen->Text(ID_txtName), L"Plain");
+    ExpectNothingSelected();
+}
+
+TEST_F(frmDesignersRelationsTest, ABandThatTheHostMovesIntoTheSelectedPlaceComesWithoutASelection) {
+    Reopen(TwoTreesRule());
+    screen->SelectTreeItem(ID_tvwAvailable, L"02 South");
+    rule->Drag(IndexKey(L"Layered"), IndexKey(L"Plain"), {});
+    ASSERT_EQ(screen->Text(ID_txtName), L"Layered");
+    ExpectNothingSelected();
+    screen->SelectTreeItem(ID_tvwAvailable, L"DE Germany");
+    rule->Remove(IndexKey(L"Layered"));
+    ASSERT_EQ(screen->Text(ID_txtName), L"Plain");
+    ExpectNothingSelected();
+}
+
+TEST_F(frmDesignersRelationsTest, TheSelectionStaysWhileTheSameTreeIsShown) {
+    screen->SelectTreeItem(ID_tvwAvailable, L"02 South");
+    rule->Band(ibRegion)->SetLength(3);
+    form->RefreshBands(rule.Get());
+    EXPECT_EQ(screen->SelectedTreeText(ID_tvwAvailable), L"02 South");
+    Select(ibBranch); // the next layer of the same tree
+    EXPECT_EQ(screen->SelectedTreeText(ID_tvwAvailable), L"02 South");
+    Select(ibYear);
+    Select(ibRegion);
+    ExpectNothingSelected();
+}
+
+TEST_F(frmDesignersRelationsTest, BranchesAreOpenAgainWhenTheirBandIsSelectedAgain) {
+    Expand(L"02 South");
+    Select(ibYear);
+    EXPECT_TRUE(screen->TreeTexts(ID_tvwAvailable).empty());
+    Select(ibBranch);
+    EXPECT_TRUE(IsExpanded(L"02 South"));
+    EXPECT_FALSE(IsExpanded(L"01 North"));
+    Select(ibYear);
+    rule->Relations().Remove(L"N2");
+    Select(ibRegion);
+    EXPECT_FALSE(IsExpanded(L"01 North")) << "what was open has gone meanwhile";
 }
 
 TEST_F(frmDesignersRelationsTest, KeysWorkTheTree) {
@@ -161,13 +231,52 @@ TEST_F(frmDesignersRelationsTest, KeysWorkTheTree) {
     EXPECT_EQ(rule->Relations().Count(), 7);
 }
 
+TEST_F(frmDesignersRelationsTest, EnterOnANodeModifiesIt) {
+    screen->Key(ID_tvwAvailable, VK_RETURN);
+    EXPECT_TRUE(recorded.calls.empty()) << "nothing is selected";
+    screen->SelectTreeItem(ID_tvwAvailable, L"2 Bremen");
+    screen->Focus(ID_tvwAvailable);
+    screen->Key(ID_tvwAvailable, VK_RETURN);
+    EXPECT_EQ(recorded.calls, Texts{L"AddRelation 3 N4 modify"});
+    screen->Character(ID_tvwAvailable, L'\r');
+    EXPECT_EQ(screen->SelectedTreeText(ID_tvwAvailable), L"2 Bremen");
+}
+
+TEST_F(frmDesignersRelationsTest, ADoubleClickOnANodeModifiesIt) {
+    const HWND tree = screen->Control(ID_tvwAvailable);
+    const auto doubleClick = [&](POINT place) {
+        POINT mouse = place;
+        ClientToScreen(tree, &mouse);
+        SetCursorPos(mouse.x, mouse.y);
+        SendMessageW(tree, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(place.x, place.y));
+    };
+    RECT south{};
+    const HTREEITEM item = screen->TreeItem(ID_tvwAvailable, L"02 South");
+    std::memcpy(&south, &item, sizeof item); // the message takes its question in its answer's place
+    ASSERT_TRUE(SendMessageW(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&south)));
+    doubleClick({south.left + 5, south.top + 5});
+    EXPECT_EQ(recorded.calls, Texts{L"AddRelation 3 N2 modify"});
+    EXPECT_FALSE(IsExpanded(L"02 South")) << "that is not what was asked for";
+    RECT client{};
+    GetClientRect(tree, &client);
+    doubleClick({client.right - 10, client.bottom - 10});
+    EXPECT_EQ(recorded.calls.size(), 1U) << "no node is there";
+}
+
+TEST_F(frmDesignersRelationsTest, TheKeysOfTheMenuOpenIt) {
+    const MenuWatcher menu(form->Window());
+    const HWND tree = screen->Control(ID_tvwAvailable);
+    screen->SelectTreeItem(ID_tvwAvailable, L"02 South");
+    SendMessageW(tree, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(tree), -1); // the system's word for both keys
+    EXPECT_EQ(menu.Items().size(), 8U);
+    EXPECT_EQ(screen->SelectedTreeText(ID_tvwAvailable), L"02 South");
+}
+
 TEST_F(frmDesignersRelationsTest, TheMenuFollowsTheSelection) {
     const MenuWatcher menu(form->Window());
     const auto open = [this] {
-        NMTVKEYDOWN pressed{};
-        pressed.hdr = {screen->Control(ID_tvwAvailable), ID_tvwAvailable, static_cast<UINT>(TVN_KEYDOWN)};
-        pressed.wVKey = VK_APPS;
-        SendMessageW(screen->Window(), WM_NOTIFY, ID_tvwAvailable, reinterpret_cast<LPARAM>(&pressed));
+        const HWND tree = screen->Control(ID_tvwAvailable);
+        SendMessageW(tree, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(tree), -1);
     };
     open();
     EXPECT_EQ(menu.Items(), (Texts{L"Add Node(&A)", L"-Add &Before..", L"-Add &After..", L"A&ppend..", L"-&Child..",

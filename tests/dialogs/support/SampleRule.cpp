@@ -46,6 +46,24 @@ Ref<CodeClass> EmptyRule() {
     return rule;
 }
 
+Ref<CodeClass> TwoTreesRule() {
+    auto rule = EmptyRule();
+    const auto field = rule->UsrFields().Add(L"Region", L"Sales region", L"North");
+    AddBound(*rule, L"Plain", bsUsrField, field, smSimpleSwap, 2);
+    AddBound(*rule, L"Layered", bsUsrField, field, smLayersSwap, 2);
+    cNodes& plain = *rule->Band(tbPlain)->Relations();
+    plain.Add({}, tvwFirst, L"01", L"North");
+    plain.Add({}, tvwFirst, L"02", L"South");
+    plain.Add({}, tvwFirst, L"03", L"East");
+    cNodes& layers = rule->Relations();
+    const auto europe = layers.Add({}, tvwFirst, L"AA", L"Europe");
+    layers.Add(IndexKey(europe->Key()), tvwChild, L"DE", L"Germany");
+    layers.Add(IndexKey(europe->Key()), tvwChild, L"FR", L"France");
+    const auto asia = layers.Add({}, tvwFirst, L"BB", L"Asia");
+    layers.Add(IndexKey(asia->Key()), tvwChild, L"JP", L"Japan");
+    return rule;
+}
+
 Ref<CodeClass> InvoiceRule() {
     auto rule = EmptyRule();
     auto& fields = rule->UsrFields();

@@ -9,6 +9,13 @@ namespace kestrel::test {
 // starts anew for each of them, and a letter. Everything is allowed.
 [[nodiscard]] Ref<CodeClass> InvoiceRule();
 
+// A field with a tree of its own (01 North, 02 South, 03 East) beside one with the tree of the layers (AA Europe with
+// DE and FR, BB Asia with JP). Both trees number their keys from N1 on, as every tree does.
+[[nodiscard]] Ref<CodeClass> TwoTreesRule();
+
+// The positions of the bands of the rule with two trees.
+enum TwoTreesBand : int { tbPlain = 1, tbLayered };
+
 // A rule without bands, with everything allowed.
 [[nodiscard]] Ref<CodeClass> EmptyRule();
 
