@@ -14,6 +14,8 @@ enum Text : int {
     DropFieldTip = 1528,
     ChooseStyleHint = 1530, // the next five, one for each style, in the order of the styles
     ReferenceBand = 1536,
+    FirstBandHint = 1537,
+    NoBandsHint = 1538,
     StyleFixed = 1600,
     SwapNone = 1611,
     IncrNever = 1621,

@@ -12,8 +12,8 @@
 namespace kestrel::dialogs {
 
 frmDesigners::frmDesigners(CodeClass& code)
-    : Form(IDD_frmDesigners), cCode(&code), mvarStrip(*this), mnuBand(IDR_mnuBand), mnuNode(IDR_mnuNode),
-      txtName(*this, ID_txtName), cboStyle(*this, ID_cboStyle), txtDefault(*this, ID_txtDefault),
+    : Form(IDD_frmDesigners), cCode(&code), mvarStrip(*this), mvarStatus(*this, ID_lblStatus), mnuBand(IDR_mnuBand),
+      mnuNode(IDR_mnuNode), txtName(*this, ID_txtName), cboStyle(*this, ID_cboStyle), txtDefault(*this, ID_txtDefault),
       txtFormat(*this, ID_txtFormat), txtLength(*this, ID_txtLength), cboBound(*this, ID_cboBound),
       cboIncrMode(*this, ID_cboIncrMode), txtRange{TextBox(*this, ID_txtRange), TextBox(*this, ID_txtRange + 1)},
       vscRange{Control(*this, ID_vscRange), Control(*this, ID_vscRange + 1)}, cboTrigerBand(*this, ID_cboTrigerBand),
@@ -21,7 +21,7 @@ frmDesigners::frmDesigners(CodeClass& code)
       tvwAvailable(*this, ID_tvwAvailable), lblInfo{Label(*this, ID_lblInfo), Label(*this, ID_lblInfo + 1)},
       cmdAdd(*this, ID_cmdAdd), cmdDelete(*this, ID_cmdDelete), cmdModify(*this, ID_cmdModify),
       cmdClear(*this, ID_cmdClear), cmdAppend(*this, ID_cmdAppend), cmdDrop(*this, ID_cmdDrop),
-      cmdAdvanced(*this, ID_cmdAdvanced), lblStatus(*this, ID_lblStatus) {
+      cmdAdvanced(*this, ID_cmdAdvanced) {
     SetToolTipTag(ID_cmdAppend, text::AddFieldTip);
     SetToolTipTag(ID_cmdDrop, text::DropFieldTip);
     ConnectButtons();
@@ -47,7 +47,7 @@ void frmDesigners::ConnectButtons() {
         if (const auto code = cCode.Lock()) code->ShowOptions();
     });
     OnClick(ID_cmdSave, [this] {
-        ClearStatus();
+        mvarStatus.Clear();
         if (const auto code = cCode.Lock()) code->Save(soDefault);
     });
     OnClick(ID_cmdClose, [this] { cmdClose_Click(); });
@@ -58,6 +58,7 @@ void frmDesigners::Form_Load() {
     mnuBand.Localise();
     mnuNode.Localise();
     lstTracks.Prepare();
+    mvarStatus.Attach();
     mvarTreeKeys.Attach(tvwAvailable.Window(), [this] { return cmdModify.IsEnabled(); });
     for (std::size_t index = 0; index < vscRange.size(); ++index) {
         SendMessageW(vscRange[index].Window(), UDM_SETRANGE32, static_cast<WPARAM>(-1), 1);
@@ -93,7 +94,10 @@ void frmDesigners::Form_Unload() {
     mvarStrip.CancelDrag();
     ReleaseCursor();
     mvarEditors.clear();
-    if (const auto code = cCode.Lock()) code->Save(soDefault);
+    const auto code = cCode.Lock();
+    if (!code) return;
+    // The form is off the screen and cannot tell it.
+    if (const auto refusal = Trapped([&] { code->Save(soDefault); })) ThePrompts().Warn(refusal->Description());
 }
 
 void frmDesigners::Form_Resize() {
@@ -101,19 +105,7 @@ void frmDesigners::Form_Resize() {
     lstTracks.FitColumn();
 }
 
-// The line is short; whatever it cuts off is read in its tip.
-void frmDesigners::Refused(const Error& error) {
-    String description = error.Description();
-    std::replace_if(
-        description.begin(), description.end(), [](wchar_t each) { return each == L'\r' || each == L'\n'; }, L' ');
-    lblStatus.SetText(description);
-    Tips().Set(lblStatus.Window(), error.Description());
-}
-
-void frmDesigners::ClearStatus() {
-    lblStatus.SetText({});
-    Tips().Set(lblStatus.Window(), {});
-}
+void frmDesigners::Refused(const Error& error) { mvarStatus.Refuse(error); }
 
 std::optional<LRESULT> frmDesigners::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     // From the keyboard: it has no place on the screen.
@@ -147,7 +139,7 @@ void frmDesigners::RefreshBands(CodeClass* code, std::optional<int> bandIndex, c
 void frmDesigners::SelectBand(int index) {
     const auto code = cCode.Lock();
     if (!code || index < 0 || index >= code->Count()) return;
-    ClearStatus();
+    mvarStatus.Clear();
     mvarIndex = index;
     mvarStrip.Select(index);
     LoadProperties();

@@ -12,6 +12,7 @@
 #include "dialogs/FormMenu.h"
 #include "dialogs/OpenBranches.h"
 #include "dialogs/PropertyProbe.h"
+#include "dialogs/StatusLine.h"
 #include "dialogs/TreeKeys.h"
 #include "dialogs/TreeView.h"
 #include "dialogs/TxtEXPs.h"
@@ -46,7 +47,6 @@ class frmDesigners final : public Form {
     void cCode_BandsChanged();
     void cCode_FieldsChanged();
     void cmdClose_Click();
-    void ClearStatus();
 
     // --- The strip and the band menu (frmDesignersBands.cpp) ---
     [[nodiscard]] BandStrip::Actions StripActions();
@@ -66,6 +66,7 @@ class frmDesigners final : public Form {
     void ShowBound(const Band& band);
     void ShowTracks(Band& band, const CodeClass& code);
     void ClearProperties();
+    void ShowFirstStep(const CodeClass& code) const;
     void EnableProperties(Band* band);
     void EnableProperty(PropertyId property, bool enable);
     void Validate(PropertyId property, const TextBox& box);
@@ -108,6 +109,7 @@ class frmDesigners final : public Form {
     std::array<TxtEXPs*, 2> mvarRangeEditors{};
     TreeKeys mvarTreeKeys;
     BandStrip mvarStrip;
+    StatusLine mvarStatus;
     FormMenu mnuBand;
     FormMenu mnuNode;
 
@@ -132,7 +134,6 @@ class frmDesigners final : public Form {
     CommandButton cmdAppend;
     CommandButton cmdDrop;
     CommandButton cmdAdvanced;
-    Label lblStatus;
 };
 
 // The controls that a pick in the list of styles leaves enabled.

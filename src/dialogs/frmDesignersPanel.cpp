@@ -107,6 +107,13 @@ void frmDesigners::LoadProperties() {
     else
         ClearProperties();
     EnableProperties(band.Get());
+    if (!band) ShowFirstStep(*code);
+}
+
+// A hint of the rule and of no property, so that it can be read though the properties are disabled.
+void frmDesigners::ShowFirstStep(const CodeClass& code) const {
+    lblInfo[0].SetText(TheStrings().Text(code.AllowAddBand() ? text::FirstBandHint : text::NoBandsHint));
+    lblInfo[0].SetEnabled(true);
 }
 
 void frmDesigners::ShowBound(const Band& band) {
@@ -152,7 +159,6 @@ void frmDesigners::ClearProperties() {
     for (const auto* combo : {&cboStyle, &cboBound, &cboIncrMode, &cboTrigerBand, &cboSwapMode})
         combo->SetListIndex(-1);
     lstTracks.SetRows({});
-    lblInfo[0].SetText({});
     FollowRelations(nullptr);
     LoadRelations({});
 }
@@ -195,7 +201,7 @@ void frmDesigners::EnableProperty(PropertyId property, bool enable) {
 void frmDesigners::Edit(const std::function<void(Band&)>& change) {
     const auto band = SelectedBand();
     if (!band || mvarLoading) return;
-    ClearStatus();
+    mvarStatus.Clear();
     Run([&] { change(*band); });
     if (const auto code = cCode.Lock()) RefreshBands(code.Get());
 }

@@ -170,13 +170,13 @@ void frmDesigners::ShowNodeMenu(POINT screen) const {
 }
 
 void frmDesigners::AddNode(int relationship) {
-    ClearStatus();
+    mvarStatus.Clear();
     if (const auto code = cCode.Lock())
         code->ShowAddRelation(mvarIndex + 1, tvwAvailable.SelectedKey(), relationship, false);
 }
 
 void frmDesigners::cmdModify_Click() {
-    ClearStatus();
+    mvarStatus.Clear();
     const auto code = cCode.Lock();
     if (code && SelectedNode()) code->ShowAddRelation(mvarIndex + 1, tvwAvailable.SelectedKey(), tvwLast, true);
 }

@@ -296,10 +296,36 @@ TEST_P(CaptionsTest, NothingIsCutOffAtAnyResolution) {
                 ExpectRoom(designer.Find(ID_lblInfo), dpi);
                 ExpectRoom(designer.Find(ID_lblInfo + 1), dpi);
             }
+            for (const int hint : {1537, 1538}) { // of a rule without bands
+                SetWindowTextW(designer.Find(ID_lblInfo), strings.Text(hint).c_str());
+                ExpectRoom(designer.Find(ID_lblInfo), dpi);
+            }
             for (const auto& control : form->Controls())
                 ExpectRoom(control.window, dpi);
         }
     }
+}
+
+// A text that is put together with a number reads well for one as for many: German has a plural for each word.
+TEST_P(CaptionsTest, QuestionsBeforeADeletionReadWellForAnyNumber) {
+    const Screen screen(designer.Window());
+    designer.RefreshBands(rule.Get(), ibRegion - 1);
+    prompts.answer = false;
+    rule->Relations().Remove(L"N3");
+    rule->Relations().Remove(L"N4");
+    screen.SelectTreeItem(ID_tvwAvailable, L"01 North");
+    screen.Click(ID_cmdDelete);
+    screen.SelectTreeItem(ID_tvwAvailable, L"02 South");
+    screen.Click(ID_cmdDelete);
+    screen.Click(ID_cmdClear);
+    const Texts english{L"Sure to delete the relation?\r\n1 child relation(s) included.",
+                        L"Sure to delete the relation?\r\n2 child relation(s) included.",
+                        L"Sure to clean all relations?(6 relation(s) included.)"};
+    const Texts german{
+        L"Soll die Zuordnung wirklich gelöscht werden?\r\nMit ihr gelöschte untergeordnete Zuordnungen: 1",
+        L"Soll die Zuordnung wirklich gelöscht werden?\r\nMit ihr gelöschte untergeordnete Zuordnungen: 2",
+        L"Sollen wirklich alle Zuordnungen gelöscht werden? (Anzahl: 6)"};
+    EXPECT_EQ(prompts.asked, GetParam() == Language::German ? german : english);
 }
 
 // In English some texts are as they have always been, with two keys of the designer given twice: they take turns.

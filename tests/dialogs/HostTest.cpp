@@ -111,6 +111,19 @@ TEST_F(HostTest, ClosingAnsweredWithNoSavesNothing) {
     EXPECT_FALSE(asked);
 }
 
+TEST_F(HostTest, ClosingTellsWhatTheHostDidNotSave) {
+    visitor
+        .Then([](const Screen& designer) {
+            designer.Type(ID_txtDefault, L"BILL");
+            designer.Click(ID_cmdClose);
+        })
+        .Then(Answer(IDYES, L"Do you want to save change(s)?"))
+        .Then(Answer(IDOK, L"Save failure."));
+    EXPECT_DONE(rule->ShowDesigner(nullptr, Missing()));
+    EXPECT_TRUE(visitor.Finished());
+    EXPECT_EQ(DefaultOf(L"Prefix"), L"BILL") << "what was edited stays";
+}
+
 TEST_F(HostTest, SetupIsAllowedByTheCallOrTheProperty) {
     const Advised sink(rule.Get(), __uuidof(__CodeClass), HoldsTheSame());
     const auto advanced = [this](VARIANT allowSetup, bool expected) {

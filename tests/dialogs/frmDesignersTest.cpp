@@ -1,4 +1,5 @@
 // The designer as a whole: its buttons and menus.
+#include "dialogs/Handles.h"
 #include "dialogs/support/DesignerTest.h"
 
 namespace kestrel::test {
@@ -85,6 +86,48 @@ TEST_F(frmDesignersTest, AFailedSaveStandsInTheStatusLine) {
     EXPECT_EQ(screen->Text(ID_lblStatus), L"Save failure.");
 }
 
+// How much of the status line has the colour, of 100.
+int ShareOf(const Screen& screen, int colour) {
+    const HWND line = screen.Control(ID_lblStatus);
+    RECT area{};
+    GetClientRect(line, &area);
+    UpdateWindow(line);
+    const dialogs::WindowContext context(line);
+    int same = 0;
+    for (int y = 0; y < area.bottom; ++y)
+        for (int x = 0; x < area.right; ++x)
+            if (GetPixel(context.Get(), x, y) == GetSysColor(colour)) ++same;
+    return 100 * same / (area.right * area.bottom);
+}
+
+TEST_F(frmDesignersTest, ARefusalCatchesTheEye) {
+    EXPECT_GT(ShareOf(*screen, COLOR_BTNFACE), 95);
+    screen->Click(ID_cmdSave);
+    ASSERT_EQ(screen->Text(ID_lblStatus), L"Save failure.");
+    EXPECT_GT(ShareOf(*screen, COLOR_INFOBK), 50);
+    EXPECT_EQ(ShareOf(*screen, COLOR_BTNFACE), 0);
+    screen->Key(ID_picBand, VK_RIGHT);
+    EXPECT_EQ(screen->Text(ID_lblStatus), L"");
+    EXPECT_GT(ShareOf(*screen, COLOR_BTNFACE), 95);
+}
+
+TEST_F(frmDesignersTest, ClosingTellsWhatTheHostDidNotSave) {
+    UseRealDialogs();
+    Visitor visitor;
+    visitor.Then([](const Screen& designer) {
+        designer.Type(ID_txtDefault, L"BILL");
+        designer.Close();
+    });
+    rule->ShowDesigner();
+    EXPECT_EQ(prompts.warned, Texts{L"Save failure."});
+    EXPECT_EQ(rule->Band(ibPrefix)->Default(), L"BILL");
+    prompts.warned.clear();
+    prompts.answer = false;
+    visitor.Then([](const Screen& designer) { designer.Close(); });
+    rule->ShowDesigner();
+    EXPECT_TRUE(prompts.warned.empty()) << "nothing was to be saved";
+}
+
 TEST_F(frmDesignersTest, ApplyHasNoActionOfItsOwn) {
     const String before = rule->Definition();
     screen->Click(ID_cmdApply);
@@ -118,10 +161,25 @@ TEST_F(frmDesignersTest, AnEmptyRuleOffersOnlyToAppend) {
           ID_txtRange, ID_txtRange + 1, ID_vscRange,   ID_cboTrigerBand, ID_cboSwapMode, ID_lstTracks, ID_tvwAvailable,
           ID_cmdAdd,   ID_cmdDelete,    ID_cmdModify,  ID_cmdClear,      ID_cmdAppend,   ID_cmdDrop})
         EXPECT_FALSE(screen->Enabled(id)) << id;
+    EXPECT_EQ(screen->Text(ID_lblInfo), TheStrings().Text(1537)) << "what to do first";
+    EXPECT_TRUE(screen->Enabled(ID_lblInfo)) << "and it can be read";
+    EXPECT_EQ(screen->Text(ID_lblInfo + 1), L"");
     screen->Click(ID_imgButton);
     EXPECT_EQ(recorded.calls, (Texts{L"AddBand  3"}));
     screen->Choose(ID_mnuBandRemove);
     EXPECT_TRUE(prompts.asked.empty());
+}
+
+TEST_F(frmDesignersTest, AnEmptyRuleThatTakesNoBandsSaysSo) {
+    const auto empty = EmptyRule();
+    empty->SetAllowAddBand(false);
+    Reopen(empty);
+    EXPECT_EQ(screen->Text(ID_lblInfo), TheStrings().Text(1538));
+    EXPECT_TRUE(screen->Enabled(ID_lblInfo));
+    empty->SetAllowAddBand(true);
+    empty->Add({.name = L"First", .style = bsFixed, .defaultValue = L"F"});
+    EXPECT_EQ(screen->Text(ID_lblInfo), TheStrings().Text(1522)) << "it speaks of the band again";
+    EXPECT_FALSE(screen->Enabled(ID_lblInfo));
 }
 
 TEST_F(frmDesignersTest, RemoveAsksWithTheBandsName) {
