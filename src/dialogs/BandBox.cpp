@@ -13,6 +13,7 @@ constexpr int narrowest = 84;
 constexpr int widest = 170;
 constexpr int padding = 12;
 constexpr int gap = 2; // on each side, so that boxes stand apart
+constexpr int markSide = 10;
 
 int WidthIn(HDC context, const String& text) noexcept {
     SIZE extent{};
@@ -24,6 +25,14 @@ void FillWith(HDC context, const RECT& area, int colour) noexcept {
     FillRect(context, &area, GetSysColorBrush(colour));
 }
 
+// A filled corner, at the top on the right, where no text comes.
+void PaintMark(HDC context, const RECT& box, int side, int colour) noexcept {
+    const Selected pen(context, GetStockObject(NULL_PEN));
+    const Selected brush(context, GetSysColorBrush(colour));
+    const POINT corner[] = {{box.right - side, box.top}, {box.right, box.top}, {box.right, box.top + side}};
+    Polygon(context, corner, 3);
+}
+
 } // namespace
 
 BandBox BoxOf(const Band& band) {
@@ -32,6 +41,11 @@ BandBox BoxOf(const Band& band) {
 }
 
 String TextOf(const BandBox& box) { return box.name + L"\r\n" + box.style + L"\r\n" + box.sample; }
+
+String TipOf(const BandBox& box, bool clips) {
+    if (!clips) return box.findings;
+    return box.findings.empty() ? TextOf(box) : TextOf(box) + L"\r\n" + box.findings;
+}
 
 void PrintCentered(HDC context, RECT area, const String& text) noexcept {
     DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &area,
@@ -65,6 +79,8 @@ void BandBoxPainter::Paint(HDC context, const RECT& area, const BandBox& box, bo
     RECT inner{area.left + Scaled(gap), area.top, area.right - Scaled(gap), area.bottom};
     FillWith(context, inner, selected ? COLOR_HIGHLIGHT : COLOR_BTNFACE);
     FrameRect(context, &inner, GetSysColorBrush(selected ? COLOR_WINDOWTEXT : COLOR_BTNSHADOW));
+    if (!box.findings.empty())
+        PaintMark(context, inner, Scaled(markSide), selected ? COLOR_HIGHLIGHTTEXT : COLOR_HIGHLIGHT);
     SetBkMode(context, TRANSPARENT);
     SetTextColor(context, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT));
     RECT line{inner.left + Scaled(4), inner.top + Scaled(6), inner.right - Scaled(4), 0};

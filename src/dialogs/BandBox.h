@@ -11,10 +11,13 @@ struct BandBox {
     String name;
     String style;
     String sample;
+    String findings{}; // about the band, one sentence on each line; empty when nothing was found
 };
 [[nodiscard]] BandBox BoxOf(const Band& band);
 // All that the box shows, for a tool tip where the box is too narrow.
 [[nodiscard]] String TextOf(const BandBox& box);
+// What is to be read in the box's tool tip: its texts where it has to cut one of them, and the findings.
+[[nodiscard]] String TipOf(const BandBox& box, bool clips);
 
 // Measures and paints boxes with one font at one resolution.
 class BandBoxPainter {
@@ -27,8 +30,8 @@ class BandBoxPainter {
     [[nodiscard]] int Height() const noexcept { return 3 * mvarLineHeight + 2 * Scaled(6); }
     // Whether the box has to cut one of its texts.
     [[nodiscard]] bool Clips(const BandBox& box) const;
-    // Texts centred one below the other; the selected box in the colours of a selection, with a frame when its strip
-    // has the keyboard.
+    // Texts centred one below the other, and a mark in a corner where there are findings; the selected box in the
+    // colours of a selection, with a frame when its strip has the keyboard.
     void Paint(HDC context, const RECT& area, const BandBox& box, bool selected, bool focused) const;
 
   private:

@@ -61,6 +61,13 @@ void BandStrip::SetBoxes(std::vector<BandBox> boxes, int selected) {
     Select(selected);
 }
 
+void BandStrip::SetFindings(std::vector<String> findings) {
+    if (findings.size() != mvarBoxes.size()) return;
+    for (std::size_t box = 0; box < findings.size(); ++box)
+        mvarBoxes[box].findings = std::move(findings[box]);
+    picBand.Repaint();
+}
+
 void BandStrip::Select(int box) {
     mvarSelected = box;
     if (box >= 0 && box < mvarLayout.Count())
@@ -173,11 +180,10 @@ void BandStrip::EnableAppend(bool enabled) const noexcept {
     EnableWindow(imgButton, enabled ? TRUE : FALSE);
 }
 
-// The whole texts of a box that has to cut them.
 void BandStrip::ShowTip(int x) const {
-    const int box = mvarLayout.BoxAt(StripX(x));
-    const bool clips = box >= 0 && mvarPainter.Clips(mvarBoxes[static_cast<std::size_t>(box)]);
-    const String text = clips ? TextOf(mvarBoxes[static_cast<std::size_t>(box)]) : String();
+    const int place = mvarLayout.BoxAt(StripX(x));
+    const BandBox box = place >= 0 ? mvarBoxes[static_cast<std::size_t>(place)] : BandBox();
+    const String text = TipOf(box, mvarPainter.Clips(box));
     if (mvarForm.Tips().Text(picBand.Window()) != text) mvarForm.Tips().Set(picBand.Window(), text);
 }
 

@@ -35,6 +35,8 @@ class BandStrip {
     void Attach(Actions actions, const String& appendTip);
     // Replaces all boxes and marks the selected one; a drag under way ends without effect.
     void SetBoxes(std::vector<BandBox> boxes, int selected);
+    // The findings of each box, in place of those it has; nothing when there are not as many boxes.
+    void SetFindings(std::vector<String> findings);
     void Select(int box);
     // Follows a change of the form's font or size.
     void Resize();

@@ -16,6 +16,8 @@ enum Text : int {
     ReferenceBand = 1536,
     FirstBandHint = 1537,
     NoBandsHint = 1538,
+    OneFinding = 1539,
+    Findings = 1540,
     StyleFixed = 1600,
     SwapNone = 1611,
     IncrNever = 1621,

@@ -1,6 +1,7 @@
 #include "dialogs/frmDesigners.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "common/Ports.h"
 #include "dialogs/Cursor.h"
@@ -45,6 +46,7 @@ void frmDesigners::ConnectButtons() {
     });
     OnClick(ID_cmdAdvanced, [this] {
         if (const auto code = cCode.Lock()) code->ShowOptions();
+        ShowFindings(); // some of the options are announced by nothing
     });
     OnClick(ID_cmdSave, [this] {
         mvarStatus.Clear();
@@ -68,6 +70,7 @@ void frmDesigners::Form_Load() {
     mvarStrip.Attach(StripActions(), TheStrings().Text(text::AppendTip));
     const auto code = cCode.Lock();
     RefreshBands(code.Get(), 0);
+    TellFindings();
 }
 
 void frmDesigners::CreateEditors() {
@@ -114,6 +117,10 @@ std::optional<LRESULT> frmDesigners::Handle(UINT message, WPARAM wParam, LPARAM 
         ShowNodeMenu(tvwAvailable.MenuPoint());
         return 0;
     }
+    if (message == FindingsMessage && std::exchange(mvarFindingsWait, false)) {
+        ShowFindings();
+        return 0;
+    }
     if (message != WM_APP || !mvarReloadWaits) return Form::Handle(message, wParam, lParam);
     mvarReloadWaits = false;
     LoadRelations(mvarHotKey);
@@ -133,6 +140,7 @@ void frmDesigners::RefreshBands(CodeClass* code, std::optional<int> bandIndex, c
     for (const auto& band : code->Bands())
         boxes.push_back(BoxOf(*band));
     mvarStrip.SetBoxes(std::move(boxes), mvarIndex);
+    ShowFindings();
     LoadProperties();
 }
 
@@ -161,6 +169,7 @@ void frmDesigners::cCode_FieldsChanged() {
     Guarded(0, [this] {
         const auto band = SelectedBand();
         if (band && Window() != nullptr) ShowBound(*band);
+        ShowFindingsSoon();
         return 0;
     });
 }

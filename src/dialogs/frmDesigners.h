@@ -96,6 +96,12 @@ class frmDesigners final : public Form {
     std::optional<LRESULT> tvwAvailable_Notify(NMHDR& header);
     [[nodiscard]] String RelationsHint() const;
 
+    // --- The findings (frmDesignersFindings.cpp) ---
+    static constexpr UINT FindingsMessage = WM_APP + 1; // posted to oneself
+    void ShowFindings();
+    void ShowFindingsSoon();
+    void TellFindings();
+
     WeakRef<CodeClass> cCode;
     Ref<cNodes> cRelations;
     std::vector<Subscription> mvarCodeSubscriptions;
@@ -105,6 +111,7 @@ class frmDesigners final : public Form {
     OpenBranches mvarOpenBranches;
     String mvarHotKey; // to be selected by a reload that waits
     bool mvarReloadWaits = false;
+    bool mvarFindingsWait = false;
     std::vector<std::unique_ptr<TxtEXPs>> mvarEditors;
     std::array<TxtEXPs*, 2> mvarRangeEditors{};
     TreeKeys mvarTreeKeys;

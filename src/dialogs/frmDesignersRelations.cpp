@@ -69,6 +69,7 @@ void frmDesigners::FollowRelations(const Ref<cNodes>& tree) {
 }
 
 void frmDesigners::cRelations_NodesChanged(const String& hotKey) {
+    ShowFindingsSoon();
     if (cRelations->Count() <= readAtOnce) return LoadRelations(hotKey);
     mvarHotKey = hotKey;
     if (Window() != nullptr && !std::exchange(mvarReloadWaits, true)) PostMessageW(Window(), WM_APP, 0, 0);

@@ -2,6 +2,7 @@
 // dialog have the same access key.
 #include <map>
 
+#include "dialogs/FindingTexts.h"
 #include "dialogs/FormMenu.h"
 #include "dialogs/frmAddBands.h"
 #include "dialogs/frmAddNodes.h"
@@ -9,6 +10,7 @@
 #include "dialogs/frmDesigners.h"
 #include "dialogs/frmDropFields.h"
 #include "dialogs/support/DialogTest.h"
+#include "engine/RuleCheck.h"
 
 namespace kestrel::test {
 
@@ -306,7 +308,7 @@ TEST_P(CaptionsTest, NothingIsCutOffAtAnyResolution) {
     }
 }
 
-// A text that is put together with a number reads well for one as for many: German has a plural for each word.
+// The number put into a question may be one: the sentence reads well with any.
 TEST_P(CaptionsTest, QuestionsBeforeADeletionReadWellForAnyNumber) {
     const Screen screen(designer.Window());
     designer.RefreshBands(rule.Get(), ibRegion - 1);
@@ -326,6 +328,14 @@ TEST_P(CaptionsTest, QuestionsBeforeADeletionReadWellForAnyNumber) {
         L"Soll die Zuordnung wirklich gelöscht werden?\r\nMit ihr gelöschte untergeordnete Zuordnungen: 2",
         L"Sollen wirklich alle Zuordnungen gelöscht werden? (Anzahl: 6)"};
     EXPECT_EQ(prompts.asked, GetParam() == Language::German ? german : english);
+}
+
+TEST_P(CaptionsTest, FindingsAreCountedInOneAndInMany) {
+    const Screen screen(designer.Window());
+    const auto count = CheckRule(*rule).size();
+    ASSERT_GT(count, 1U);
+    EXPECT_EQ(screen.Text(ID_lblStatus), ReplaceStar(strings.Text(1540), ToText(static_cast<int>(count))));
+    EXPECT_EQ(dialogs::FindingTexts({CheckRule(*rule).front()}).Count(), strings.Text(1539));
 }
 
 // In English some texts are as they have always been, with two keys of the designer given twice: they take turns.

@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "dialogs/Cursor.h"
+#include "dialogs/Handles.h"
 #include "dialogs/support/DesignerTest.h"
 #include "dialogs/support/MenuWatcher.h"
 #include "support/Rules.h"
@@ -23,9 +24,9 @@ class frmDesignersStripTest : public DesignerTest {
         const WPARAM keys = message == WM_MOUSEMOVE || message == WM_LBUTTONDOWN ? MK_LBUTTON : 0;
         SendMessageW(Strip(), message, keys, MAKELPARAM(x, 10));
     }
-    // Clicks on one box after the other until the band is selected; returns the middle of its box, or -1 when it is out
-    // of sight. The copy that a press lets float shows where a box is.
-    [[nodiscard]] int MiddleOf(int band) const {
+    // Clicks on one box after the other until the band is selected; returns where its box stands in the strip, nothing
+    // when it is out of sight. The copy that a press lets float shows where a box is.
+    [[nodiscard]] std::optional<RECT> PlaceOf(int band) const {
         RECT area{};
         GetClientRect(Strip(), &area);
         RECT box{};
@@ -34,9 +35,24 @@ class frmDesignersStripTest : public DesignerTest {
             GetWindowRect(screen->Control(ID_picMove), &box);
             MapWindowPoints(nullptr, Strip(), reinterpret_cast<POINT*>(&box), 2);
             SendMessageW(Strip(), WM_CAPTURECHANGED, 0, 0); // no drop
-            if (form->SelectedIndex() == band - 1) return (box.left + box.right) / 2;
+            if (form->SelectedIndex() == band - 1) return box;
         }
-        return -1;
+        return std::nullopt;
+    }
+    // The middle of its box, or -1.
+    [[nodiscard]] int MiddleOf(int band) const {
+        const auto box = PlaceOf(band);
+        return box ? (box->left + box->right) / 2 : -1;
+    }
+    // The colour in the corner of a box where its mark would be.
+    [[nodiscard]] COLORREF CornerOf(const RECT& box) const {
+        UpdateWindow(Strip());
+        const dialogs::WindowContext context(Strip());
+        return GetPixel(context.Get(), box.right - 5, box.top + 3);
+    }
+    [[nodiscard]] String TipAt(int x) {
+        Mouse(WM_MOUSEMOVE, x);
+        return form->Tips().Text(Strip());
     }
     [[nodiscard]] bool Shown(int id) const { return IsWindowVisible(screen->Control(id)) != FALSE; }
 
@@ -177,17 +193,34 @@ TEST_F(frmDesignersStripTest, TheScrollBarAndTheWheelMoveTheStrip) {
 TEST_F(frmDesignersStripTest, ABoxThatIsCutOffIsReadInATip) {
     const String name = L"The region that sells, or the one that has sold before";
     rule->Add({.name = name, .style = bsFixed, .defaultValue = L"R"});
-    const auto tipAt = [this](int x) {
-        Mouse(WM_MOUSEMOVE, x);
-        return form->Tips().Text(Strip());
-    };
     const int prefix = MiddleOf(ibPrefix);
-    EXPECT_EQ(tipAt(prefix), L"") << "nothing is cut off here";
+    EXPECT_EQ(TipAt(prefix), L"") << "nothing is cut off here";
     screen->Key(ID_picBand, VK_END);
     const int longOne = MiddleOf(rule->Count());
     screen->Key(ID_picBand, VK_END);
-    EXPECT_EQ(tipAt(longOne), name + L"\r\nFixed\r\nR");
-    EXPECT_EQ(tipAt(longOne - 170), L"") << "its neighbour needs none";
+    EXPECT_EQ(TipAt(longOne), name + L"\r\nFixed\r\nR");
+    EXPECT_EQ(TipAt(longOne - 170).substr(0, 8), L"[Letter]") << "of its neighbour only what was found";
+}
+
+TEST_F(frmDesignersStripTest, ABandWithFindingsHasAMarkAndItsTipTellsThem) {
+    Reopen(GoodRule());
+    const auto prefix = PlaceOf(gbPrefix);
+    const auto number = PlaceOf(gbNumber);
+    ASSERT_TRUE(prefix && number);
+    EXPECT_EQ(CornerOf(*prefix), GetSysColor(COLOR_BTNFACE));
+    EXPECT_EQ(CornerOf(*number), GetSysColor(COLOR_HIGHLIGHT)) << "the selected box, without a mark";
+    EXPECT_EQ(TipAt(number->left + 5), L"");
+    screen->Type(ID_txtLength, L"7");
+    EXPECT_EQ(CornerOf(*number), GetSysColor(COLOR_HIGHLIGHTTEXT));
+    const String first = L"[Number] The first number 1 is written as '00001', which has not 7 character(s).";
+    EXPECT_EQ(TipAt(number->left + 5).substr(0, first.size()), first);
+    Select(gbPrefix);
+    EXPECT_EQ(CornerOf(*number), GetSysColor(COLOR_HIGHLIGHT));
+    EXPECT_EQ(CornerOf(*prefix), GetSysColor(COLOR_HIGHLIGHT)) << "the selected box, without a mark";
+    Select(gbNumber);
+    screen->Type(ID_txtLength, L"5");
+    EXPECT_EQ(CornerOf(*number), GetSysColor(COLOR_HIGHLIGHT)) << "mended";
+    EXPECT_EQ(TipAt(number->left + 5), L"");
 }
 
 TEST_F(frmDesignersStripTest, TheRightButtonSelectsAndOpensTheMenu) {

@@ -46,6 +46,18 @@ Ref<CodeClass> EmptyRule() {
     return rule;
 }
 
+Ref<CodeClass> GoodRule() {
+    auto rule = EmptyRule();
+    const auto year = rule->UsrMacros().Add(L"Year", L"Year of the invoice", L"2024-05-06");
+    AddText(*rule, L"Prefix", bsFixed, L"INV");
+    AddBound(*rule, L"Year", bsUsrMacro, year, smNoneSwap, 4);
+    const auto number = AddText(*rule, L"Number", bsIncreaseNumber, L"1");
+    number->SetLength(5);
+    number->SetFormate(L"00000");
+    number->TrackBands()->Add(L"Year");
+    return rule;
+}
+
 Ref<CodeClass> TwoTreesRule() {
     auto rule = EmptyRule();
     const auto field = rule->UsrFields().Add(L"Region", L"Sales region", L"North");

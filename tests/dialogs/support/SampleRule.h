@@ -16,6 +16,12 @@ namespace kestrel::test {
 // The positions of the bands of the rule with two trees.
 enum TwoTreesBand : int { tbPlain = 1, tbLayered };
 
+// A fixed text, the year, and a number that starts anew each year: a rule in which nothing is wrong.
+[[nodiscard]] Ref<CodeClass> GoodRule();
+
+// The positions of the bands of the good rule.
+enum GoodBand : int { gbPrefix = 1, gbYear, gbNumber };
+
 // A rule without bands, with everything allowed.
 [[nodiscard]] Ref<CodeClass> EmptyRule();
 
