@@ -10,7 +10,7 @@
 #include <type_traits>
 
 #include "automation/BoundArguments.h"
-#include "automation/ComPtr.h"
+#include "platform/ComPtr.h"
 
 namespace kestrel {
 

@@ -4,8 +4,8 @@
 
 #include <new>
 
-#include "automation/ComPtr.h"
 #include "common/Error.h"
+#include "platform/ComPtr.h"
 
 namespace kestrel {
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "automation/ClassFacts.h"
-#include "automation/ComObject.h"
+#include "platform/ComObject.h"
 
 namespace kestrel {
 

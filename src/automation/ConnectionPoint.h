@@ -3,8 +3,8 @@
 
 #include <ocidl.h>
 
-#include "automation/ComObject.h"
 #include "automation/ConnectionTable.h"
+#include "platform/ComObject.h"
 
 namespace kestrel {
 

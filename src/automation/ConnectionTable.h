@@ -13,10 +13,10 @@
 #include <vector>
 
 #include "automation/Boundary.h"
-#include "automation/ComPtr.h"
 #include "automation/EventArguments.h"
 #include "common/Counted.h"
 #include "common/Event.h"
+#include "platform/ComPtr.h"
 
 namespace kestrel {
 

@@ -7,14 +7,13 @@
 #include <oaidl.h>
 
 #include <deque>
-#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
 
-#include "automation/ComPtr.h"
 #include "automation/MemberNames.h"
 #include "automation/Thunk.h"
+#include "platform/ComPtr.h"
 
 namespace kestrel {
 

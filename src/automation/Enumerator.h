@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "automation/Boundary.h"
-#include "automation/ComObject.h"
-#include "automation/ComPtr.h"
+#include "platform/ComObject.h"
+#include "platform/ComPtr.h"
 
 namespace kestrel {
 

@@ -3,9 +3,9 @@
 
 #include <unknwn.h>
 
-#include "automation/ComPtr.h"
 #include "common/Error.h"
 #include "common/Exposed.h"
+#include "platform/ComPtr.h"
 
 namespace kestrel {
 

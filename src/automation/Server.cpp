@@ -8,9 +8,9 @@
 #include "automation/Boundary.h"
 #include "automation/ClassFactory.h"
 #include "automation/Classes.h"
-#include "automation/ComPtr.h"
 #include "automation/Registration.h"
 #include "dialogs/WindowsDialogs.h"
+#include "platform/ComPtr.h"
 #include "platform/PlatformPorts.h"
 
 using namespace kestrel;

@@ -3,7 +3,7 @@
 
 #include <oaidl.h>
 
-#include "automation/ComPtr.h"
+#include "platform/ComPtr.h"
 
 namespace kestrel {
 

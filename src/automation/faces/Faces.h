@@ -2,9 +2,9 @@
 #pragma once
 
 #include "KestrelTypeLib.h"
-#include "automation/ComPtr.h"
 #include "bands/Band.h"
 #include "engine/CodeClass.h"
+#include "platform/ComPtr.h"
 
 namespace kestrel {
 

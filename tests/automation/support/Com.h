@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "KestrelTypeLib.h"
-#include "automation/ComPtr.h"
+#include "platform/ComPtr.h"
 #include "platform/Variant.h"
 #include "support/Failures.h"
 

@@ -4,7 +4,7 @@
 
 #include <unknwn.h>
 
-#include "automation/ModuleLock.h"
+#include "platform/ModuleLock.h"
 
 namespace kestrel {
 
