@@ -37,7 +37,7 @@ void PaintMark(HDC context, const RECT& box, int side, int colour) noexcept {
 
 BandBox BoxOf(const Band& band) {
     const bool fixed = band.Style() == bsFixed;
-    return {band.Name(), StyleName(band.Style()), fixed ? band.Default() : SampleText(band)};
+    return {band.Name(), StyleName(band.Style()), fixed ? band.Default() : SampleText(band), {}};
 }
 
 String TextOf(const BandBox& box) { return box.name + L"\r\n" + box.style + L"\r\n" + box.sample; }
@@ -45,6 +45,17 @@ String TextOf(const BandBox& box) { return box.name + L"\r\n" + box.style + L"\r
 String TipOf(const BandBox& box, bool clips) {
     if (!clips) return box.findings;
     return box.findings.empty() ? TextOf(box) : TextOf(box) + L"\r\n" + box.findings;
+}
+
+String SpokenText(const BandBox& box) {
+    String spoken;
+    for (const String* text : {&box.name, &box.style, &box.sample, &box.findings}) {
+        if (!spoken.empty() && !text->empty()) spoken += L", ";
+        spoken += *text;
+    }
+    std::replace(spoken.begin(), spoken.end(), L'\r', L' ');
+    std::replace(spoken.begin(), spoken.end(), L'\n', L' ');
+    return spoken;
 }
 
 void PrintCentered(HDC context, RECT area, const String& text) noexcept {

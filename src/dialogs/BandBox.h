@@ -18,6 +18,8 @@ struct BandBox {
 [[nodiscard]] String TextOf(const BandBox& box);
 // What is to be read in the box's tool tip: its texts where it has to cut one of them, and the findings.
 [[nodiscard]] String TipOf(const BandBox& box, bool clips);
+// What a screen reader says for the box: everything in one line, what is empty left out.
+[[nodiscard]] String SpokenText(const BandBox& box);
 
 // Measures and paints boxes with one font at one resolution.
 class BandBoxPainter {

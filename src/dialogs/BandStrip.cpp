@@ -42,6 +42,7 @@ void BandStrip::Attach(Actions actions, const String& appendTip) {
     });
     imgPos.Create(view, ID_imgPos, WS_DISABLED, paintMarker);
     mvarForm.Tips().Set(imgButton, appendTip);
+    mvarForm.AccessibleNames().Name(imgButton, appendTip); // "+" alone tells nobody what is added
     Resize();
 }
 
@@ -56,8 +57,10 @@ void BandStrip::Resize() {
 
 void BandStrip::SetBoxes(std::vector<BandBox> boxes, int selected) {
     CancelDrag();
+    const auto before = BoxNames();
     mvarBoxes = std::move(boxes);
     MeasureBoxes();
+    TellItems(EventsBetween(before, BoxNames()));
     Select(selected);
 }
 
@@ -69,10 +72,12 @@ void BandStrip::SetFindings(std::vector<String> findings) {
 }
 
 void BandStrip::Select(int box) {
+    const bool another = mvarSelected != box;
     mvarSelected = box;
     if (box >= 0 && box < mvarLayout.Count())
         mvarOffset = mvarLayout.OffsetToShow(box, mvarOffset, ViewWidth() - 2 * Margin());
     Arrange();
+    if (another) TellSelection();
 }
 
 void BandStrip::MeasureBoxes() {

@@ -8,15 +8,17 @@
 #include <functional>
 #include <vector>
 
+#include "dialogs/AccessibleOwner.h"
 #include "dialogs/BandBox.h"
 #include "dialogs/PictureBox.h"
+#include "dialogs/StripAccessible.h"
 #include "dialogs/StripLayout.h"
 
 namespace kestrel::dialogs {
 
 class Form;
 
-class BandStrip {
+class BandStrip final : private StripContent {
   public:
     struct Actions {
         std::function<void(int box)> select;
@@ -69,6 +71,23 @@ class BandStrip {
     void ScrollWhileDragging();
     void PlaceMarker(int x) const;
     void PlaceCopy() const;
+    // --- What screen readers are told (BandStripReaders.cpp) ---
+    std::optional<LRESULT> Reader(WPARAM wParam, LPARAM lParam);
+    void TellItems(const std::vector<ItemEvent>& events) noexcept;
+    void TellSelection() const noexcept;
+    void TellFocus() const noexcept;
+    [[nodiscard]] std::vector<String> BoxNames() const;
+    [[nodiscard]] String Caption() const override;
+    [[nodiscard]] String ActionName() const override;
+    [[nodiscard]] int BoxCount() const override { return mvarLayout.Count(); }
+    [[nodiscard]] String BoxName(int box) const override;
+    [[nodiscard]] RECT BoxPlace(int box) const override;
+    [[nodiscard]] RECT VisiblePlace() const override;
+    [[nodiscard]] int SelectedBox() const override { return mvarSelected; }
+    [[nodiscard]] bool HasFocus() const override { return GetFocus() == picBand.Window(); }
+    void ChooseBox(int box) override;
+    void TakeFocus() override { SetFocus(picBand.Window()); }
+
     [[nodiscard]] int StripX(int x) const noexcept { return x + mvarOffset; }
     [[nodiscard]] RECT BoxArea(int left, int width) const noexcept;
     [[nodiscard]] int Top() const noexcept;
@@ -88,6 +107,7 @@ class BandStrip {
     int mvarDragged = -1; // the box being dragged, -1 for none
     int mvarDragX = 0;    // the mouse within picBand
     int mvarGrip = 0;     // from the left edge of the dragged box to the mouse at the press
+    AccessibleOwner<StripAccessible> mvarAccessible;
 };
 
 } // namespace kestrel::dialogs

@@ -24,8 +24,10 @@ std::optional<LRESULT> BandStrip::BandMessage(UINT message, WPARAM wParam, LPARA
     switch (message) {
     case WM_NCHITTEST: return HTCLIENT; // a plain static lets the mouse through
     case WM_GETDLGCODE: return DLGC_WANTARROWS | (IsDragging() ? DLGC_WANTALLKEYS : 0);
-    case WM_SETFOCUS:
+    case WM_SETFOCUS: TellFocus(); [[fallthrough]];
     case WM_KILLFOCUS: picBand.Repaint(); return std::nullopt;
+    case WM_GETOBJECT: return Reader(wParam, lParam);
+    case WM_DESTROY: mvarAccessible.End(); return std::nullopt;
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK: MouseDown(x); return 0;
     case WM_MOUSEMOVE: MouseMove(x); return 0;

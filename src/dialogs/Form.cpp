@@ -76,6 +76,7 @@ void Form::Initialise(HWND window) {
     mvarTips.Create(window);
     CollectControls();
     LocaliseForm(*this);
+    mvarNames.NameAll(window);
 }
 
 void Form::CollectControls() {

@@ -14,6 +14,7 @@
 
 #include "common/Error.h"
 #include "dialogs/Control.h"
+#include "dialogs/ControlNames.h"
 #include "dialogs/FormLayout.h"
 #include "dialogs/ToolTips.h"
 
@@ -57,6 +58,8 @@ class Form {
     void SetFont(const String& name, double points);
     [[nodiscard]] const FormLayout& Layout() const noexcept { return mvarLayout; }
     [[nodiscard]] ToolTips& Tips() noexcept { return mvarTips; }
+    // What screen readers call the controls.
+    [[nodiscard]] ControlNames& AccessibleNames() noexcept { return mvarNames; }
 
   protected:
     // --- For the forms ---
@@ -109,6 +112,7 @@ class Form {
     std::map<int, int> mvarToolTipTags;
     FormLayout mvarLayout;
     ToolTips mvarTips;
+    ControlNames mvarNames;
     String mvarFontName;
     double mvarFontPoints = 0;
 };

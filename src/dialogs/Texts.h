@@ -18,6 +18,8 @@ enum Text : int {
     NoBandsHint = 1538,
     OneFinding = 1539,
     Findings = 1540,
+    StripCaption = 1541,
+    SelectAction = 1542,
     StyleFixed = 1600,
     SwapNone = 1611,
     IncrNever = 1621,
