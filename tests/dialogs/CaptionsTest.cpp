@@ -9,78 +9,14 @@
 #include "dialogs/frmAdvanceds.h"
 #include "dialogs/frmDesigners.h"
 #include "dialogs/frmDropFields.h"
+#include "dialogs/support/Captions.h"
 #include "dialogs/support/DialogTest.h"
+#include "dialogs/support/TableStrings.h"
 #include "engine/RuleCheck.h"
 
 namespace kestrel::test {
 
 namespace {
-
-enum class Language { English, German };
-
-// The string table in the language that the test is for, whatever the language of the system.
-class TableStrings final : public Strings {
-  public:
-    explicit TableStrings(Language language) : mvarLanguage(language) {}
-    [[nodiscard]] String Text(int wanted) const override {
-#define STRING(number, english, german)                                                                                \
-    if (wanted == (number)) return mvarLanguage == Language::German ? L##german : L##english;
-#include "resources/strings.inc"
-#undef STRING
-        return {};
-    }
-    using Strings::Text;
-
-  private:
-    Language mvarLanguage;
-};
-
-// A text of a form: of the control itself, or of the label in front of it.
-struct Caption {
-    int control;
-    int number;
-    bool label = false;
-};
-
-constexpr Caption Label(int control, int number) { return {control, number, true}; }
-
-const std::vector<Caption> designerCaptions{{ID_famPropertiy, 1511},
-                                            Label(ID_txtName, 1501),
-                                            Label(ID_cboStyle, 1502),
-                                            Label(ID_txtDefault, 1503),
-                                            Label(ID_txtFormat, 1504),
-                                            Label(ID_txtLength, 1505),
-                                            Label(ID_cboBound, 1506),
-                                            {ID_famRelation, 1507},
-                                            Label(ID_cboIncrMode, 1508),
-                                            Label(ID_txtRange, 1509),
-                                            Label(ID_txtRange + 1, 1510),
-                                            Label(ID_lstTracks, 1512),
-                                            Label(ID_cboTrigerBand, 1513),
-                                            Label(ID_cboSwapMode, 1514),
-                                            {ID_cmdAppend, 1515},
-                                            {ID_cmdDrop, 1516},
-                                            {ID_cmdSave, 1551},
-                                            {ID_cmdAdvanced, 1552},
-                                            {ID_cmdApply, 1553},
-                                            {ID_cmdClose, 1554},
-                                            {ID_cmdAdd, 1561},
-                                            {ID_cmdDelete, 1562},
-                                            {ID_cmdModify, 1563},
-                                            {ID_cmdClear, 1564}};
-const std::vector<Caption> bandCaptions{
-    {ID_famPropertiy, 1511},       Label(ID_txtName, 1501),     Label(ID_cboStyle, 1502), Label(ID_txtDefault, 1503),
-    Label(ID_txtFormat, 1504),     Label(ID_txtLength, 1505),   Label(ID_cboBound, 1506), Label(ID_cboIncrMode, 1508),
-    Label(ID_cboTrigerBand, 1513), Label(ID_cboSwapMode, 1514), {ID_famRefer, 1854},      {ID_optPosition, 1814},
-    {ID_optPosition + 1, 1815},    {ID_optPosition + 2, 1816},  {ID_cmdOK, 1812},         {ID_cmdCancel, 1813}};
-const std::vector<Caption> nodeCaptions{Label(ID_txtCode, 1852), Label(ID_txtValue, 1853), {ID_famPosition, 1854},
-                                        {ID_optStyle, 1855},     {ID_optStyle + 1, 1856},  {ID_optStyle + 2, 1857},
-                                        {ID_optStyle + 3, 1858}, {ID_cmdOK, 1860},         {ID_cmdCancel, 1861}};
-const std::vector<Caption> fieldCaptions{{ID_cmdAdd, 1804}, {ID_cmdDrop, 1801}, {ID_cmdClose, 1802}};
-const std::vector<Caption> optionCaptions{Label(ID_lstLayers, 1902), {ID_famApply, 1903}, {ID_optApply, 1904},
-                                          {ID_optApply + 1, 1905},   {ID_cmdUp, 1906},    {ID_cmdDown, 1907},
-                                          {ID_cmdApply, 1908},       {ID_cmdClose, 1909}, {ID_chkStyle, 1910},
-                                          {ID_chkSaveMode, 1911},    {ID_chkUpcase, 1912}};
 
 class CaptionsTest : public DialogTest, public testing::WithParamInterface<Language> {
   protected:

@@ -129,8 +129,7 @@ TEST_F(frmDesignersStripTest, ARuleThatChangesEndsADrag) {
 }
 
 TEST_F(frmDesignersStripTest, TheStripScrollsUnderADragAtItsEnds) {
-    for (int more = 1; more <= 4; ++more)
-        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
+    AddCounters(*rule, 4);
     const auto bar = [this] {
         SCROLLINFO info{};
         info.cbSize = sizeof info;
@@ -169,8 +168,7 @@ TEST_F(frmDesignersStripTest, TheStripScrollsUnderADragAtItsEnds) {
 }
 
 TEST_F(frmDesignersStripTest, TheScrollBarAndTheWheelMoveTheStrip) {
-    for (int more = 1; more <= 4; ++more)
-        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
+    AddCounters(*rule, 4);
     const HWND view = screen->Control(ID_picBkg);
     const auto first = [this] { return MiddleOf(ibPrefix); };
     screen->Key(ID_picBand, VK_HOME);

@@ -13,7 +13,7 @@
 #include "common/Ports.h"
 #include "dialogs/Handles.h"
 #include "dialogs/WindowsDialogs.h"
-#include "dialogs/support/SampleRule.h"
+#include "dialogs/support/ShowDialog.h"
 #include "platform/PlatformPorts.h"
 #include "resources/dialogids.h"
 
@@ -132,15 +132,6 @@ void CALLBACK Prepare(HWND, UINT, UINT_PTR timer, DWORD) {
     if (theDialog == L"fields") SendDlgItemMessageW(form, ID_lstFields, LB_SETSEL, TRUE, 0);
 }
 
-void Show(CodeClass& rule, const std::wstring& dialog) {
-    if (dialog == L"designer" || dialog == L"number" || dialog == L"drag") rule.ShowDesigner({}, true);
-    if (dialog == L"band") rule.ShowAddBand(rule.Count() > 0 ? L"Number" : L"", 2);
-    if (dialog == L"relation") rule.ShowAddRelation(test::ibRegion, L"N3", tvwNext, false);
-    if (dialog == L"modify") rule.ShowAddRelation(test::ibRegion, L"N3", tvwNext, true);
-    if (dialog == L"fields") rule.ShowFieldManage();
-    if (dialog == L"options") rule.ShowOptions();
-}
-
 } // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -153,10 +144,10 @@ int wmain(int argc, wchar_t** argv) {
     static dialogs::WindowsDialogs windows;
     InstallPorts({&TheStrings(), &TheText(), &ThePrompts(), &windows});
     const auto rule = std::wstring(argv[2]) == L"filled" ? test::InvoiceRule() : test::EmptyRule();
-    for (int more = 1; theDialog == L"drag" && more <= 6; ++more)
-        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
+    if (theDialog == L"drag") test::AddCounters(*rule, 6);
     if (std::wstring(argv[2]) == L"filled") SetTimer(nullptr, 0, settleMilliseconds / 2, Prepare);
     SetTimer(nullptr, 0, settleMilliseconds, PictureAndClose);
-    Show(*rule, theDialog);
+    const bool designer = theDialog == L"number" || theDialog == L"drag";
+    test::ShowDialog(*rule, designer ? L"designer" : theDialog);
     return 1; // closed by someone else
 }

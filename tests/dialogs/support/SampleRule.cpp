@@ -76,6 +76,11 @@ Ref<CodeClass> TwoTreesRule() {
     return rule;
 }
 
+void AddCounters(CodeClass& rule, int count) {
+    for (int number = 1; number <= count; ++number)
+        AddText(rule, L"Counter " + ToText(number), bsIncreaseNumber, L"1");
+}
+
 Ref<CodeClass> InvoiceRule() {
     auto rule = EmptyRule();
     auto& fields = rule->UsrFields();

@@ -21,6 +21,8 @@ enum TwoTreesBand : int { tbPlain = 1, tbLayered };
 
 // The positions of the bands of the good rule.
 enum GoodBand : int { gbPrefix = 1, gbYear, gbNumber };
+// Appends so many numbers, called Counter 1 and so on.
+void AddCounters(CodeClass& rule, int count);
 
 // A rule without bands, with everything allowed.
 [[nodiscard]] Ref<CodeClass> EmptyRule();
