@@ -37,7 +37,7 @@ void PaintMark(HDC context, const RECT& box, int side, int colour) noexcept {
 
 BandBox BoxOf(const Band& band) {
     const bool fixed = band.Style() == bsFixed;
-    return {band.Name(), StyleName(band.Style()), fixed ? band.Default() : SampleText(band), {}};
+    return {band.Name(), StyleName(band.Style()), fixed ? band.Default() : SampleText(band)};
 }
 
 String TextOf(const BandBox& box) { return box.name + L"\r\n" + box.style + L"\r\n" + box.sample; }
@@ -53,7 +53,7 @@ String SpokenText(const BandBox& box) {
         if (!spoken.empty() && !text->empty()) spoken += L", ";
         spoken += *text;
     }
-    std::replace(spoken.begin(), spoken.end(), L'\r', L' ');
+    std::erase(spoken, L'\r'); // a line break has two characters and becomes one blank
     std::replace(spoken.begin(), spoken.end(), L'\n', L' ');
     return spoken;
 }

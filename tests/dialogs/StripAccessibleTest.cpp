@@ -1,7 +1,7 @@
 // The band strip as screen readers see and work it: from another process, through the system's accessibility library,
 // and from within, where a reader may ask for what is not there.
 #include "dialogs/StripAccessible.h"
-#include "automation/support/Com.h"
+#include "automation/support/Late.h"
 #include "automation/support/Library.h"
 #include "automation/support/Sink.h"
 #include "dialogs/BandBox.h"
@@ -134,6 +134,7 @@ TEST_F(StripAccessibleTest, ItemsThatAreScrolledAwayAreOffscreen) {
     EXPECT_GT(designer.strip.PlaceOf(last).left, whole.left + whole.width) << "where it would stand";
     designer.Key(VK_END);
     EXPECT_EQ(designer.strip.State(1), listed | STATE_SYSTEM_OFFSCREEN);
+    EXPECT_EQ(designer.strip.State(last), listed | STATE_SYSTEM_SELECTED | STATE_SYSTEM_FOCUSED);
     EXPECT_EQ(designer.strip.State(last) & STATE_SYSTEM_OFFSCREEN, 0);
 }
 
@@ -300,11 +301,22 @@ TEST_F(StripAccessibleTest_Within, ItIsTheSameObjectUnderEachOfItsInterfaces) {
     EXPECT_EQ(found, screen->Control(ID_picBand));
 }
 
+TEST_F(StripAccessibleTest_Within, ReadersMayCallLateBound) {
+    const ComPtr<IAccessible> strip(Strip().Object());
+    UINT count = 0;
+    EXPECT_EQ(strip->GetTypeInfoCount(&count), S_OK);
+    EXPECT_EQ(count, 1U);
+    ComPtr<ITypeInfo> info;
+    EXPECT_EQ(strip->GetTypeInfo(1, 0, info.Out()), DISP_E_BADINDEX);
+    EXPECT_EQ(strip->GetTypeInfo(0, 0, info.Out()), S_OK);
+    EXPECT_EQ(TextIn(Call(strip.Get(), L"accName", {Number(ibPrefix)})), L"Prefix, Fixed, INV");
+}
+
 // --- What is told ---
 
 TEST(StripAccessibleTest_Told, EverythingThatTheBoxShowsAndWhatIsWrongWithIt) {
     EXPECT_EQ(dialogs::SpokenText({L"Year", L"Macro", L"", L""}), L"Year, Macro");
-    EXPECT_EQ(dialogs::SpokenText({L"Year", L"Macro", L"24", L"Bound to nothing.\nTracks nothing."}),
+    EXPECT_EQ(dialogs::SpokenText({L"Year", L"Macro", L"24", L"Bound to nothing.\r\nTracks nothing."}),
               L"Year, Macro, 24, Bound to nothing. Tracks nothing.");
 }
 
