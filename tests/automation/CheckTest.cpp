@@ -88,7 +88,7 @@ TEST_F(CheckTest, IsCalledLateBound) {
     IDispatch* const names = V_DISPATCH(&result.value.Get());
     EXPECT_EQ(NumberIn(Call(names, L"Count")), 1);
     EXPECT_EQ(TextIn(Call(names, L"Item", {Number(1)})), Sentences().front());
-    EXPECT_EQ(TextIn(Call(rule.Get(), L"Check", {Number(1)})), Sentences().front()) << "in one call";
+    EXPECT_EQ(Call(rule.Get(), L"Check", {Number(1)}).result, DISP_E_BADPARAMCOUNT);
     EXPECT_EQ(IdOf(rule.Get(), L"CHECK"), 34);
 }
 

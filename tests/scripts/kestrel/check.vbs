@@ -26,7 +26,7 @@ Set findings = rule.Check
 Check "two findings", findings.Count, 2
 Check "of a band, with its name", Left(findings(1), 18), "[Serial] The forma"
 Check "of the rule", findings.Item(2), "In the simple style codes cannot be taken apart."
-Check "in one call", rule.Check(2), findings(2)
+Check "in one call", rule.Check.Item(2), findings(2)
 told = ""
 For Each finding In findings
     told = told & Len(finding) & " "
@@ -42,7 +42,7 @@ rule.Style = csNormal
 serial.Formate = "0000"
 Check "mended", rule.Check.Count, 0
 On Error Resume Next
-finding = rule.Check(1)
+finding = rule.Check.Item(1)
 CheckErrorNumber "no first finding", NoSuchPosition
 rule.Check = 1
 Check "it is no setting", Err.Number <> 0, True
