@@ -4,6 +4,8 @@
 
 #include <commctrl.h>
 
+#include "dialogs/Form.h"
+#include "dialogs/Monitor.h"
 #include "dialogs/Waiting.h"
 
 namespace kestrel::dialogs {
@@ -27,7 +29,7 @@ void CheckList::Prepare() const noexcept {
 void CheckList::FitColumn() const noexcept {
     RECT area{};
     GetClientRect(Window(), &area);
-    Send(LVM_SETCOLUMNWIDTH, 0, area.right - GetSystemMetrics(SM_CXVSCROLL));
+    Send(LVM_SETCOLUMNWIDTH, 0, area.right - SystemMetric(SM_CXVSCROLL, Owner().Layout().Dpi()));
 }
 
 void CheckList::SetRows(const std::vector<Row>& rows) const {

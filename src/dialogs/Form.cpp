@@ -7,6 +7,7 @@
 #include "common/Ports.h"
 #include "dialogs/Guard.h"
 #include "dialogs/ModalOwner.h"
+#include "dialogs/Monitor.h"
 #include "dialogs/VisualStyles.h"
 #include "dialogs/mdlMisc.h"
 #include "platform/Module.h"
@@ -72,6 +73,7 @@ INT_PTR CALLBACK Form::Procedure(HWND window, UINT message, WPARAM wParam, LPARA
 void Form::Initialise(HWND window) {
     mvarWindow = window;
     SetWindowLongPtrW(window, DWLP_USER, reinterpret_cast<LONG_PTR>(this));
+    KeepSystemFromRescaling(window);
     mvarLayout.Record(window);
     mvarTips.Create(window);
     CollectControls();
@@ -97,10 +99,7 @@ std::optional<LRESULT> Form::Dispatch(UINT message, WPARAM wParam, LPARAM lParam
     case WM_DPICHANGED: ChangeDpi(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam)); return 0;
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:
-        for (const auto& control : mvarControls)
-            SendMessageW(control.window, message, wParam, lParam); // the common controls draw with it
-        InvalidateRect(mvarWindow, nullptr, TRUE);
-        return 0;
+    case WM_SETTINGCHANGE: SystemChanged(message, wParam, lParam); return 0;
     case WM_NCDESTROY:
         mvarWindow = nullptr;
         mvarHidden = true;
@@ -136,18 +135,28 @@ void Form::Run(const Handler& step) {
 void Form::SetFont(const String& name, double points) {
     mvarFontName = name;
     mvarFontPoints = points;
-    ApplyFont();
+    ApplyLayout(mvarLayout.Dpi());
 }
 
-void Form::ApplyFont() {
-    mvarLayout.Apply(mvarFontName, mvarFontPoints, mvarLayout.Dpi());
+// The font before goes only when everything has the new one.
+void Form::ApplyLayout(UINT dpi) {
+    const auto before = mvarLayout.Apply(mvarFontName, mvarFontPoints, dpi);
     Form_Resize();
 }
 
 void Form::ChangeDpi(UINT dpi, const RECT& place) {
     SetWindowPos(mvarWindow, nullptr, place.left, place.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-    mvarLayout.Apply(mvarFontName, mvarFontPoints, dpi);
-    Form_Resize();
+    ApplyLayout(dpi);
+}
+
+// The common controls draw with what has changed, and the frame or the room on the screen may have another size.
+void Form::SystemChanged(UINT message, WPARAM wParam, LPARAM lParam) {
+    for (const auto& control : mvarControls)
+        SendMessageW(control.window, message, wParam, lParam);
+    Form_ColoursChanged();
+    if (message == WM_SETTINGCHANGE && (wParam == SPI_SETNONCLIENTMETRICS || wParam == SPI_SETWORKAREA))
+        ApplyLayout(mvarLayout.Dpi());
+    InvalidateRect(mvarWindow, nullptr, TRUE);
 }
 
 void Form::Hide() noexcept {

@@ -72,8 +72,10 @@ class Form {
     // The close box or the Escape key.
     virtual void Cancelled() { Hide(); }
     virtual void Refused(const Error&) {}
-    // The window has got another size, or its font.
+    // The window has got another size, or its font. Whatever draws with the font before takes the new one here.
     virtual void Form_Resize() {}
+    // The system's colours or the look of its controls have changed.
+    virtual void Form_ColoursChanged() {}
     // Anything else; a result ends the message.
     virtual std::optional<LRESULT> Handle(UINT message, WPARAM wParam, LPARAM lParam);
 
@@ -83,6 +85,9 @@ class Form {
     void OnNotify(int id, std::function<std::optional<LRESULT>(NMHDR&)> handler) {
         mvarNotifications[id] = std::move(handler);
     }
+    // Where the screen is too low for the form, the control and what stands beside it grow lower, by that many units of
+    // the dialog at most. Before the form is loaded.
+    void MayGiveWay(int id, int units) noexcept { mvarLayout.MayGiveWay(id, units); }
     // The string number of a control's tool tip.
     void SetToolTipTag(int id, int number) { mvarToolTipTags[id] = number; }
     // Runs a step whose refusal by the model is handed to Refused.
@@ -96,7 +101,8 @@ class Form {
     void Command(int id, int notification);
     std::optional<LRESULT> Notified(NMHDR& header);
     void ChangeDpi(UINT dpi, const RECT& place);
-    void ApplyFont();
+    void ApplyLayout(UINT dpi);
+    void SystemChanged(UINT message, WPARAM wParam, LPARAM lParam);
     void RunLoop();
     void Unload() noexcept;
 

@@ -4,21 +4,15 @@
 #include <utility>
 
 #include "dialogs/Guard.h"
+#include "dialogs/Monitor.h"
 
 namespace kestrel::dialogs {
 
 namespace {
 
-RECT WorkArea(HWND window) noexcept {
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof monitor;
-    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
-    return monitor.rcWork;
-}
-
 // In the middle of the owner or of the screen, and wholly on the screen where it fits.
 void Centre(HWND form, HWND owner) noexcept {
-    const RECT work = WorkArea(owner != nullptr ? owner : form);
+    const RECT work = WorkAreaOf(owner != nullptr ? owner : form);
     RECT over = work;
     if (owner != nullptr && IsWindowVisible(owner) != FALSE && IsIconic(owner) == FALSE) GetWindowRect(owner, &over);
     RECT area{};

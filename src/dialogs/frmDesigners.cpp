@@ -23,6 +23,7 @@ frmDesigners::frmDesigners(CodeClass& code)
       cmdAdd(*this, ID_cmdAdd), cmdDelete(*this, ID_cmdDelete), cmdModify(*this, ID_cmdModify),
       cmdClear(*this, ID_cmdClear), cmdAppend(*this, ID_cmdAppend), cmdDrop(*this, ID_cmdDrop),
       cmdAdvanced(*this, ID_cmdAdvanced) {
+    MayGiveWay(ID_tvwAvailable, 52); // the tree and the bands tracked
     SetToolTipTag(ID_cmdAppend, text::AddFieldTip);
     SetToolTipTag(ID_cmdDrop, text::DropFieldTip);
     ConnectButtons();
