@@ -10,6 +10,8 @@ namespace kestrel::dialogs {
 
 namespace {
 
+BringToFront theBringToFront = SetForegroundWindow;
+
 // In the middle of the owner or of the screen, and wholly on the screen where it fits.
 void Centre(HWND form, HWND owner) noexcept {
     const RECT work = WorkAreaOf(owner != nullptr ? owner : form);
@@ -47,6 +49,21 @@ std::vector<HWND> OtherWindows(HWND form) {
     return std::move(search.found);
 }
 
+// Where the user works in another program meanwhile, a form with an owner does not push itself before that.
+void Show(HWND form) noexcept {
+    ShowWindow(form, SW_SHOW);
+    if (GetWindow(form, GW_OWNER) == nullptr) theBringToFront(form);
+}
+
+// By the message that also marks the default button and selects the text. A form that has given the focus to another
+// control keeps it there.
+void FocusFirst(HWND form) noexcept {
+    const HWND focus = GetFocus();
+    const HWND first = GetNextDlgTabItem(form, nullptr, FALSE);
+    if (first != nullptr && (focus == first || IsChild(form, focus) == FALSE))
+        SendMessageW(form, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(first), TRUE);
+}
+
 } // namespace
 
 HWND ThreadsActiveWindow() noexcept {
@@ -55,17 +72,14 @@ HWND ThreadsActiveWindow() noexcept {
     return active != nullptr ? GetAncestor(active, GA_ROOT) : nullptr;
 }
 
+BringToFront UseBringToFront(BringToFront bring) noexcept { return std::exchange(theBringToFront, bring); }
+
 ModalOwner::ModalOwner(HWND form) : mvarDisabled(OtherWindows(form)) {
     for (const HWND window : mvarDisabled)
         EnableWindow(window, FALSE);
     Centre(form, GetWindow(form, GW_OWNER));
-    ShowWindow(form, SW_SHOW);
-    SetForegroundWindow(form);
-    const HWND focus = GetFocus();
-    if (focus == nullptr || focus == form || IsChild(form, focus) == FALSE) {
-        const HWND first = GetNextDlgTabItem(form, nullptr, FALSE);
-        if (first != nullptr) SetFocus(first);
-    }
+    Show(form);
+    FocusFirst(form);
 }
 
 void ModalOwner::Enable() noexcept {

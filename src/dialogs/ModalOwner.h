@@ -11,10 +11,16 @@ namespace kestrel::dialogs {
 // The window of this thread that the user works in, or null.
 [[nodiscard]] HWND ThreadsActiveWindow() noexcept;
 
+// How a form is brought before all programs; tests put their own in place.
+using BringToFront = BOOL(WINAPI*)(HWND);
+// Returns the one before.
+BringToFront UseBringToFront(BringToFront bring) noexcept;
+
 class ModalOwner {
   public:
     // Disables the form's owner and every other window of the thread that can be seen, places the form over its owner
-    // and shows it with the focus on its first control.
+    // and shows it with the focus on its first control. A form with an owner comes to the front with it; one without is
+    // brought before all programs.
     explicit ModalOwner(HWND form);
     // Enabled again once.
     ModalOwner(const ModalOwner&) = delete;

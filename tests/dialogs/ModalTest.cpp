@@ -1,5 +1,8 @@
 // The dialogs as their rule opens them, one over the other, in their modal loops; and what may happen meanwhile.
+#include "dialogs/ModalOwner.h"
+#include "dialogs/Subclass.h"
 #include "dialogs/frmDesigners.h"
+#include "dialogs/frmDropFields.h"
 #include "dialogs/support/DialogTest.h"
 
 namespace kestrel::test {
@@ -63,6 +66,26 @@ LRESULT CALLBACK WatchTree(HWND tree, UINT message, WPARAM wParam, LPARAM lParam
     if (first || (message == TVM_DELETEITEM && SendMessageW(tree, TVM_GETCOUNT, 0, 0) > 0))
         theCursors.push_back(GetCursor());
     return DefSubclassProc(tree, message, wParam, lParam);
+}
+
+// Writes down which control a form is told to give the focus to.
+class FocusWatch final : public dialogs::Subclass {
+  public:
+    explicit FocusWatch(HWND form) noexcept { Attach(form); }
+    std::vector<HWND> told;
+
+  private:
+    std::optional<LRESULT> Handle(UINT message, WPARAM wParam, LPARAM lParam) override {
+        if (message == WM_NEXTDLGCTL && lParam != FALSE) told.push_back(reinterpret_cast<HWND>(wParam));
+        return std::nullopt;
+    }
+};
+
+std::vector<HWND> theBrought;
+
+BOOL WINAPI RecordBringToFront(HWND form) {
+    theBrought.push_back(form);
+    return TRUE;
 }
 
 } // namespace
@@ -166,6 +189,34 @@ TEST_F(ModalTest, TheOwnerIsDisabledMeanwhile) {
     EXPECT_TRUE(visitor.Finished());
     EXPECT_TRUE(IsWindowEnabled(owner));
     DestroyWindow(owner);
+}
+
+TEST_F(ModalTest, TheFirstControlGetsTheFocusThroughTheDialogManager) {
+    dialogs::frmDropFields fields(*rule);
+    fields.Load();
+    const HWND first = fields.Find(ID_lstFields);
+    const FocusWatch watch(fields.Window());
+    visitor.Then([](const Screen& shown) { EXPECT_TRUE(shown.Focused(ID_lstFields)); });
+    fields.ShowModal();
+    EXPECT_TRUE(visitor.Finished());
+    EXPECT_EQ(watch.told, std::vector<HWND>{first});
+}
+
+TEST_F(ModalTest, OnlyAFormWithoutAnOwnerPushesItselfBeforeOtherPrograms) {
+    const auto before = dialogs::UseBringToFront(RecordBringToFront);
+    theBrought.clear();
+    const HWND owner = MakeOwner();
+    visitor.Then([owner](const Screen& fields) { EXPECT_EQ(GetWindow(fields.Window(), GW_OWNER), owner); });
+    rule->ShowFieldManage();
+    EXPECT_TRUE(theBrought.empty());
+    DestroyWindow(owner);
+    SetActiveWindow(nullptr);
+    HWND alone = nullptr;
+    visitor.Then([&alone](const Screen& fields) { alone = fields.Window(); });
+    rule->ShowFieldManage();
+    EXPECT_TRUE(visitor.Finished());
+    EXPECT_EQ(theBrought, std::vector<HWND>{alone}) << "nothing else would bring it up";
+    dialogs::UseBringToFront(before);
 }
 
 TEST_F(ModalTest, EveryWindowOfTheThreadIsDisabledMeanwhile) {
