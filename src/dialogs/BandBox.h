@@ -30,6 +30,8 @@ class BandBoxPainter {
     // Wide enough for the texts, within limits.
     [[nodiscard]] int WidthOf(const BandBox& box) const;
     [[nodiscard]] int Height() const noexcept { return 3 * mvarLineHeight + 2 * Scaled(6); }
+    // Where the name ends, from the top of the box.
+    [[nodiscard]] int NameBottom() const noexcept { return Scaled(6) + mvarLineHeight; }
     // Whether the box has to cut one of its texts.
     [[nodiscard]] bool Clips(const BandBox& box) const;
     // Texts centred one below the other, and a mark in a corner where there are findings; the selected box in the

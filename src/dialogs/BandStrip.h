@@ -64,11 +64,15 @@ class BandStrip final : private StripContent {
     [[nodiscard]] bool KeyDown(unsigned key);
     void ShowTip(int x) const;
 
-    void MouseDown(int x);
+    void MouseDown(POINT mouse);
     void MouseDownRight(int x, POINT screen);
-    void MouseMove(int x);
-    void MouseUp(int x);
+    void MouseMove(POINT mouse, bool buttonDown);
+    void MouseUp(POINT mouse);
+    void Follow(POINT mouse);
     void ScrollWhileDragging();
+    // Where the dragged box would land; its own place as long as the hand has only shaken.
+    [[nodiscard]] DropPlace LandingAt(POINT mouse) const noexcept;
+    [[nodiscard]] bool IsNearPress(POINT mouse) const noexcept;
     void PlaceMarker(int x) const;
     void PlaceCopy() const;
     // --- What screen readers are told (BandStripReaders.cpp) ---
@@ -103,10 +107,11 @@ class BandStrip final : private StripContent {
     StripLayout mvarLayout;
     std::vector<BandBox> mvarBoxes;
     int mvarSelected = 0;
-    int mvarOffset = 0;   // of the view, in pixels
-    int mvarDragged = -1; // the box being dragged, -1 for none
-    int mvarDragX = 0;    // the mouse within picBand
-    int mvarGrip = 0;     // from the left edge of the dragged box to the mouse at the press
+    int mvarOffset = 0;     // of the view, in pixels
+    int mvarDragged = -1;   // the box being dragged, -1 for none
+    POINT mvarMouse{};      // within picBand, while a box is dragged
+    POINT mvarPress{};      // where the mouse was pressed, within the whole strip
+    bool mvarMoved = false; // since then, further than a hand shakes
     AccessibleOwner<StripAccessible> mvarAccessible;
 };
 

@@ -3,10 +3,12 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "dialogs/BandStrip.h"
 #include "dialogs/Cursor.h"
 #include "dialogs/Form.h"
+#include "dialogs/Monitor.h"
 
 namespace kestrel::dialogs {
 
@@ -20,7 +22,7 @@ constexpr UINT dragTimerMilliseconds = 60;
 } // namespace
 
 std::optional<LRESULT> BandStrip::BandMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    const int x = GET_X_LPARAM(lParam);
+    const POINT mouse{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
     switch (message) {
     case WM_NCHITTEST: return HTCLIENT; // a plain static lets the mouse through
     case WM_GETDLGCODE: return DLGC_WANTARROWS | (IsDragging() ? DLGC_WANTALLKEYS : 0);
@@ -29,13 +31,13 @@ std::optional<LRESULT> BandStrip::BandMessage(UINT message, WPARAM wParam, LPARA
     case WM_GETOBJECT: return Reader(wParam, lParam);
     case WM_DESTROY: mvarAccessible.End(); return std::nullopt;
     case WM_LBUTTONDOWN:
-    case WM_LBUTTONDBLCLK: MouseDown(x); return 0;
-    case WM_MOUSEMOVE: MouseMove(x); return 0;
-    case WM_LBUTTONUP: MouseUp(x); return 0;
+    case WM_LBUTTONDBLCLK: MouseDown(mouse); return 0;
+    case WM_MOUSEMOVE: MouseMove(mouse, (wParam & MK_LBUTTON) != 0); return 0;
+    case WM_LBUTTONUP: MouseUp(mouse); return 0;
     case WM_RBUTTONDOWN: {
-        POINT screen{x, GET_Y_LPARAM(lParam)};
+        POINT screen = mouse;
         ClientToScreen(picBand.Window(), &screen);
-        MouseDownRight(x, screen);
+        MouseDownRight(mouse.x, screen);
         return 0;
     }
     case WM_RBUTTONUP: return 0; // the menu came with the press
@@ -46,6 +48,7 @@ std::optional<LRESULT> BandStrip::BandMessage(UINT message, WPARAM wParam, LPARA
         mvarActions.menu(screen);
         return 0;
     }
+    case WM_CANCELMODE:
     case WM_CAPTURECHANGED: CancelDrag(); return std::nullopt;
     case WM_TIMER: ScrollWhileDragging(); return 0;
     case WM_KEYDOWN:
@@ -55,16 +58,17 @@ std::optional<LRESULT> BandStrip::BandMessage(UINT message, WPARAM wParam, LPARA
     }
 }
 
-void BandStrip::MouseDown(int x) {
+void BandStrip::MouseDown(POINT mouse) {
     CancelDrag();
     SetFocus(picBand.Window()); // a box that is being typed into is applied first
-    const int box = mvarLayout.BoxAt(StripX(x));
+    const int box = mvarLayout.BoxAt(StripX(mouse.x));
     if (box < 0) return;
     mvarActions.select(box);
     if (box >= mvarLayout.Count()) return; // a handler changed the rule
     mvarDragged = box;
-    mvarDragX = x;
-    mvarGrip = StripX(x) - mvarLayout.Left(box);
+    mvarMouse = mouse;
+    mvarPress = {StripX(mouse.x), mouse.y};
+    mvarMoved = false;
     PlaceCopy();
     picMove.Show(true);
     SetCapture(picBand.Window());
@@ -80,23 +84,39 @@ void BandStrip::MouseDownRight(int x, POINT screen) {
     mvarActions.menu(screen);
 }
 
-void BandStrip::MouseMove(int x) {
-    if (!IsDragging()) {
-        ShowTip(x);
-        return;
-    }
-    mvarDragX = x;
-    PlaceCopy();
-    PlaceMarker(mvarLayout.LandingEdge(StripX(x)));
+// The button can have come up unseen, over a box that a handler of the host showed during the press.
+void BandStrip::MouseMove(POINT mouse, bool buttonDown) {
+    if (!buttonDown) CancelDrag();
+    if (IsDragging())
+        Follow(mouse);
+    else
+        ShowTip(mouse.x);
 }
 
-void BandStrip::MouseUp(int x) {
+void BandStrip::Follow(POINT mouse) {
+    mvarMouse = mouse;
+    mvarMoved = mvarMoved || !IsNearPress(mouse);
+    PlaceCopy();
+    PlaceMarker(mvarLayout.EdgeOf(LandingAt(mouse)));
+}
+
+void BandStrip::MouseUp(POINT mouse) {
     ReleaseCursor();
     if (!IsDragging()) return;
     const int dragged = mvarDragged;
-    const DropPlace place = mvarLayout.DropAt(StripX(x));
+    const DropPlace place = LandingAt(mouse);
     CancelDrag();
     mvarActions.drop(dragged, place);
+}
+
+bool BandStrip::IsNearPress(POINT mouse) const noexcept {
+    const UINT dpi = mvarForm.Layout().Dpi();
+    return std::abs(StripX(mouse.x) - mvarPress.x) <= SystemMetric(SM_CXDRAG, dpi) &&
+           std::abs(mouse.y - mvarPress.y) <= SystemMetric(SM_CYDRAG, dpi);
+}
+
+DropPlace BandStrip::LandingAt(POINT mouse) const noexcept {
+    return IsNearPress(mouse) ? DropPlace{mvarDragged, false} : mvarLayout.DropAt(StripX(mouse.x));
 }
 
 void BandStrip::CancelDrag() noexcept {
@@ -109,24 +129,28 @@ void BandStrip::CancelDrag() noexcept {
     if (GetCapture() == picBand.Window()) ReleaseCapture();
 }
 
-// Near an end of the view the strip moves on under the mouse.
+// Near an end of the view the strip moves on under the mouse, unless that has only been pressed there.
 void BandStrip::ScrollWhileDragging() {
-    if (!IsDragging()) return;
+    if (!IsDragging() || !mvarMoved) return;
     const int edge = mvarForm.Layout().Scaled(dragScrollStep);
     const int width = ViewWidth() - 2 * Margin();
-    const int step = mvarDragX < edge ? -edge : mvarDragX > width - edge ? edge : 0;
+    const int step = mvarMouse.x < edge ? -edge : mvarMouse.x > width - edge ? edge : 0;
     const int target = std::clamp(mvarOffset + step, 0, LargestOffset());
     if (target == mvarOffset) return;
     ScrollTo(target);
-    MouseMove(mvarDragX);
+    Follow(mvarMouse);
 }
 
+// Once it is moved it hangs lower than the boxes, whose names can be read above it.
 void BandStrip::PlaceCopy() const {
-    const int left = mvarDragX - mvarGrip + Margin();
-    picMove.Move(BoxArea(left, mvarLayout.Width(mvarDragged)));
+    const int grip = mvarPress.x - mvarLayout.Left(mvarDragged);
+    RECT area = BoxArea(mvarMouse.x - grip + Margin(), mvarLayout.Width(mvarDragged));
+    if (mvarMoved) OffsetRect(&area, 0, mvarPainter.NameBottom());
+    picMove.Move(area);
     picMove.Repaint();
 }
 
+// Above the copy.
 void BandStrip::PlaceMarker(int x) const {
     const int width = mvarForm.Layout().Scaled(markerWidth);
     const int edge = mvarLayout.Left(mvarLayout.GapNearest(x)) - mvarOffset + Margin();

@@ -26,10 +26,7 @@ DropPlace StripLayout::DropAt(int x) const noexcept {
     return box >= 0 ? DropPlace{box, false} : DropPlace{Count() - 1, true};
 }
 
-int StripLayout::LandingEdge(int x) const noexcept {
-    const DropPlace place = DropAt(x);
-    return Left(place.target + (place.after ? 1 : 0));
-}
+int StripLayout::EdgeOf(DropPlace place) const noexcept { return Left(place.target + (place.after ? 1 : 0)); }
 
 int StripLayout::OffsetToShow(int box, int offset, int viewWidth) const noexcept {
     const int left = Left(box);

@@ -26,8 +26,8 @@ class StripLayout {
     // The gap nearest to x: 0 before the first box, Count() after the last.
     [[nodiscard]] int GapNearest(int x) const noexcept;
     [[nodiscard]] DropPlace DropAt(int x) const noexcept;
-    // Where the gap lies in which a box dropped at x lands.
-    [[nodiscard]] int LandingEdge(int x) const noexcept;
+    // Where the gap lies in which a box lands there.
+    [[nodiscard]] int EdgeOf(DropPlace place) const noexcept;
     // How far a view of that width, scrolled by offset, must be scrolled to show the whole box (its left edge at
     // least).
     [[nodiscard]] int OffsetToShow(int box, int offset, int viewWidth) const noexcept;

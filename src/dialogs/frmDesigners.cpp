@@ -112,6 +112,7 @@ void frmDesigners::Form_Resize() {
 void frmDesigners::Refused(const Error& error) { mvarStatus.Refuse(error); }
 
 std::optional<LRESULT> frmDesigners::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_CANCELMODE) mvarStrip.CancelDrag(); // something opens over the form
     // From the keyboard: it has no place on the screen.
     if (message == WM_CONTEXTMENU && reinterpret_cast<HWND>(wParam) == tvwAvailable.Window() &&
         static_cast<int>(lParam) == -1) {

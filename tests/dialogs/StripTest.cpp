@@ -37,8 +37,8 @@ TEST_F(StripTest, ADropLandsBeforeTheBoxOrAfterTheLast) {
     EXPECT_FALSE(layout.DropAt(120).after);
     EXPECT_EQ(layout.DropAt(300).target, 2);
     EXPECT_TRUE(layout.DropAt(300).after);
-    EXPECT_EQ(layout.LandingEdge(120), 100);
-    EXPECT_EQ(layout.LandingEdge(300), 300);
+    EXPECT_EQ(layout.EdgeOf(layout.DropAt(120)), 100);
+    EXPECT_EQ(layout.EdgeOf(layout.DropAt(300)), 300);
     EXPECT_EQ(StripLayout().DropAt(5).target, -1);
 }
 

@@ -54,6 +54,18 @@ class frmDesignersStripTest : public DesignerTest {
         Mouse(WM_MOUSEMOVE, x);
         return form->Tips().Text(Strip());
     }
+    // The left edge of the band's box.
+    [[nodiscard]] int LeftOf(int band) const {
+        EXPECT_GE(MiddleOf(band), 0) << "out of sight";
+        POINT corner = CornerOf(ID_picMove);
+        ScreenToClient(Strip(), &corner);
+        return corner.x;
+    }
+    [[nodiscard]] POINT CornerOf(int id) const {
+        RECT area{};
+        GetWindowRect(screen->Control(id), &area);
+        return {area.left, area.top};
+    }
     [[nodiscard]] bool Shown(int id) const { return IsWindowVisible(screen->Control(id)) != FALSE; }
 
     static inline bool confined = false;
@@ -117,6 +129,83 @@ TEST_F(frmDesignersStripTest, EscapeEndsADragWithoutEffect) {
     EXPECT_FALSE(form->IsHidden()) << "the dialog stays";
     Mouse(WM_LBUTTONUP, to);
     EXPECT_EQ(BandsOf(*rule).substr(0, 6), L"Prefix");
+}
+
+TEST_F(frmDesignersStripTest, ADragThatFindsTheButtonUpEnds) {
+    const int from = MiddleOf(ibPrefix);
+    const int to = MiddleOf(ibBranch);
+    Mouse(WM_LBUTTONDOWN, from);
+    EXPECT_TRUE(confined);
+    SendMessageW(Strip(), WM_MOUSEMOVE, 0, MAKELPARAM(to, 10)); // it came up over a box of the host
+    EXPECT_FALSE(confined);
+    EXPECT_FALSE(Shown(ID_picMove));
+    EXPECT_FALSE(Shown(ID_imgPos));
+    EXPECT_NE(GetCapture(), Strip());
+    Mouse(WM_LBUTTONUP, to);
+    EXPECT_EQ(BandsOf(*rule), L"Prefix Year Region Branch Number Letter");
+}
+
+TEST_F(frmDesignersStripTest, WhatOpensOverTheFormEndsADrag) {
+    for (const HWND window : {Strip(), form->Window()}) {
+        Mouse(WM_LBUTTONDOWN, MiddleOf(ibPrefix));
+        EXPECT_TRUE(confined);
+        SendMessageW(window, WM_CANCELMODE, 0, 0);
+        EXPECT_FALSE(confined);
+        EXPECT_FALSE(Shown(ID_picMove));
+    }
+}
+
+TEST_F(frmDesignersStripTest, AHandThatShakesMovesNothing) {
+    const int left = LeftOf(ibYear);
+    const int shake = GetSystemMetrics(SM_CXDRAG);
+    Mouse(WM_LBUTTONDOWN, left + 1);
+    Mouse(WM_MOUSEMOVE, left + 1 - shake); // already over the box before
+    POINT copy = CornerOf(ID_picMove);
+    ScreenToClient(Strip(), &copy);
+    EXPECT_EQ(copy.y, 0) << "still at the place of its box";
+    POINT marker = CornerOf(ID_imgPos);
+    ScreenToClient(Strip(), &marker);
+    EXPECT_NEAR(marker.x, left, 4) << "at the band's own place";
+    Mouse(WM_LBUTTONUP, left + 1 - shake);
+    EXPECT_EQ(BandsOf(*rule), L"Prefix Year Region Branch Number Letter");
+    Mouse(WM_LBUTTONDOWN, left + 1);
+    Mouse(WM_LBUTTONUP, left - shake); // one pixel more
+    EXPECT_EQ(BandsOf(*rule), L"Year Prefix Region Branch Number Letter");
+}
+
+TEST_F(frmDesignersStripTest, TheFloatingCopyHidesNeitherNamesNorTheMarker) {
+    const int from = MiddleOf(ibLetter);
+    const int to = MiddleOf(ibYear);
+    Mouse(WM_LBUTTONDOWN, from);
+    EXPECT_EQ(CornerOf(ID_picMove).y, CornerOf(ID_picBand).y) << "at the place of its box";
+    Mouse(WM_MOUSEMOVE, to);
+    TEXTMETRICW font{};
+    {
+        const dialogs::WindowContext context(Strip());
+        const dialogs::Selected selected(context.Get(), form->Layout().Font());
+        GetTextMetricsW(context.Get(), &font);
+    }
+    EXPECT_GE(CornerOf(ID_picMove).y, CornerOf(ID_picBand).y + form->Layout().Scaled(6) + font.tmHeight);
+    HWND above = GetWindow(screen->Control(ID_picBkg), GW_CHILD);
+    while (above != screen->Control(ID_imgPos) && above != screen->Control(ID_picMove))
+        above = GetWindow(above, GW_HWNDNEXT);
+    EXPECT_EQ(above, screen->Control(ID_imgPos));
+    Mouse(WM_LBUTTONUP, to);
+}
+
+TEST_F(frmDesignersStripTest, APressNearTheEndDoesNotScrollTheStrip) {
+    for (int more = 1; more <= 4; ++more)
+        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
+    screen->Key(ID_picBand, VK_HOME);
+    RECT strip{};
+    GetClientRect(Strip(), &strip);
+    Mouse(WM_LBUTTONDOWN, strip.right - 5);
+    const int offset = GetScrollPos(screen->Control(ID_picBkg), SB_HORZ);
+    for (int turn = 0; turn < 20; ++turn, Sleep(10))
+        RunPendingMessages();
+    EXPECT_EQ(GetScrollPos(screen->Control(ID_picBkg), SB_HORZ), offset);
+    EXPECT_TRUE(Shown(ID_picMove)) << "the button is still down";
+    SendMessageW(Strip(), WM_CAPTURECHANGED, 0, 0);
 }
 
 TEST_F(frmDesignersStripTest, ARuleThatChangesEndsADrag) {

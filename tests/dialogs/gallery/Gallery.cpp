@@ -13,6 +13,7 @@
 #include "common/Ports.h"
 #include "dialogs/Handles.h"
 #include "dialogs/WindowsDialogs.h"
+#include "dialogs/support/Person.h"
 #include "dialogs/support/ShowDialog.h"
 #include "platform/PlatformPorts.h"
 #include "resources/dialogids.h"
@@ -79,16 +80,20 @@ void CALLBACK PictureAndClose(HWND, UINT, UINT_PTR timer, DWORD) {
     GetWindowRect(form, &area);
     const RECT screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
     IntersectRect(&area, &area, &screen);
-    ExitProcess(TakePicture(area, thePicture) ? 0 : 1); // without the questions that closing asks
+    const bool taken = TakePicture(area, thePicture);
+    if (theDialog == L"drag") test::Person::Button(MOUSEEVENTF_LEFTUP);
+    ExitProcess(taken ? 0 : 1); // without the questions that closing asks
 }
 
-// Takes a band out of the middle of the strip and holds it over another.
+// Takes a band out of the strip and holds it over another, with the mouse of the system: a drag ends when that has its
+// button up.
 void DragABand(HWND strip) {
-    RECT area{};
-    GetClientRect(strip, &area);
     SendMessageW(strip, WM_KEYDOWN, VK_END, 0);
-    SendMessageW(strip, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(area.right - 60, 20));
-    SendMessageW(strip, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(area.right / 2, 20));
+    RECT area{};
+    GetWindowRect(strip, &area);
+    test::Person::Point({area.right - 60, area.top + 20});
+    test::Person::Button(MOUSEEVENTF_LEFTDOWN);
+    test::Person::Point({(area.left + area.right) / 2, area.top + 20});
 }
 
 // Brings the dialog into a state worth a picture.
