@@ -66,8 +66,10 @@ void BandStrip::SetBoxes(std::vector<BandBox> boxes, int selected) {
 
 void BandStrip::SetFindings(std::vector<String> findings) {
     if (findings.size() != mvarBoxes.size()) return;
+    const auto before = BoxNames();
     for (std::size_t box = 0; box < findings.size(); ++box)
         mvarBoxes[box].findings = std::move(findings[box]);
+    TellItems(EventsBetween(before, BoxNames()));
     picBand.Repaint();
 }
 

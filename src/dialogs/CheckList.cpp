@@ -24,6 +24,21 @@ void CheckList::Prepare() const noexcept {
     column.cx = 100;
     Send(LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
     FitColumn();
+    ShowColours();
+}
+
+void CheckList::SetEnabled(bool enabled) const noexcept {
+    if (enabled == IsEnabled()) return;
+    Control::SetEnabled(enabled);
+    ShowColours();
+}
+
+void CheckList::ShowColours() const noexcept {
+    const auto [text, background] = ListColours(IsEnabled());
+    Send(LVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(text));
+    Send(LVM_SETTEXTBKCOLOR, 0, static_cast<LPARAM>(background));
+    Send(LVM_SETBKCOLOR, 0, static_cast<LPARAM>(background));
+    InvalidateRect(Window(), nullptr, TRUE);
 }
 
 void CheckList::FitColumn() const noexcept {

@@ -17,6 +17,10 @@ class CheckList : public Control {
     };
     // Gives the list its look; once, when the form is loaded.
     void Prepare() const noexcept;
+    // A disabled list looks it.
+    void SetEnabled(bool enabled) const noexcept;
+    // Follows a change of the system's colours.
+    void ShowColours() const noexcept;
     // Replaces all rows; those it already has stay, and with them the place that the list was scrolled to.
     void SetRows(const std::vector<Row>& rows) const;
     [[nodiscard]] int Count() const noexcept;

@@ -30,6 +30,11 @@ String WindowText(HWND window) {
     return text;
 }
 
+TextColours ListColours(bool enabled) noexcept {
+    return {GetSysColor(enabled ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT),
+            GetSysColor(enabled ? COLOR_WINDOW : COLOR_BTNFACE)};
+}
+
 HWND Control::Window() const noexcept { return mvarForm->Find(mvarId); }
 
 void Control::SetText(const String& text) const {

@@ -16,6 +16,14 @@ class Form;
 // The whole text of a window.
 [[nodiscard]] String WindowText(HWND window);
 
+// What a list's text and background are painted with.
+struct TextColours {
+    COLORREF text;
+    COLORREF background;
+};
+// The system's own: those of a window, or grey on the colour of the form.
+[[nodiscard]] TextColours ListColours(bool enabled) noexcept;
+
 class Control {
   public:
     Control(const Form& form, int id) noexcept : mvarForm(&form), mvarId(id) {}

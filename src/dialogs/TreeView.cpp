@@ -1,6 +1,8 @@
 #include "dialogs/TreeView.h"
 
+#include <algorithm>
 #include <cstring>
+#include <unordered_set>
 
 #include "dialogs/Waiting.h"
 
@@ -8,14 +10,9 @@ namespace kestrel::dialogs {
 
 namespace {
 
-// A third of the colour of a selection on the window's own: the greys of some colour schemes cannot be told from white.
-COLORREF PaleHighlight() noexcept {
-    const COLORREF full = GetSysColor(COLOR_HIGHLIGHT);
-    const COLORREF none = GetSysColor(COLOR_WINDOW);
-    const auto mix = [](int highlight, int window) { return static_cast<BYTE>((highlight + 2 * window) / 3); };
-    return RGB(mix(GetRValue(full), GetRValue(none)), mix(GetGValue(full), GetGValue(none)),
-               mix(GetBValue(full), GetBValue(none)));
-}
+// How many levels are shown as such: a tree view walks its levels by recursion and counts its width in pixels, so that
+// it bears some hundreds.
+constexpr std::size_t mostLevels = 256;
 
 } // namespace
 
@@ -36,22 +33,38 @@ void TreeView::Expand(const std::vector<String>& keys) const noexcept {
         if (const HTREEITEM item = Find(key)) Send(TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(item));
 }
 
-// Level by level from the top, however deep the tree is: a parent may stand after its children in the list.
+std::vector<std::vector<std::size_t>> TreeView::ChildPlaces() const {
+    std::vector<std::vector<std::size_t>> children(mvarItems.size() + 1);
+    for (std::size_t place = 0; place < mvarItems.size(); ++place)
+        children[std::min(mvarItems[place].parent, mvarItems.size())].push_back(place);
+    return children;
+}
+
+// Each parent before its children, however deep the tree is: a parent may stand after its children in the list.
 void TreeView::InsertAll() {
-    std::vector<std::vector<std::size_t>> children(mvarItems.size());
-    std::vector<HTREEITEM> handles(mvarItems.size());
-    std::vector<std::size_t> open;
-    for (std::size_t place = 0; place < mvarItems.size(); ++place) {
-        const std::size_t parent = mvarItems[place].parent;
-        (parent < mvarItems.size() ? children[parent] : open).push_back(place);
-    }
-    for (std::size_t next = 0; next < open.size(); ++next) {
-        const std::size_t place = open[next];
-        const Item& item = mvarItems[place];
-        handles[place] = Insert(item, item.parent < handles.size() ? handles[item.parent] : TVI_ROOT);
-        mvarHandles[item.key] = handles[place];
-        mvarKeys[handles[place]] = item.key;
-        open.insert(open.end(), children[place].begin(), children[place].end());
+    struct Open {
+        std::size_t place;
+        HTREEITEM parent;
+        std::size_t level;
+    };
+    const auto children = ChildPlaces();
+    std::vector<Open> open;
+    const auto openAll = [&](const std::vector<std::size_t>& places, HTREEITEM parent, std::size_t level) {
+        for (std::size_t left = places.size(); left > 0; --left) // the first is taken from the end
+            open.push_back({places[left - 1], parent, level});
+    };
+    openAll(children.back(), TVI_ROOT, 1);
+    while (!open.empty()) {
+        const Open next = open.back();
+        open.pop_back();
+        const Item& item = mvarItems[next.place];
+        const HTREEITEM handle = Insert(item, next.parent);
+        mvarHandles[item.key] = handle;
+        mvarKeys[handle] = item.key;
+        if (next.level < mostLevels)
+            openAll(children[next.place], handle, next.level + 1);
+        else
+            openAll(children[next.place], next.parent, next.level);
     }
 }
 
@@ -64,15 +77,21 @@ HTREEITEM TreeView::Insert(const Item& item, HTREEITEM parent) const noexcept {
     return reinterpret_cast<HTREEITEM>(Send(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insertion)));
 }
 
+// An item takes along what the tree view shows below it; what lies too deep to be shown there goes by itself.
 void TreeView::Remove(const String& key) {
-    const HTREEITEM item = Find(key);
-    if (item == nullptr) return;
-    for (const HTREEITEM each : Subtree(item)) {
-        mvarHandles.erase(KeyOf(each));
-        mvarKeys.erase(each);
+    std::vector<HTREEITEM> handles;
+    for (const std::size_t place : Subtree(key))
+        handles.push_back(Find(mvarItems[place].key));
+    const std::unordered_set<HTREEITEM> going(handles.begin(), handles.end());
+    std::vector<HTREEITEM> topmost;
+    for (const HTREEITEM handle : handles) {
+        if (!going.contains(Parent(handle))) topmost.push_back(handle);
+        mvarHandles.erase(KeyOf(handle));
+        mvarKeys.erase(handle);
     }
     KeepKnownItems();
-    Send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(item));
+    for (std::size_t left = topmost.size(); left > 0; --left) // the selected one last, which passes the selection on
+        Send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(topmost[left - 1]));
 }
 
 // Parents are places in the list, so they move up with it.
@@ -89,21 +108,43 @@ void TreeView::KeepKnownItems() {
     mvarItems = std::move(kept);
 }
 
-std::vector<HTREEITEM> TreeView::Subtree(HTREEITEM item) const {
-    std::vector<HTREEITEM> items{item};
-    for (std::size_t next = 0; next < items.size(); ++next)
-        for (HTREEITEM child = Child(items[next]); child != nullptr; child = NextSibling(child))
-            items.push_back(child);
-    return items;
+std::vector<std::size_t> TreeView::Subtree(const String& key) const {
+    const auto top =
+        std::find_if(mvarItems.begin(), mvarItems.end(), [&](const Item& item) { return item.key == key; });
+    if (top == mvarItems.end()) return {};
+    const auto children = ChildPlaces();
+    std::vector<std::size_t> places{static_cast<std::size_t>(top - mvarItems.begin())};
+    for (std::size_t next = 0; next < places.size(); ++next) {
+        const auto& below = children[places[next]];
+        places.insert(places.end(), below.begin(), below.end());
+    }
+    return places;
+}
+
+int TreeView::CountDescendants(HTREEITEM item) const {
+    return std::max(static_cast<int>(Subtree(KeyOf(item)).size()) - 1, 0);
+}
+
+void TreeView::SetEnabled(bool enabled) const noexcept {
+    if (enabled == IsEnabled()) return;
+    Control::SetEnabled(enabled);
+    ShowColours();
+}
+
+void TreeView::ShowColours() const noexcept {
+    const auto [text, background] = ListColours(IsEnabled());
+    Send(TVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(text));
+    Send(TVM_SETBKCOLOR, 0, static_cast<LPARAM>(background));
 }
 
 LRESULT TreeView::Draw(NMTVCUSTOMDRAW& draw) noexcept {
     if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+    const bool enabled = IsWindowEnabled(draw.nmcd.hdr.hwndFrom) != FALSE;
     const bool selected = (draw.nmcd.uItemState & CDIS_SELECTED) != 0;
-    if (selected && GetFocus() != draw.nmcd.hdr.hwndFrom) {
-        draw.clrText = GetSysColor(COLOR_WINDOWTEXT);
-        draw.clrTextBk = PaleHighlight();
-    }
+    const TextColours marked{GetSysColor(COLOR_HIGHLIGHTTEXT), GetSysColor(COLOR_HIGHLIGHT)};
+    const auto [text, background] = selected && enabled ? marked : ListColours(enabled);
+    draw.clrText = text;
+    draw.clrTextBk = background;
     return CDRF_DODEFAULT;
 }
 

@@ -23,7 +23,7 @@ class TreeView : public Control {
         friend bool operator==(const Item& left, const Item& right) = default;
     };
     // Replaces all items; those it already has stay. Siblings stand in the order of the list. Items that were expanded
-    // before stay so.
+    // before stay so. What lies deeper than 256 levels is shown on the last of them, behind its parent.
     void SetItems(std::vector<Item> items);
     // Removes an item and all below it; nothing when there is no such item.
     void Remove(const String& key);
@@ -40,12 +40,16 @@ class TreeView : public Control {
     [[nodiscard]] String KeyOf(HTREEITEM item) const;
 
     // How many items stand below it, on all levels.
-    [[nodiscard]] int CountDescendants(HTREEITEM item) const { return static_cast<int>(Subtree(item).size()) - 1; }
+    [[nodiscard]] int CountDescendants(HTREEITEM item) const;
     [[nodiscard]] HTREEITEM Child(HTREEITEM item) const noexcept { return Next(item, TVGN_CHILD); }
     [[nodiscard]] HTREEITEM NextSibling(HTREEITEM item) const noexcept { return Next(item, TVGN_NEXT); }
     [[nodiscard]] HTREEITEM Parent(HTREEITEM item) const noexcept { return Next(item, TVGN_PARENT); }
     // The item at a point of the screen, or null.
     [[nodiscard]] HTREEITEM HitTest(POINT screen) const noexcept;
+    // A disabled tree looks it.
+    void SetEnabled(bool enabled) const noexcept;
+    // Follows a change of the system's colours.
+    void ShowColours() const noexcept;
     // Answers the tree's question how to draw: the selected item is marked clearly while the focus is elsewhere, too.
     static LRESULT Draw(NMTVCUSTOMDRAW& draw) noexcept;
     // Where a menu for the selected item belongs, on the screen.
@@ -56,8 +60,10 @@ class TreeView : public Control {
         return reinterpret_cast<HTREEITEM>(Send(TVM_GETNEXTITEM, direction, reinterpret_cast<LPARAM>(item)));
     }
     HTREEITEM Insert(const Item& item, HTREEITEM parent) const noexcept;
-    // The item, then all below it.
-    [[nodiscard]] std::vector<HTREEITEM> Subtree(HTREEITEM item) const;
+    // The places in the list of what stands directly below each item; last, of what stands below none.
+    [[nodiscard]] std::vector<std::vector<std::size_t>> ChildPlaces() const;
+    // The place of the item in the list, then those of all below it; empty when there is no such item.
+    [[nodiscard]] std::vector<std::size_t> Subtree(const String& key) const;
     void InsertAll();
     void KeepKnownItems();
     [[nodiscard]] bool IsExpanded(HTREEITEM item) const noexcept;

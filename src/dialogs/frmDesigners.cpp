@@ -109,6 +109,11 @@ void frmDesigners::Form_Resize() {
     lstTracks.FitColumn();
 }
 
+void frmDesigners::Form_ColoursChanged() {
+    lstTracks.ShowColours();
+    tvwAvailable.ShowColours();
+}
+
 void frmDesigners::Refused(const Error& error) { mvarStatus.Refuse(error); }
 
 std::optional<LRESULT> frmDesigners::Handle(UINT message, WPARAM wParam, LPARAM lParam) {

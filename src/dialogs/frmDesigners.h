@@ -34,6 +34,7 @@ class frmDesigners final : public Form {
     void Form_Load() override;
     void Form_Unload() override;
     void Form_Resize() override;
+    void Form_ColoursChanged() override;
     void Refused(const Error& error) override;
     [[nodiscard]] bool HasEnded() const noexcept override { return !cCode.Lock(); }
     std::optional<LRESULT> Handle(UINT message, WPARAM wParam, LPARAM lParam) override;

@@ -1,4 +1,6 @@
 // The dialogs as their rule opens them, one over the other, in their modal loops; and what may happen meanwhile.
+#include <utility>
+
 #include "dialogs/ModalOwner.h"
 #include "dialogs/Subclass.h"
 #include "dialogs/frmDesigners.h"
@@ -86,6 +88,18 @@ std::vector<HWND> theBrought;
 BOOL WINAPI RecordBringToFront(HWND form) {
     theBrought.push_back(form);
     return TRUE;
+}
+
+// One under the other.
+Ref<CodeClass> DeepRule(int levels) {
+    auto rule = EmptyRule();
+    const auto field = rule->UsrFields().Add(L"Region");
+    rule->Add({.name = L"Layer", .style = bsUsrField, .swapMode = smLayersSwap, .dataField = field});
+    String text = ToText(levels);
+    for (int node = 1; node <= levels; ++node)
+        text += L";" + (node == 1 ? String() : ToText(node - 1)) + L"," + ToText(node) + L",C" + ToText(node) + L",V";
+    rule->Relations().ImportNodes(text);
+    return rule;
 }
 
 } // namespace
@@ -358,6 +372,45 @@ TEST_F(ModalTest, ALargeRuleOpensWithinTwoSeconds) {
     EXPECT_LT(next, 0.5);
     const HCURSOR hourglass = LoadCursorW(nullptr, IDC_WAIT);
     EXPECT_EQ(theCursors, (std::vector<HCURSOR>{hourglass, hourglass})) << "while the tree goes, and while it comes";
+}
+
+TEST_F(ModalTest, AHundredThousandLevelsAreWorked) {
+    constexpr int levels = 100000;
+    rule = DeepRule(levels);
+    auto& tree = rule->Relations();
+    double lap = ProcessorSeconds();
+    const auto took = [&lap] {
+        const double before = std::exchange(lap, ProcessorSeconds());
+        return lap - before;
+    };
+    visitor.Then([&](const Screen& designer) {
+        const HWND view = designer.Control(ID_tvwAvailable);
+        const auto count = [view] { return SendMessageW(view, TVM_GETCOUNT, 0, 0); };
+        const auto select = [view](UINT which) {
+            const LRESULT item =
+                SendMessageW(view, TVM_GETNEXTITEM, which, SendMessageW(view, TVM_GETNEXTITEM, TVGN_ROOT, 0));
+            SendMessageW(view, TVM_SELECTITEM, TVGN_CARET, item);
+        };
+        EXPECT_LT(took(), 5.0) << "opening";
+        EXPECT_EQ(count(), levels);
+        tree.Add(IndexKey(tree.Node(levels)->Key()), tvwChild, L"D", L"Deepest");
+        RunPendingMessages();
+        EXPECT_EQ(designer.SelectedTreeText(ID_tvwAvailable), L"D Deepest");
+        EXPECT_LT(took(), 5.0) << "adding below the last";
+        prompts.answer = false;
+        select(TVGN_CHILD);
+        designer.Click(ID_cmdDelete);
+        EXPECT_EQ(prompts.asked.back(), L"Sure to delete the relation?\r\n99999 child relation(s) included.");
+        EXPECT_LT(took(), 1.0) << "counting";
+        prompts.answer = true;
+        designer.Click(ID_cmdDelete);
+        RunPendingMessages();
+        EXPECT_EQ(count(), 1);
+        EXPECT_EQ(tree.Count(), 1);
+        EXPECT_LT(took(), 5.0) << "deleting";
+    });
+    rule->ShowDesigner();
+    EXPECT_TRUE(visitor.Finished());
 }
 
 TEST_F(ModalTest, ALargeRuleIsWorkedWithoutWaiting) {

@@ -214,6 +214,37 @@ TEST_F(frmDesignersRelationsTest, BranchesAreOpenAgainWhenTheirBandIsSelectedAga
     EXPECT_FALSE(IsExpanded(L"01 North")) << "what was open has gone meanwhile";
 }
 
+TEST_F(frmDesignersRelationsTest, LevelsBeyondThoseShownStandOnTheLast) {
+    rule->Relations().Cls();
+    String key;
+    for (int level = 1; level <= 300; ++level)
+        key = rule->Relations().Add(key.empty() ? IndexKey() : IndexKey(key), tvwChild, ToText(level), L"X")->Key();
+    RunPendingMessages();
+    const HWND tree = screen->Control(ID_tvwAvailable);
+    const auto deepest = [tree] {
+        auto item = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0);
+        int level = 0;
+        for (; item != 0; item = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_PARENT, item))
+            ++level;
+        return level;
+    };
+    EXPECT_EQ(SendMessageW(tree, TVM_GETCOUNT, 0, 0), 300);
+    EXPECT_EQ(screen->SelectedTreeText(ID_tvwAvailable), L"300 X");
+    EXPECT_EQ(deepest(), 256);
+    screen->SelectTreeItem(ID_tvwAvailable, L"280 X");
+    screen->Click(ID_cmdDelete);
+    EXPECT_EQ(prompts.asked.back(), L"Sure to delete the relation?\r\n20 child relation(s) included.");
+    EXPECT_EQ(rule->Relations().Count(), 279);
+    EXPECT_EQ(SendMessageW(tree, TVM_GETCOUNT, 0, 0), 279);
+    const auto texts = screen->TreeTexts(ID_tvwAvailable);
+    EXPECT_EQ(texts.size(), 279U);
+    EXPECT_EQ(texts.back(), String(510, L' ') + L"279 X");
+    screen->SelectTreeItem(ID_tvwAvailable, L"2 X");
+    screen->Click(ID_cmdDelete);
+    EXPECT_EQ(prompts.asked.back(), L"Sure to delete the relation?\r\n277 child relation(s) included.");
+    EXPECT_EQ(screen->TreeTexts(ID_tvwAvailable), Texts{L"1 X"});
+}
+
 TEST_F(frmDesignersRelationsTest, KeysWorkTheTree) {
     const auto press = [this](WORD key) {
         NMTVKEYDOWN pressed{};

@@ -1,0 +1,163 @@
+// The designer follows the colours and the measures of the system, as somebody who sees badly has set them.
+#include <array>
+
+#include "dialogs/Handles.h"
+#include "dialogs/support/DesignerTest.h"
+
+namespace kestrel::test {
+
+namespace {
+
+// The colours of a scheme with white text on black; each that the dialogs paint with is another.
+constexpr std::array<int, 10> parts{COLOR_WINDOW,    COLOR_WINDOWTEXT, COLOR_BTNFACE,       COLOR_BTNTEXT,
+                                    COLOR_BTNSHADOW, COLOR_HIGHLIGHT,  COLOR_HIGHLIGHTTEXT, COLOR_GRAYTEXT,
+                                    COLOR_MENU,      COLOR_MENUTEXT};
+constexpr std::array<COLORREF, 10> contrast{RGB(0, 0, 0),     RGB(255, 255, 255), RGB(0, 0, 64),      RGB(255, 255, 0),
+                                            RGB(192, 0, 192), RGB(0, 128, 0),     RGB(255, 240, 240), RGB(0, 255, 0),
+                                            RGB(0, 0, 0),     RGB(255, 255, 255)};
+
+// In force while it lives.
+class Contrast {
+  public:
+    Contrast() noexcept {
+        for (std::size_t index = 0; index < parts.size(); ++index)
+            mvarBefore.at(index) = GetSysColor(parts.at(index));
+        SetSysColors(static_cast<int>(parts.size()), parts.data(), contrast.data());
+    }
+    // Taken back once.
+    Contrast(const Contrast&) = delete;
+    Contrast& operator=(const Contrast&) = delete;
+    ~Contrast() { SetSysColors(static_cast<int>(parts.size()), parts.data(), mvarBefore.data()); }
+
+  private:
+    std::array<COLORREF, 10> mvarBefore{};
+};
+
+// A taller caption and wider scroll bars, while it lives.
+class LargeMeasures {
+  public:
+    LargeMeasures() noexcept {
+        mvarBefore.cbSize = sizeof mvarBefore;
+        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof mvarBefore, &mvarBefore, 0);
+        NONCLIENTMETRICSW large = mvarBefore;
+        large.iCaptionHeight += 22;
+        large.iScrollWidth = large.iScrollHeight = 28;
+        SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof large, &large, 0);
+    }
+    // Taken back once.
+    LargeMeasures(const LargeMeasures&) = delete;
+    LargeMeasures& operator=(const LargeMeasures&) = delete;
+    ~LargeMeasures() { SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof mvarBefore, &mvarBefore, 0); }
+
+  private:
+    NONCLIENTMETRICSW mvarBefore{};
+};
+
+class ColoursTest : public DesignerTest {
+  protected:
+    void ColoursHaveChanged() const {
+        SendMessageW(form->Window(), WM_SYSCOLORCHANGE, 0, 0);
+        RedrawWindow(form->Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        RunPendingMessages();
+    }
+    // How many of the control's pixels on the screen have that colour of the system.
+    [[nodiscard]] int Pixels(int id, int part) const {
+        const HWND control = screen->Control(id);
+        RECT area{};
+        GetClientRect(control, &area);
+        const dialogs::WindowContext context(control);
+        int count = 0;
+        for (int y = 0; y < area.bottom; ++y)
+            for (int x = 0; x < area.right; ++x)
+                if (GetPixel(context.Get(), x, y) == GetSysColor(part)) ++count;
+        return count;
+    }
+    [[nodiscard]] int Area(int id) const {
+        RECT area{};
+        GetClientRect(screen->Control(id), &area);
+        return static_cast<int>(area.right * area.bottom);
+    }
+    // The colours that the tree and the list say they paint with: text, then background.
+    [[nodiscard]] std::vector<COLORREF> TreeColours() const {
+        const HWND tree = screen->Control(ID_tvwAvailable);
+        return {static_cast<COLORREF>(SendMessageW(tree, TVM_GETTEXTCOLOR, 0, 0)),
+                static_cast<COLORREF>(SendMessageW(tree, TVM_GETBKCOLOR, 0, 0))};
+    }
+    [[nodiscard]] std::vector<COLORREF> ListColours() const {
+        const HWND list = screen->Control(ID_lstTracks);
+        return {static_cast<COLORREF>(SendMessageW(list, LVM_GETTEXTCOLOR, 0, 0)),
+                static_cast<COLORREF>(SendMessageW(list, LVM_GETBKCOLOR, 0, 0))};
+    }
+    [[nodiscard]] static std::vector<COLORREF> System(int text, int background) {
+        return {GetSysColor(text), GetSysColor(background)};
+    }
+};
+
+} // namespace
+
+TEST_F(ColoursTest, ADisabledTreeAndListLookIt) {
+    Select(ibNumber); // tracks, has no relations
+    EXPECT_EQ(TreeColours(), System(COLOR_GRAYTEXT, COLOR_BTNFACE));
+    EXPECT_EQ(ListColours(), System(COLOR_WINDOWTEXT, COLOR_WINDOW));
+    RunPendingMessages();
+    EXPECT_GT(Pixels(ID_tvwAvailable, COLOR_BTNFACE), Area(ID_tvwAvailable) * 9 / 10);
+    Select(ibRegion); // the other way round
+    EXPECT_EQ(TreeColours(), System(COLOR_WINDOWTEXT, COLOR_WINDOW));
+    EXPECT_EQ(ListColours(), System(COLOR_GRAYTEXT, COLOR_BTNFACE));
+    rule->Band(ibRegion)->SetAllowModified(false);
+    Select(ibRegion);
+    screen->SelectTreeItem(ID_tvwAvailable, L"02 South");
+    RunPendingMessages();
+    EXPECT_EQ(TreeColours(), System(COLOR_GRAYTEXT, COLOR_BTNFACE));
+    EXPECT_EQ(Pixels(ID_tvwAvailable, COLOR_HIGHLIGHT), 0) << "not marked as if it could be used";
+    Reopen(EmptyRule());
+    EXPECT_EQ(TreeColours(), System(COLOR_GRAYTEXT, COLOR_BTNFACE));
+    EXPECT_EQ(ListColours(), System(COLOR_GRAYTEXT, COLOR_BTNFACE));
+}
+
+TEST_F(ColoursTest, EverythingIsPaintedInTheColoursOfTheSystem) {
+    const Contrast scheme;
+    Select(ibRegion);
+    screen->SelectTreeItem(ID_tvwAvailable, L"02 South");
+    screen->Focus(ID_txtFormat);
+    ColoursHaveChanged();
+    EXPECT_EQ(TreeColours(), System(COLOR_WINDOWTEXT, COLOR_WINDOW));
+    EXPECT_EQ(ListColours(), System(COLOR_GRAYTEXT, COLOR_BTNFACE));
+    for (const int part : {COLOR_WINDOW, COLOR_BTNFACE, COLOR_BTNTEXT, COLOR_BTNSHADOW, COLOR_HIGHLIGHT,
+                           COLOR_HIGHLIGHTTEXT, COLOR_WINDOWTEXT})
+        EXPECT_GT(Pixels(ID_picBand, part), 0) << part;
+    EXPECT_GT(Pixels(ID_picBkg, COLOR_WINDOW), Area(ID_picBkg) / 20);
+    EXPECT_GT(Pixels(ID_tvwAvailable, COLOR_HIGHLIGHT), 200) << "the selected node, also without the focus";
+    EXPECT_GT(Pixels(ID_tvwAvailable, COLOR_WINDOW), Area(ID_tvwAvailable) / 2);
+    EXPECT_GT(Pixels(ID_lstTracks, COLOR_BTNFACE), Area(ID_lstTracks) / 2);
+}
+
+TEST_F(ColoursTest, LargeMeasuresCutNothingOff) {
+    for (int more = 1; more <= 4; ++more) // the strip scrolls
+        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
+    RECT before{};
+    RECT outerBefore{};
+    GetClientRect(form->Window(), &before);
+    GetWindowRect(form->Window(), &outerBefore);
+    const LargeMeasures large;
+    SendMessageW(form->Window(), WM_SETTINGCHANGE, SPI_SETNONCLIENTMETRICS, 0);
+    RECT after{};
+    RECT outerAfter{};
+    GetClientRect(form->Window(), &after);
+    GetWindowRect(form->Window(), &outerAfter);
+    EXPECT_EQ(after.bottom, before.bottom);
+    EXPECT_EQ(after.right, before.right);
+    EXPECT_EQ(outerAfter.bottom - outerAfter.top, outerBefore.bottom - outerBefore.top + 22);
+    RECT view{};
+    RECT boxes{};
+    GetClientRect(screen->Control(ID_picBkg), &view);
+    GetWindowRect(screen->Control(ID_picBand), &boxes);
+    MapWindowPoints(nullptr, screen->Control(ID_picBkg), reinterpret_cast<POINT*>(&boxes), 2);
+    EXPECT_LE(boxes.bottom, view.bottom) << "the scroll bar leaves the boxes whole";
+    const HWND list = screen->Control(ID_lstTracks);
+    RECT rows{};
+    GetClientRect(list, &rows);
+    EXPECT_LE(SendMessageW(list, LVM_GETCOLUMNWIDTH, 0, 0), rows.right);
+}
+
+} // namespace kestrel::test
