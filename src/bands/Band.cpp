@@ -1,5 +1,6 @@
 #include "bands/Band.h"
 
+#include "common/CaseFolding.h"
 #include "common/Error.h"
 #include "common/Numbers.h"
 #include "common/Ports.h"
@@ -214,7 +215,7 @@ void Band::mvarTrackBands_BeforeAdd(const String& name, bool& cancel, String& de
         cancel = true;
         description = TheStrings().Text(reason);
     };
-    if (TheText().SameText(name, mvarName)) return refuse(Message::TracksItself);
+    if (SameFolded(name, mvarName)) return refuse(Message::TracksItself);
     const auto rule = ParentRule();
     if (!rule || !rule->FindBand(name)) refuse(Message::InvalidParameter);
 }

@@ -25,10 +25,11 @@ class TextPort {
     // What the text means as a date; nothing when it is none.
     [[nodiscard]] virtual std::optional<Date> ParseDate(const String& text) const = 0;
 
-    // Whether both texts are the same in the user's locale without regard to case.
+    // Whether the user takes both texts for the same: as the user's locale compares, without regard to case, width or
+    // kind of kana. Only the conversion of relations asks; whatever else compares without regard to case folds it.
     [[nodiscard]] virtual bool SameText(StringView left, StringView right) const = 0;
 
-    // The text in upper or lower case.
+    // The text in upper or lower case, character by character and alike in every locale.
     [[nodiscard]] virtual String Upper(const String& text) const = 0;
     [[nodiscard]] virtual String Lower(const String& text) const = 0;
 };

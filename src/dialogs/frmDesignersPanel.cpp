@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/CaseFolding.h"
 #include "common/Numbers.h"
 #include "common/Ports.h"
 #include "dialogs/ListRows.h"
@@ -50,12 +51,12 @@ bool Differs(const Band& band, PropertyId property, const String& typed) {
 
 bool Tracks(const Names& names, const String& name) {
     const auto all = names.Snapshot();
-    return std::any_of(all.begin(), all.end(), [&](const String& each) { return TheText().SameText(each, name); });
+    return std::any_of(all.begin(), all.end(), [&](const String& each) { return SameFolded(each, name); });
 }
 
 void StopTracking(Names& names, const String& name) {
     for (auto position = names.Count(); position >= 1; --position)
-        if (TheText().SameText(names.Item(position), name)) names.Remove(position);
+        if (SameFolded(names.Item(position), name)) names.Remove(position);
 }
 
 } // namespace

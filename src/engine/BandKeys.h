@@ -1,12 +1,12 @@
 // Band names as keys: compared without regard to case.
 #pragma once
 
-#include "common/Ports.h"
+#include "common/CaseFolding.h"
 
 namespace kestrel {
 
 struct BandKeys {
-    static String Fold(const String& name) { return TheText().Lower(name); }
+    static String Fold(const String& name) { return CaseFolded(name); }
 };
 
 } // namespace kestrel

@@ -2,6 +2,9 @@
 
 #include <cmath>
 #include <limits>
+
+#include "common/CaseFolding.h"
+#include "common/Ports.h"
 #include <set>
 
 namespace kestrel {
@@ -139,7 +142,7 @@ void CodeClass::RefuseTrigger(const kestrel::Band& band) const {
 void CodeClass::AskAboutTrackers(const kestrel::Band& band) const {
     const auto tracks = [&band](const Ref<Names>& names) {
         for (std::int32_t position = 1; names && position <= names->Count(); ++position)
-            if (TheText().SameText(names->Item(position), band.Name())) return true;
+            if (SameFolded(names->Item(position), band.Name())) return true;
         return false;
     };
     std::vector<String> trackers;
@@ -154,13 +157,13 @@ void CodeClass::RemoveFromTrackers(const String& name) const {
     for (const auto& band : Bands()) {
         const auto names = band->TrackBands();
         for (auto position = names ? names->Count() : 0; position >= 1; --position)
-            if (TheText().SameText(names->Item(position), name)) names->Remove(position);
+            if (SameFolded(names->Item(position), name)) names->Remove(position);
     }
 }
 
 void CodeClass::RemoveFromLayers(const String& name) {
     for (auto position = mvarLayeredBands->Count(); position >= 1; --position)
-        if (position <= mvarLayeredBands->Count() && TheText().SameText(mvarLayeredBands->Item(position)->Name(), name))
+        if (position <= mvarLayeredBands->Count() && SameFolded(mvarLayeredBands->Item(position)->Name(), name))
             mvarLayeredBands->Remove(position);
 }
 

@@ -20,8 +20,10 @@
 
 #include <utility>
 
+#include "common/CaseFolding.h"
 #include "common/Dates.h"
 #include "common/Numbers.h"
+#include "common/Ports.h"
 #include "engine/CodeClass.h"
 
 namespace kestrel {
@@ -190,9 +192,7 @@ std::int32_t IntegerOf(StringView value) {
     return *integer;
 }
 
-bool BooleanOf(StringView value) {
-    return LeadingNumber(value).value_or(0) != 0 || TheText().SameText(Trim(value), L"True");
-}
+bool BooleanOf(StringView value) { return LeadingNumber(value).value_or(0) != 0 || SameFolded(Trim(value), L"True"); }
 
 Date DateOf(StringView value) {
     const auto date = TheText().ParseDate(String(value));

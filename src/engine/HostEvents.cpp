@@ -1,6 +1,8 @@
 // How a rule meets its host outside code generation: it guards its three lists, passes their changes on, hands its
 // definition over for saving, and opens its dialogs.
 
+#include "common/CaseFolding.h"
+#include "common/Ports.h"
 #include "engine/CodeClass.h"
 #include "engine/Dialogs.h"
 
@@ -77,7 +79,7 @@ void CodeClass::Save([[maybe_unused]] int options) {
     String name = mvarName;
     String held;
     GetSettings.Raise(name, held);
-    if (!held.empty() && TheText().SameText(held, definition)) return;
+    if (!held.empty() && SameFolded(held, definition)) return;
     if (!ThePrompts().Ask(TheStrings().Text(Message::AskSave))) return;
     bool achieved = false;
     SaveRequested.Raise(definition, achieved);

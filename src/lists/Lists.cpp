@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "common/Ports.h"
+#include "common/CaseFolding.h"
 
 namespace kestrel {
 
@@ -24,7 +24,7 @@ std::array<String, 4> RecordFields(StringView record) {
 }
 
 void AppendRecord(String& text, const List& item) {
-    const bool sameName = TheText().SameText(item.ForeignName(), item.Name());
+    const bool sameName = SameFolded(item.ForeignName(), item.Name());
     text += item.Name();
     text += FieldSeparator;
     if (!sameName) text += item.ForeignName();

@@ -66,7 +66,7 @@ Answer CompareAscii(StringView left, StringView right) noexcept {
     return IsPrintableAscii(rest.front()) ? Answer::Different : Answer::AskTheSystem;
 }
 
-// Case mapping treats ASCII alike in every locale.
+// Case mapping without linguistic rules, which are the only ones that differ among locales.
 template <wchar_t (*Map)(wchar_t) noexcept>
 String Mapped(const String& text, DWORD mapping) {
     String mapped(text.size(), L'\0');
@@ -76,7 +76,7 @@ String Mapped(const String& text, DWORD mapping) {
     }
     const int size = static_cast<int>(text.size());
     const int written =
-        LCMapStringEx(LOCALE_NAME_USER_DEFAULT, mapping, text.data(), size, mapped.data(), size, nullptr, nullptr, 0);
+        LCMapStringEx(LOCALE_NAME_INVARIANT, mapping, text.data(), size, mapped.data(), size, nullptr, nullptr, 0);
     return written == size ? mapped : text;
 }
 

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "common/Ports.h"
 #include "engine/CodeClass.h"
 
 namespace kestrel::test {

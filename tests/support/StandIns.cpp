@@ -23,6 +23,17 @@ String Changed(String text) {
     return text;
 }
 
+// What a locale compares: letters without case and width, soft hyphens not at all.
+String Compared(StringView text) {
+    String compared;
+    for (const wchar_t character : text) {
+        const bool fullWidth = character >= L'\uFF01' && character <= L'\uFF5E';
+        if (character != L'\u00AD')
+            compared += LowerOf(fullWidth ? static_cast<wchar_t>(character - 0xFEE0) : character);
+    }
+    return compared;
+}
+
 // Days since 30 December 1899 of a day in the Gregorian calendar.
 double DayNumber(int year, int month, int day) {
     const int shifted = month > 2 ? year : year - 1;
@@ -98,10 +109,7 @@ std::optional<Date> StandInText::ParseDate(const String& text) const {
     return result;
 }
 
-bool StandInText::SameText(StringView left, StringView right) const {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](wchar_t a, wchar_t b) { return LowerOf(a) == LowerOf(b); });
-}
+bool StandInText::SameText(StringView left, StringView right) const { return Compared(left) == Compared(right); }
 
 String StandInText::Upper(const String& text) const { return Changed<UpperOf>(text); }
 String StandInText::Lower(const String& text) const { return Changed<LowerOf>(text); }

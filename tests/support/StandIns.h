@@ -2,7 +2,8 @@
 //
 // StandInText knows the few formats that tests need: "0"s pad a number, "#,##0" groups its digits, ">" and "<" change
 // case, "yymm", "yyyy" and "yyyy-mm-dd" write a date given as yyyy-mm-dd, a character after "\" at the beginning or end
-// stands there as it is; anything else cannot be applied. Case folding is ASCII only.
+// stands there as it is; anything else cannot be applied. Upper and Lower know ASCII only; SameText compares as locales
+// do in that it ignores case, the width of letters and soft hyphens.
 #pragma once
 
 #include <functional>
