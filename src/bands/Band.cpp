@@ -186,9 +186,9 @@ Ref<List> Band::DataField() {
 void Band::SetDataField(const Ref<List>& field) {
     const auto fields = DataFields();
     if (!fields) throw Error(Message::ReadOnly);
-    if (!field || fields->FindItemPosition(field) == 0) throw WithCaption(Message::CaptionFieldOrMacro);
+    if (!field || !fields->Holds(field)) throw WithCaption(Message::CaptionFieldOrMacro);
     mvarDataField = field;
-    if (const auto rule = ParentRule()) rule->RefreshUsedFields();
+    if (const auto rule = ParentRule()) rule->FollowDataField(*this);
 }
 
 Ref<Lists> Band::DataFields() const {

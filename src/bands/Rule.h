@@ -22,8 +22,8 @@ class Rule : public Exposed {
     [[nodiscard]] virtual std::vector<Ref<Band>> Bands() const = 0;
     // The band of that name without regard to case; nothing when there is none.
     [[nodiscard]] virtual Ref<Band> FindBand(const String& name) const = 0;
-    // Follows a change of a band's DataField.
-    virtual void RefreshUsedFields() = 0;
+    // Follows a change of the band's DataField, whether it is in the rule or not.
+    virtual void FollowDataField(const Band& band) = 0;
 };
 
 } // namespace kestrel

@@ -5,7 +5,6 @@
 
 #include "common/CaseFolding.h"
 #include "common/Ports.h"
-#include <set>
 
 namespace kestrel {
 
@@ -37,7 +36,6 @@ CodeClass::CodeClass() {
     mvarUsrFields->SetListStyle(lsFields);
     mvarUsrMacros->SetListStyle(lsMacros);
     mvarLayeredBands->SetListStyle(lsLayers);
-    mvarUsedFields->SetListStyle(lsMulriple);
     SubscribeToLists();
 }
 
@@ -58,7 +56,7 @@ void CodeClass::AppendBand(const Ref<kestrel::Band>& band, const IndexKey& befor
     const Ref<CodeClass> alive(this);
     if (!band || band->Name().empty()) throw Error(Message::InvalidParameter);
     TieAndInsert(band, before, after, dataField);
-    RefreshUsedFields();
+    FollowInsertion(*band);
     BandsChanged.Raise();
     EnterLayers(*band);
 }
@@ -173,6 +171,7 @@ void CodeClass::Drag(const IndexKey& indexKey, const IndexKey& before, const Ind
     const auto from = mvarBands.PositionOf(indexKey);
     const auto to = mvarBands.MovedPosition(from, before, after);
     mvarBands.Remove(from);
+    RefreshUsedFields();
     if (to > Count())
         AppendBand(band);
     else
@@ -211,15 +210,15 @@ cNodes& CodeClass::Relations() {
     return *mvarRelations;
 }
 
-void CodeClass::RefreshUsedFields() {
-    if (mvarLoading) return; // once, when everything is read
-    std::set<const List*> known;
-    std::vector<Ref<List>> used;
-    for (std::int32_t position = 1; position <= Count(); ++position) {
-        const auto& field = mvarBands[position]->BoundField();
-        if (field && !field->Name().empty() && known.insert(field.Get()).second) used.push_back(field);
-    }
-    mvarUsedFields->Assign(used);
+void CodeClass::FollowDataField(const kestrel::Band& band) {
+    if (Holds(band)) RefreshUsedFields();
+}
+
+void CodeClass::FollowInsertion(const kestrel::Band& band) {
+    if (mvarUsedFields.IsWhole() && mvarBands[Count()] == &band)
+        mvarUsedFields.Append(band);
+    else
+        RefreshUsedFields();
 }
 
 void CodeClass::SetStyle(int style) { mvarStyle = InRange<CodeStyles>(style, csNormal, csSimple); }

@@ -13,6 +13,7 @@
 
 #include "bands/Band.h"
 #include "engine/BandKeys.h"
+#include "engine/UsedFields.h"
 
 namespace kestrel {
 
@@ -61,7 +62,7 @@ class CodeClass final : public Rule {
     [[nodiscard]] Lists& UsrFields() const noexcept override { return *mvarUsrFields; }
     [[nodiscard]] Lists& UsrMacros() const noexcept override { return *mvarUsrMacros; }
     [[nodiscard]] Lists& LayeredBands() const noexcept override { return *mvarLayeredBands; }
-    [[nodiscard]] Lists& UsedFields() const noexcept { return *mvarUsedFields; }
+    [[nodiscard]] Lists& UsedFields() const noexcept { return mvarUsedFields.Items(); }
     [[nodiscard]] cNodes& Relations() override;
     // Null as long as the tree was not used.
     [[nodiscard]] const Ref<cNodes>& ExistingRelations() const noexcept { return mvarRelations; }
@@ -147,7 +148,7 @@ class CodeClass final : public Rule {
 
     // --- For bands and the rule's own parts ---
 
-    void RefreshUsedFields() override;
+    void FollowDataField(const kestrel::Band& band) override;
     // The one place where a band enters the collection; Add, Drag and Load come through here. No band or one without a
     // name fails with 2003, otherwise as Add. Raises BandsChanged, then puts a layer-style band into LayeredBands.
     void AppendBand(const Ref<kestrel::Band>& band, const IndexKey& before = {}, const IndexKey& after = {},
@@ -173,6 +174,8 @@ class CodeClass final : public Rule {
     void RefuseTrigger(const kestrel::Band& band) const;
     void AskAboutTrackers(const kestrel::Band& band) const;
     void TakeOut(const Ref<kestrel::Band>& band);
+    void RefreshUsedFields() { mvarUsedFields.Rebuild(Bands()); }
+    void FollowInsertion(const kestrel::Band& band);
     void RemoveFromTrackers(const String& name) const;
     void RemoveFromLayers(const String& name);
 
@@ -180,7 +183,7 @@ class CodeClass final : public Rule {
     Ref<Lists> mvarUsrFields = Make<Lists>();
     Ref<Lists> mvarUsrMacros = Make<Lists>();
     Ref<Lists> mvarLayeredBands = Make<Lists>();
-    Ref<Lists> mvarUsedFields = Make<Lists>();
+    kestrel::UsedFields mvarUsedFields;
     Ref<cNodes> mvarRelations;
     String mvarName;
     String mvarValue;

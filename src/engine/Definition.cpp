@@ -355,11 +355,8 @@ void CodeClass::Load(const String& definition) {
     const Ref<CodeClass> alive(this);
     Cls();
     if (definition.size() <= Header.size()) return;
-    {
-        const LoadingScope loading(mvarLoading);
-        Reader(*this).Read(StringView(definition).substr(Header.size()));
-    }
-    RefreshUsedFields();
+    const LoadingScope loading(mvarLoading);
+    Reader(*this).Read(StringView(definition).substr(Header.size()));
 }
 
 } // namespace kestrel

@@ -119,12 +119,20 @@ void Lists::Empty() {
 
 void Lists::Assign(const std::vector<Ref<List>>& items) {
     mvarItems.Clear();
-    for (const auto& item : items) {
-        if (mvarItems.HasKey(item->Name()))
-            mvarItems.AppendWithoutKey(item);
-        else
-            Place(item, Count() + 1);
-    }
+    for (const auto& item : items)
+        AppendQuietly(item);
+}
+
+void Lists::AppendQuietly(const Ref<List>& item) {
+    if (mvarItems.HasKey(item->Name()))
+        mvarItems.AppendWithoutKey(item);
+    else
+        Place(item, Count() + 1);
+}
+
+bool Lists::Holds(const Ref<List>& item) const {
+    const auto* named = mvarItems.FindByKey(item->Name());
+    return (named != nullptr && *named == item) || mvarItems.Find(item) != 0;
 }
 
 String Lists::ListsText() const {

@@ -58,6 +58,10 @@ class Lists final : public Exposed {
     void Empty();
     // Replaces all items by these, without any event.
     void Assign(const std::vector<Ref<List>>& items);
+    // Appends the item without any event; by its position only where its name is another one's key.
+    void AppendQuietly(const Ref<List>& item);
+    // Whether the list holds this very item; in constant time where its name is its key.
+    [[nodiscard]] bool Holds(const Ref<List>& item) const;
 
     [[nodiscard]] String ListsText() const;
     // An empty text changes nothing; otherwise all items go without events and each record is added through Add, whose

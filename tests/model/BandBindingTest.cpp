@@ -190,6 +190,35 @@ TEST_F(BandBindingTest_UsedFields, HoldItemsOfTheSameName) {
     EXPECT_EQ(mvarRule->UsedFields().Count(), 1);
 }
 
+TEST_F(BandBindingTest_UsedFields, FollowEachBandThatALoadAppends) {
+    AddField(*mvarRule, L"A", L"F1", 1);
+    AddMacro(*mvarRule, L"B", L"F1", 1);
+    AddField(*mvarRule, L"C", L"F1", 1);
+    AddField(*mvarRule, L"D", L"F2", 1);
+    const auto loaded = Make<CodeClass>();
+    Lines seen;
+    const auto handler = loaded->BandsChanged.Subscribe([&] { seen.push_back(NamesOf(loaded->UsedFields())); });
+    loaded->Load(mvarRule->Definition());
+    EXPECT_EQ(seen, (Lines{L"", L"F1", L"F1 F1", L"F1 F1", L"F1 F1 F2"}));
+}
+
+TEST_F(BandBindingTest_UsedFields, AreWholeAgainAfterTheNextBandWhenAHostHasTakenOneOut) {
+    AddField(*mvarRule, L"A", L"F1", 1);
+    AddField(*mvarRule, L"B", L"F2", 1);
+    mvarRule->UsedFields().Remove(1);
+    AddField(*mvarRule, L"C", L"F3", 1);
+    EXPECT_EQ(NamesOf(mvarRule->UsedFields()), L"F1 F2 F3");
+}
+
+TEST_F(BandBindingTest_UsedFields, DoNotHoldWhatABandOutsideTheRuleIsBoundTo) {
+    const auto band = AddField(*mvarRule, L"A", L"F1", 1);
+    mvarRule->UsrFields().Add(L"F2");
+    mvarRule->Remove(L"A");
+    AddField(*mvarRule, L"A", L"F1", 1); // another band of the name
+    EXPECT_SUCCESS(band->SetDataField(mvarRule->UsrFields().Item(L"F2")));
+    EXPECT_EQ(NamesOf(mvarRule->UsedFields()), L"F1");
+}
+
 TEST_F(BandBindingTest_UsedFields, ChangeWithoutEventsAndTakeNoItemsThemselves) {
     const ListsRecorder events(mvarRule->UsedFields());
     AddField(*mvarRule, L"A", L"F1", 1);
