@@ -4,6 +4,7 @@
 // Every setter checks against the band's style, and a refused value leaves the band as it was. Style comes first: until
 // it is set, each setter that depends on it fails with 2002. Style and Name are set once. A change of IncrMode clears
 // TrigerBand. A band does not keep its rule alive; when the rule has ended, it answers as a band without one.
+// A band that left its rule still knows it; only Index tells.
 // Texts are compared exactly where nothing else is said; "between A and Z" compares the whole text.
 #pragma once
 

@@ -107,8 +107,8 @@ void CodeClass::Remove(const IndexKey& indexKey) {
     RefuseTrigger(*band);
     AskAboutTrackers(*band);
     if (!Holds(*band)) return; // the host's code may run while the question is open
-    TakeOut(band);
     RemoveFromTrackers(band->Name());
+    TakeOut(band);
     BandsChanged.Raise();
 }
 
@@ -116,14 +116,12 @@ void CodeClass::Remove(const IndexKey& indexKey) {
 void CodeClass::TakeOut(const Ref<kestrel::Band>& band) {
     const auto position = mvarBands.PositionOf(band->Name());
     mvarBands.Remove(position);
-    band->SetParentRule(nullptr);
     RefreshUsedFields();
     try {
         RemoveFromLayers(band->Name());
-    } catch (const Error&) {
+    } catch (...) {
         if (!mvarBands.HasKey(band->Name())) {
             mvarBands.Insert(band, band->Name(), std::min(position, Count() + 1));
-            band->SetParentRule(this);
             RefreshUsedFields();
         }
         throw;
@@ -180,8 +178,6 @@ void CodeClass::Drag(const IndexKey& indexKey, const IndexKey& before, const Ind
 
 void CodeClass::Cls() {
     const Ref<CodeClass> alive(this);
-    for (const auto& band : Bands())
-        band->SetParentRule(nullptr);
     mvarBands.Clear();
     RefreshUsedFields();
     if (mvarRelations) mvarRelations->Cls();

@@ -45,8 +45,10 @@ class CodeClass final : public Rule {
     [[nodiscard]] Ref<kestrel::Band> Band(const IndexKey& indexKey) const { return mvarBands.At(indexKey); }
     [[nodiscard]] std::int32_t Count() const noexcept { return mvarBands.Count(); }
     // Asks the host (BeforeDropBand), whose Cancel ends it silently. A band that triggers others fails with 2009 and
-    // their names; one that others track is removed only when the user agrees, else 2011. Fails as Band on an unknown
-    // band.
+    // their names; one that others track is removed only when the user agrees, else 2011. Then its name leaves what the
+    // others track, the band leaves the collection, and its name leaves LayeredBands: a host that keeps the layer gets
+    // the band back to its place, and the error of that list. Fails as Band on an unknown band. The band keeps knowing
+    // the rule.
     void Remove(const IndexKey& indexKey);
     // Moves a band just before or just after another one; nothing in a rule of fewer than two bands. Neither or both
     // places, or an unknown place, fail with 2003; a move that changes nothing with 2008.

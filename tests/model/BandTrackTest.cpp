@@ -130,7 +130,7 @@ TEST_F(BandTrackTest_Index, IsNoneOutsideOfARule) {
     EXPECT_EQ(Make<Band>()->Index(), -1);
     mvarRule->Remove(L"Number");
     EXPECT_EQ(mvarNumber->Index(), -1);
-    EXPECT_FALSE(mvarNumber->ParentRule());
+    EXPECT_EQ(mvarNumber->ParentRule(), mvarRule);
 }
 
 TEST_F(BandTrackTest_Index, IsNoneWhenTheRuleHasEnded) {

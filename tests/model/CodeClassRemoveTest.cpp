@@ -107,7 +107,7 @@ TEST_F(CodeClassRemoveTest, OfALayerStyleBandTakesItsNameFromTheLayers) {
     EXPECT_EQ(mvarStandIns.prompts.informed, (Lines{L"Layered relations affected,please setup it again."}));
 }
 
-TEST_F(CodeClassRemoveTest, LeavesTheRuleAsItWasWhenTheHostKeepsTheLayer) {
+TEST_F(CodeClassRemoveTest, BringsTheBandBackToItsPlaceWhenTheHostKeepsTheLayer) {
     const auto band = AddField(*mvarRule, L"Region", L"F", 2, smLayersSwap);
     mvarRule->Drag(L"Region", L"B", {});
     mvarNumber->TrackBands()->Add(L"Region");
@@ -123,8 +123,20 @@ TEST_F(CodeClassRemoveTest, LeavesTheRuleAsItWasWhenTheHostKeepsTheLayer) {
     EXPECT_EQ(band->ParentRule(), mvarRule);
     EXPECT_EQ(NamesOf(mvarRule->LayeredBands()), L"Region");
     EXPECT_EQ(NamesOf(mvarRule->UsedFields()), L"F");
-    EXPECT_EQ(mvarNumber->TrackBands()->NamesText(), L"Region");
+    EXPECT_EQ(mvarNumber->TrackBands()->NamesText(), L"") << "what was done before stays";
     EXPECT_EQ(events.lines, (Lines{L"dropping Region"}));
+}
+
+TEST_F(CodeClassRemoveTest, TakesTheNamesTrackedFirstThenTheBandThenItsLayer) {
+    AddField(*mvarRule, L"Region", L"F", 2, smLayersSwap);
+    mvarNumber->TrackBands()->Add(L"Region");
+    String whenTheLayerGoes;
+    const auto leaving =
+        mvarRule->LayeredBands().BeforeRemove.Subscribe([&](const String&, const bool&, const String&) {
+            whenTheLayerGoes = mvarNumber->TrackBands()->NamesText() + L"/" + BandsOf(*mvarRule);
+        });
+    mvarRule->Remove(L"Region");
+    EXPECT_EQ(whenTheLayerGoes, L"/A B N");
 }
 
 TEST_F(CodeClassRemoveTest, KeepsANewBandOfTheNameWhenTheHostKeepsTheLayer) {
@@ -138,11 +150,22 @@ TEST_F(CodeClassRemoveTest, KeepsANewBandOfTheNameWhenTheHostKeepsTheLayer) {
     EXPECT_EQ(mvarRule->Band(L"Region")->Style(), bsFixed);
 }
 
-TEST_F(CodeClassRemoveTest, LeavesTheBandUsableWithoutARule) {
+TEST_F(CodeClassRemoveTest, LeavesTheBandItsRuleAsLongAsThatLives) {
     const auto band = mvarRule->Band(L"A");
+    const auto bound = AddField(*mvarRule, L"Bound", L"F", 2);
+    mvarRule->UsrFields().Add(L"G");
     mvarRule->Remove(L"A");
+    mvarRule->Remove(L"Bound");
     EXPECT_EQ(band->Value(), L"a");
+    EXPECT_EQ(band->Index(), -1);
+    EXPECT_EQ(band->ParentRule(), mvarRule);
+    EXPECT_EQ(bound->DataFields().Get(), &mvarRule->UsrFields());
+    EXPECT_SUCCESS(bound->SetDataField(mvarRule->UsrFields().Item(L"G")));
+    EXPECT_EQ(NamesOf(mvarRule->UsedFields()), L"") << "it is no band of the rule";
+    mvarRule = nullptr;
+    EXPECT_EQ(band->Index(), -1);
     EXPECT_FALSE(band->ParentRule());
+    EXPECT_FALSE(bound->DataFields());
 }
 
 TEST_F(CodeClassRemoveTest_Drag, PutsTheBandBeforeOrAfterAnotherOneWithOneEvent) {
@@ -219,6 +242,7 @@ TEST_F(CodeClassRemoveTest_Cls, RemovesBandsRelationsAndLayersAndTellsOnce) {
     EXPECT_EQ(mvarStandIns.prompts.asked, Lines{});
     EXPECT_EQ(mvarStandIns.prompts.informed, Lines{});
     EXPECT_EQ(mvarNumber->Index(), -1);
+    EXPECT_EQ(mvarNumber->ParentRule(), mvarRule);
 }
 
 TEST_F(CodeClassRemoveTest_Cls, OfAnEmptyRuleTellsToo) {
