@@ -3,6 +3,7 @@
 #include <oleauto.h>
 
 #include <new>
+#include <stdexcept>
 
 #include "common/Error.h"
 #include "platform/ComPtr.h"
@@ -26,27 +27,29 @@ HRESULT Report(const ClassFacts* facts, HRESULT result, const String& descriptio
     return result;
 }
 
-String Widened(const char* text) { return String(text, text + std::char_traits<char>::length(text)); }
+HRESULT ResultOf(const ClassFacts* facts, void (*body)(void*), void* context) {
+    try {
+        body(context);
+        return S_OK;
+    } catch (const ComFailure& failure) {
+        return failure.result;
+    } catch (const Error& error) {
+        return Report(facts, static_cast<HRESULT>(error.Code()), error.Description());
+    }
+}
 
 } // namespace
 
 HRESULT RunGuarded(const ClassFacts* facts, void (*body)(void*), void* context) noexcept {
     SetErrorInfo(0, nullptr);
     try {
-        try {
-            body(context);
-            return S_OK;
-        } catch (const ComFailure& failure) {
-            return failure.result;
-        } catch (const Error& error) {
-            return Report(facts, static_cast<HRESULT>(error.Code()), error.Description());
-        } catch (const std::bad_alloc&) {
-            return E_OUTOFMEMORY;
-        } catch (const std::exception& error) {
-            return Report(facts, E_UNEXPECTED, Widened(error.what()));
-        }
+        return ResultOf(facts, body, context);
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (const std::length_error&) {
+        return E_OUTOFMEMORY; // a text or list longer than any memory could hold
     } catch (...) {
-        return E_UNEXPECTED; // composing the report failed, or something that is no exception of ours came through
+        return E_UNEXPECTED; // what the language's library says of it is not meant for hosts
     }
 }
 

@@ -22,7 +22,8 @@ inline void RequirePointer(const void* pointer) {
 
 // Runs the body between the host and the model. The thread's error object is cleared first, so that a failure without
 // one never shows an earlier one's; a failure of the model leaves one that names the class (null: the library) as its
-// source. std::bad_alloc becomes E_OUTOFMEMORY, what nobody foresaw E_UNEXPECTED with its own text.
+// source. Want of memory (std::bad_alloc, std::length_error) becomes E_OUTOFMEMORY, what nobody foresaw E_UNEXPECTED,
+// both without a text: those of the language's library never reach a host.
 HRESULT RunGuarded(const ClassFacts* facts, void (*body)(void*), void* context) noexcept;
 
 template <class Body>

@@ -1,6 +1,7 @@
 // Strings of the model and the few operations on them that no locale takes part in.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -11,6 +12,10 @@ namespace kestrel {
 
 using String = std::wstring;
 using StringView = std::wstring_view;
+
+// The most characters that a text of the component has: more than a 32-bit process can hold, and a 64-bit one fails
+// with want of memory at the same length.
+inline constexpr std::size_t LongestText = 0x3FFFFFFE;
 
 inline constexpr wchar_t CarriageReturn = L'\r';
 // What stands between an error's text and the names that it speaks of.

@@ -56,7 +56,7 @@ class CodeClass final : public Rule {
     // Removes all bands, all relations and all layers; the settings, UsrFields and UsrMacros stay.
     void Cls();
     [[nodiscard]] std::vector<Ref<kestrel::Band>> Bands() const override { return mvarBands.Snapshot(); }
-    // The number of characters of a code; 0 in the simple style.
+    // The number of characters of a code, 0 in the simple style; fails with 6 where 32 bits cannot hold it.
     [[nodiscard]] std::int32_t Length() const;
 
     // --- Lists and tree, owned by the rule ---
@@ -108,10 +108,13 @@ class CodeClass final : public Rule {
     [[nodiscard]] String Definition() const;
     // Empties the rule and reads the text as far as it can be read; fails on nothing.
     void Load(const String& definition);
-    // A code: gsCurrent the last one issued, gsNewCode the next one; any other style fails with 2003.
+    // A code: gsCurrent the last one issued, gsNewCode the next one; any other style fails with 2003. Lengths that
+    // together are beyond LongestText fail with std::bad_alloc. The next number counts on from the numeric value of the
+    // band's part of the last code, which is 0 for a part that does not begin with a number: under a Formate that puts
+    // text before the digits (such as \N000) every next number is the first one.
     [[nodiscard]] String GetCode(int style = gsCurrent);
     // Spreads a code over the bands and their fields and macros. A wrong length fails with 2040, a fixed band whose
-    // text differs with 2041; bands before it keep their part.
+    // text differs with 2041; bands before it keep their part. Fails as Length where there is none.
     void ExpCode(const String& code);
 
     // What is wrong with the rule, or not as it looks, in a new collection: a sentence for each finding, see

@@ -11,11 +11,12 @@ namespace kestrel {
 namespace {
 
 void SpreadOverBands(const CodeClass& rule, const String& code) {
-    std::size_t position = 0;
+    std::uint64_t position = 0;
     for (const auto& band : rule.Bands()) {
         const auto length = static_cast<std::size_t>(band->Length());
         // In the simple style a rule with bands takes the empty code, and each band its empty part.
-        const String part = code.substr(std::min(position, code.size()), length);
+        const String part =
+            code.substr(static_cast<std::size_t>(std::min<std::uint64_t>(position, code.size())), length);
         position += length;
         if (band->Style() != bsFixed)
             band->SetValue(part);

@@ -4,7 +4,9 @@
 // The host's handlers run in between and may change the rule: a band that has left it is passed over.
 
 #include <algorithm>
+#include <new>
 
+#include "common/CaseFolding.h"
 #include "common/Numbers.h"
 #include "engine/BoundItem.h"
 #include "engine/CodeClass.h"
@@ -85,22 +87,32 @@ String Generation::NumberAfter(const Band& band, const String& lastCode) const {
 // As long as the code: fixed and tracked bands stand with their values, the others as a "?" for each character.
 String Generation::MakeFilter(const String& trackList) const {
     const auto tracked = Split(trackList, L';');
-    const auto& text = TheText();
+    const auto isLiteral = [&tracked](const Band& band) {
+        return band.Style() == bsFixed || std::any_of(tracked.begin(), tracked.end(),
+                                                      [&](StringView name) { return SameFolded(name, band.Name()); });
+    };
+    const auto bands = mvarRule.Bands();
+    std::uint64_t length = 0;
+    for (const auto& band : bands)
+        length += isLiteral(*band) ? band->Value().size() : static_cast<std::uint64_t>(band->Length());
+    if (length > LongestText) throw std::bad_alloc();
     String filter;
-    for (const auto& band : mvarRule.Bands()) {
-        const bool literal =
-            band->Style() == bsFixed || std::any_of(tracked.begin(), tracked.end(),
-                                                    [&](StringView name) { return text.SameText(name, band->Name()); });
-        filter += literal ? band->Value() : String(static_cast<std::size_t>(band->Length()), L'?');
+    filter.reserve(static_cast<std::size_t>(length));
+    for (const auto& band : bands) {
+        if (isLiteral(*band))
+            filter += band->Value();
+        else
+            filter.append(static_cast<std::size_t>(band->Length()), L'?');
     }
     return filter;
 }
 
 String Generation::ExtractBandText(const String& bandName, const String& code) const {
-    std::size_t position = 0;
+    std::uint64_t position = 0; // the sum of lengths may be beyond any text
     for (const auto& band : mvarRule.Bands()) {
         const auto length = static_cast<std::size_t>(band->Length());
-        if (band->Name() == bandName) return position < code.size() ? code.substr(position, length) : String();
+        if (band->Name() == bandName)
+            return position < code.size() ? code.substr(static_cast<std::size_t>(position), length) : String();
         position += length;
     }
     return {};

@@ -20,7 +20,10 @@ namespace kestrel {
 class Bstr {
   public:
     Bstr() noexcept = default;
-    explicit Bstr(StringView text) : mvarText(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
+    // Fails with std::bad_alloc, on a text beyond LongestText as well.
+    explicit Bstr(StringView text)
+        : mvarText(text.size() <= LongestText ? SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))
+                                              : nullptr) {
         if (mvarText == nullptr) throw std::bad_alloc();
     }
     Bstr(Bstr&& other) noexcept : mvarText(other.Detach()) {}

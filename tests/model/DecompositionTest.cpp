@@ -1,4 +1,6 @@
 // ExpCode: how a code is taken apart.
+#include <limits>
+
 #include <gtest/gtest.h>
 
 #include "support/Failures.h"
@@ -32,6 +34,13 @@ TEST_F(DecompositionTest, RefusesACodeOfAnotherLengthBeforeAnyBandChanges) {
     for (const auto* code : {L"", L"ab", L"abxx"})
         EXPECT_FAILURE(mvarRule->ExpCode(code), IllegalCodeLength) << testing::PrintToString(String(code));
     EXPECT_EQ(field->Value(), L"");
+}
+
+TEST_F(DecompositionTest, FailsAsTheLengthDoesWhere32BitsCannotHoldIt) {
+    AddField(*mvarRule, L"Long", L"L", std::numeric_limits<std::int32_t>::max());
+    AddFixed(*mvarRule, L"Last", L"x");
+    EXPECT_FAILURE(mvarRule->ExpCode(L""), Overflow);
+    EXPECT_FAILURE(mvarRule->ExpCode(L"x"), Overflow);
 }
 
 TEST_F(DecompositionTest, RefusesEveryCodeInTheSimpleStyle) {

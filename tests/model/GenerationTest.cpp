@@ -1,4 +1,7 @@
 // GetCode: how a code comes about.
+#include <limits>
+#include <new>
+
 #include <gtest/gtest.h>
 
 #include "support/Failures.h"
@@ -118,6 +121,46 @@ TEST_F(GenerationTest_Number, CountsAPartThatIsNoNumberAsZero) {
     AnswerLastCode(*mvarRule, L"xabc");
     EXPECT_EQ(mvarRule->GetCode(gsNewCode), L"x001");
     EXPECT_FAILURE(mvarRule->GetCode(gsCurrent), InvalidParameter);
+}
+
+// The part of the last code does not begin with a number then, and so counts as 0.
+TEST_F(GenerationTest_Number, IsTheFirstOneAgainUnderAFormatThatPutsTextBeforeTheDigits) {
+    AddFixed(*mvarRule, L"A", L"x");
+    const auto number = AddNumber(*mvarRule, L"N", 4);
+    number->SetFormate(L"\\N000");
+    number->TrackBands()->Add(L"A");
+    AnswerLastCode(*mvarRule, L"xN041");
+    EXPECT_EQ(mvarRule->GetCode(gsNewCode), L"xN001");
+    mvarAnswer = mvarRule->GetCode(gsNewCode);
+    EXPECT_EQ(mvarRule->GetCode(gsNewCode), mvarAnswer);
+}
+
+TEST_F(GenerationTest_Number, FailsForWantOfMemoryWhenThePatternIsLongerThanAnyText) {
+    constexpr auto longest = std::numeric_limits<std::int32_t>::max();
+    AddFixed(*mvarRule, L"A", L"x");
+    const auto number = AddNumber(*mvarRule, L"N", 3);
+    number->TrackBands()->Add(L"A");
+    number->SetLength(longest);
+    EXPECT_THROW(static_cast<void>(mvarRule->GetCode()), std::bad_alloc) << "one band";
+    for (const auto* name : {L"B", L"C", L"D"})
+        AddNumber(*mvarRule, name, 3)->SetLength(longest);
+    EXPECT_THROW(static_cast<void>(mvarRule->GetCode()), std::bad_alloc) << "a sum that wraps around in 32 bits";
+    number->SetLength(static_cast<std::int32_t>(LongestText));
+    EXPECT_THROW(static_cast<void>(mvarRule->GetCode()), std::bad_alloc) << "one character too many";
+}
+
+TEST_F(GenerationTest_Number, FindsNoPartBehindLengthsThatWrapAround) {
+    AddFixed(*mvarRule, L"A", L"x");
+    const auto number = AddNumber(*mvarRule, L"N", 1);
+    for (const auto* name : {L"B", L"C", L"D"}) { // tracked ones stand with their values, of whatever length they are
+        AddNumber(*mvarRule, name, 1);
+        number->TrackBands()->Add(name);
+        mvarRule->Band(name)->SetLength(std::numeric_limits<std::int32_t>::max());
+    }
+    mvarRule->Band(L"D")->SetLength(2); // the sum before N is 1 beyond 32 bits
+    mvarRule->Drag(L"N", {}, L"D");
+    AnswerLastCode(*mvarRule, L"x7");
+    EXPECT_EQ(mvarRule->GetCode(gsNewCode), L"x1");
 }
 
 TEST_F(GenerationTest_Number, RefusesALastCodeOfAnotherLength) {

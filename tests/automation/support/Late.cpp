@@ -37,8 +37,16 @@ DISPID IdOf(IDispatch* object, const wchar_t* name) {
 }
 
 LateResult Call(IDispatch* object, DISPID member, WORD flags, std::initializer_list<VARIANT> arguments) {
-    std::vector<VARIANT> reversed(std::rbegin(arguments), std::rend(arguments));
-    DISPPARAMS params{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+    return CallReversed(object, member, flags, {std::rbegin(arguments), std::rend(arguments)});
+}
+
+LateResult CallReversed(IDispatch* object, DISPID member, WORD flags, std::vector<VARIANT> arguments) {
+    DISPPARAMS params{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+    DISPID target = DISPID_PROPERTYPUT;
+    if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
+        params.cNamedArgs = 1;
+        params.rgdispidNamedArgs = &target;
+    }
     return Invoke(object, member, flags, params);
 }
 

@@ -28,6 +28,8 @@ constexpr WORD AsValue = DISPATCH_METHOD | DISPATCH_PROPERTYGET; // how a script
 // Arguments in the order in which they are written, named ones after them.
 [[nodiscard]] LateResult Call(IDispatch* object, DISPID member, WORD flags,
                               std::initializer_list<VARIANT> arguments = {});
+// Arguments last first, as a call takes them; a put names its value.
+[[nodiscard]] LateResult CallReversed(IDispatch* object, DISPID member, WORD flags, std::vector<VARIANT> arguments);
 [[nodiscard]] LateResult Call(IDispatch* object, const wchar_t* name, std::initializer_list<VARIANT> arguments = {},
                               std::initializer_list<NamedArgument> named = {});
 [[nodiscard]] LateResult Put(IDispatch* object, const wchar_t* name, VARIANT value, WORD flags = DISPATCH_PROPERTYPUT);
