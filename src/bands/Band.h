@@ -22,7 +22,8 @@ class Band final : public Exposed {
     void SetStyle(int style);
 
     [[nodiscard]] const String& Formate() const noexcept { return mvarFormate; }
-    // Not for fixed and letter bands: 2004. Any text is accepted.
+    // Not for fixed and letter bands: 2004. Any text is accepted. A number band counts by the digits at the beginning
+    // of its value: a format that puts text before them (such as \N000) makes every next number the first one.
     void SetFormate(const String& formate);
 
     // A fixed band's Default; otherwise what was last set, empty at first.
