@@ -248,6 +248,30 @@ TEST_F(LateBoundTest, AVariableOfAnotherTypeGetsTheResultInItsType) {
     EXPECT_EQ(plainStyle, csCodeToValue);
 }
 
+TEST_F(LateBoundTest, AVariableThatTheMemberLeavesKeepsItsType) {
+    const auto rule = NewRule();
+    const auto added =
+        Call(rule.Get(), L"Add", {Arg(L"N"), Number(bsIncreaseNumber), Number(0), Arg(L"1")}, {{L"Length", Number(2)}});
+    ASSERT_EQ(added.failure, Failure{});
+    VARIANT code;
+    V_VT(&code) = VT_I2;
+    V_I2(&code) = 12;
+    EXPECT_EQ(Call(rule.Get(), L"ExpCode", {ReferenceTo(code)}).failure, Failure{});
+    EXPECT_EQ(V_VT(&code), VT_I2);
+    EXPECT_EQ(V_I2(&code), 12);
+    const auto names = NewNames();
+    EXPECT_EQ(Call(names.Get(), L"ImportNames", {ReferenceTo(code)}).failure, Failure{});
+    EXPECT_EQ(V_VT(&code), VT_I2);
+    const auto tree = NewNodes();
+    Must(tree->Add(Missing(), tvwFirst, Arg(L"12"), Arg(L"12"), ComPtr<_cNode>().Out()));
+    VARIANT style;
+    V_VT(&style) = VT_I2;
+    V_I2(&style) = csCodeToValue;
+    EXPECT_EQ(TextIn(Call(tree.Get(), L"Conversion", {ReferenceTo(style), ReferenceTo(code)})), L"N1");
+    EXPECT_EQ(V_VT(&style), VT_I2);
+    EXPECT_EQ(V_VT(&code), VT_I2) << "the same value again";
+}
+
 TEST_F(LateBoundTest, ATypedReferenceGetsTheResult) {
     const auto tree = Tree();
     Bstr text(L"02");
