@@ -40,7 +40,7 @@ bool IsNumber(VARTYPE type) noexcept {
 IndexKey IndexOfResolved(Variant value) {
     if (IsLeftOut(value.Get())) return {};
     if (value.Type() == VT_BSTR) return TextOf(V_BSTR(&value.Get()));
-    if (!IsNumber(value.Type())) throw Error(Message::InvalidCall);
+    if (!IsNumber(value.Type())) return IndexKey::Unusable(Message::InvalidCall);
     const HRESULT result = VariantChangeType(value.Out(), value.Out(), 0, VT_I8);
     return SUCCEEDED(result) ? V_I8(&value.Get()) : std::numeric_limits<std::int64_t>::max();
 }
@@ -86,7 +86,10 @@ IndexKey IndexOf(const VARIANT& value) {
     // The two usual kinds without a copy.
     if (V_VT(&value) == VT_I4) return static_cast<std::int64_t>(V_I4(&value));
     if (V_VT(&value) == VT_BSTR) return TextOf(V_BSTR(&value));
-    return IndexOfResolved(Resolved(value));
+    HRESULT result = S_OK;
+    Variant copy = Variant::CopyOf(value, result);
+    if (result == E_OUTOFMEMORY) throw ComFailure{result};
+    return SUCCEEDED(result) ? IndexOfResolved(std::move(copy)) : IndexKey::Unusable(Message::InvalidCall);
 }
 
 std::optional<std::int32_t> OptionalNumber(const VARIANT& value) {

@@ -22,7 +22,8 @@ void Replace(BSTR& target, StringView text);
 [[nodiscard]] IUnknown* ObjectOf(const VARIANT& value) noexcept;
 
 // A number of any type is a position (rounded; beyond 64 bits no position that exists), a string a key; references are
-// followed. What is left out is no index, which every lookup that needs one refuses with 5. Anything else fails with 5.
+// followed. What is left out is no index, which every lookup that needs one refuses with 5. Anything else is unusable
+// and refused with 5 where it is looked up.
 [[nodiscard]] IndexKey IndexOf(const VARIANT& value);
 
 // The number that an optional argument holds; nothing when it is left out. Fails with ComFailure on what is no number.

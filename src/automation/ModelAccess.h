@@ -27,15 +27,21 @@ class ModelAccess : public IUnknown {
     virtual Exposed* STDMETHODCALLTYPE Model(const ClassTag* tag) noexcept = 0;
 };
 
-// The model object behind what a host passed in; nothing for nothing, and a foreign object fails with 2003.
+// The model object behind what a host passed in; nothing for nothing and for a foreign object.
 template <class Model>
-[[nodiscard]] Ref<Model> ModelOf(IUnknown* object) {
+[[nodiscard]] Ref<Model> KnownModelOf(IUnknown* object) noexcept {
     if (object == nullptr) return nullptr;
     ComPtr<ModelAccess> access;
     object->QueryInterface(IID_ModelAccess, access.OutVoid());
-    Exposed* const model = access ? access->Model(&TagOf<Model>) : nullptr;
-    if (model == nullptr) throw Error(Message::InvalidParameter);
-    return Ref<Model>(static_cast<Model*>(model));
+    return access ? Ref<Model>(static_cast<Model*>(access->Model(&TagOf<Model>))) : nullptr;
+}
+
+// The same, but a foreign object fails with 2003.
+template <class Model>
+[[nodiscard]] Ref<Model> ModelOf(IUnknown* object) {
+    auto model = KnownModelOf<Model>(object);
+    if (object != nullptr && !model) throw Error(Message::InvalidParameter);
+    return model;
 }
 
 } // namespace kestrel

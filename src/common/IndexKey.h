@@ -1,10 +1,11 @@
-// How a caller names a member of a collection: by 1-based position, by key, or not at all.
+// How a caller names a member of a collection: by 1-based position, by key, not at all, or by what cannot name one.
 #pragma once
 
 #include <cstdint>
 #include <utility>
 #include <variant>
 
+#include "common/Messages.h"
 #include "common/String.h"
 
 namespace kestrel {
@@ -20,11 +21,26 @@ class IndexKey {
     IndexKey(const wchar_t* key) : mvarValue(String(key)) {}
     // NOLINTEND(google-explicit-constructor)
 
+    // What a host passed and what can name nothing. It is refused with that error where it is looked up, and nowhere
+    // before: an operation does first what comes first.
+    [[nodiscard]] static IndexKey Unusable(Message refusal) noexcept {
+        IndexKey indexKey;
+        indexKey.mvarValue = refusal;
+        return indexKey;
+    }
+
     [[nodiscard]] bool IsMissing() const noexcept { return std::holds_alternative<std::monostate>(mvarValue); }
     // Null when it is no key.
     [[nodiscard]] const String* Key() const noexcept { return std::get_if<String>(&mvarValue); }
     // Null when it is no position.
     [[nodiscard]] const std::int64_t* Position() const noexcept { return std::get_if<std::int64_t>(&mvarValue); }
+
+    [[nodiscard]] bool IsUnusable() const noexcept { return std::holds_alternative<Message>(mvarValue); }
+    // What a lookup fails with that finds nothing under it.
+    [[nodiscard]] Message Refusal() const noexcept {
+        const auto* refusal = std::get_if<Message>(&mvarValue);
+        return refusal != nullptr ? *refusal : Message::InvalidCall;
+    }
 
     // As an error's description shows it.
     [[nodiscard]] String Text() const {
@@ -33,7 +49,7 @@ class IndexKey {
     }
 
   private:
-    std::variant<std::monostate, std::int64_t, String> mvarValue;
+    std::variant<std::monostate, std::int64_t, String, Message> mvarValue;
 };
 
 } // namespace kestrel

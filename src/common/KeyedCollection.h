@@ -42,7 +42,8 @@ class KeyedCollection {
         return indexKey.Key() != nullptr && HasKey(*indexKey.Key());
     }
 
-    // An unknown key or no key at all fails with 5, a position outside 1 to Count() with 9.
+    // An unknown key or no key at all fails with 5, a position outside 1 to Count() with 9, what names nothing with its
+    // own refusal.
     [[nodiscard]] const Item& At(const IndexKey& indexKey) const {
         if (const auto* position = indexKey.Position()) return mvarEntries[CheckedOffset(*position)].item;
         return KeyEntry(indexKey).second;
@@ -144,7 +145,7 @@ class KeyedCollection {
 
     [[nodiscard]] const std::pair<const String, Item>& KeyEntry(const IndexKey& indexKey) const {
         const auto found = indexKey.Key() != nullptr ? mvarKeys.find(Keys::Fold(*indexKey.Key())) : mvarKeys.end();
-        if (found == mvarKeys.end()) throw Error(Message::InvalidCall);
+        if (found == mvarKeys.end()) throw Error(indexKey.Refusal());
         return *found;
     }
 

@@ -77,6 +77,7 @@ void CodeClass::TieAndInsert(const Ref<kestrel::Band>& band, const IndexKey& bef
 std::int32_t CodeClass::AppendPosition(const IndexKey& before, const IndexKey& after) const {
     const auto& place = before.IsMissing() ? after : before;
     if (place.IsMissing()) return Count() + 1;
+    if (place.IsUnusable()) throw Error(place.Refusal());
     if (!mvarBands.Knows(place)) throw Error::WithDetail(Message::IncorrectReferBand, place.Text());
     return mvarBands.PositionOf(place) + (before.IsMissing() ? 1 : 0);
 }

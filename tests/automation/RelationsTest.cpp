@@ -175,6 +175,60 @@ TEST_F(RelationsTest, DragOfNothingMovesNothing) {
     EXPECT_EQ(Keys(tree), L"N1N2");
 }
 
+TEST_F(RelationsTest, DragThatMovesNothingDoesNotFail) {
+    const auto tree = NewNodes();
+    const auto foreign = NewNames();
+    const auto stranger = NewNode();
+    const Argument unknown(L"N9");
+    const std::vector<VARIANT> unusable{Null(), Reference(foreign.Get()), Reference(stranger.Get()), unknown};
+    for (int nodes = 0; nodes < 3; ++nodes) {
+        for (const VARIANT& place : unusable) {
+            EXPECT_EQ(Drag(tree, place, tvwUbound, Missing()), Failure{}) << nodes;
+            EXPECT_EQ(nodes < 2 ? Drag(tree, place, tvwUbound, place) : Failure{}, Failure{}) << nodes;
+        }
+        const String next = ToText(nodes);
+        Add(tree, Missing(), tvwFirst, next, next);
+    }
+    EXPECT_EQ(Keys(tree), L"N1N2N3");
+}
+
+TEST_F(RelationsTest, DragToAnUnusablePlaceHasTakenTheNodeOut) {
+    const auto tree = NewNodes();
+    Add(tree, Missing(), tvwFirst, L"1", L"a");
+    Add(tree, Missing(), tvwFirst, L"2", L"b");
+    EXPECT_EQ(Drag(tree, Null(), tvwNext, Arg(L"N1")), InvalidCall);
+    EXPECT_EQ(Keys(tree), L"N2");
+}
+
+TEST_F(RelationsTest, AFailedAddHasUsedItsKeyNumberWhateverItWasGiven) {
+    const auto tree = NewNodes();
+    const auto foreign = NewNames();
+    Variant array;
+    V_VT(array.Out()) = VT_ARRAY | VT_I4;
+    V_ARRAY(array.Out()) = SafeArrayCreateVector(VT_I4, 0, 1);
+    EXPECT_EQ(FailureOfAdd(tree, Null(), tvwFirst, L"1", L"a"), InvalidCall);
+    EXPECT_EQ(FailureOfAdd(tree, array.Get(), tvwFirst, L"1", L"a"), InvalidCall);
+    EXPECT_EQ(FailureOfAdd(tree, Reference(foreign.Get()), tvwFirst, L"1", L"a"), InvalidParameter);
+    EXPECT_EQ(FailureOfAdd(tree, Reference(NewNode().Get()), tvwFirst, L"1", L"a"), InvalidCall);
+    EXPECT_EQ(Call(tree.Get(), L"Add", {Null(), Number(tvwFirst), Arg(L"1"), Arg(L"a")}).failure, InvalidCall);
+    EXPECT_EQ(FailureOfAdd(tree, Missing(), tvwFirst, L"1", L"a"), Failure{});
+    EXPECT_EQ(Keys(tree), L"N6");
+}
+
+TEST_F(RelationsTest, ConversionLooksAtItsPlaceLast) {
+    const auto tree = NewNodes();
+    const auto failure = [&tree](int style, StringView text) {
+        auto direction = static_cast<::ConvStyles>(style);
+        Bstr value(text);
+        return FailureOf(tree->Conversion(&direction, value.Out(), Null(), Bstr().Out()));
+    };
+    EXPECT_EQ(failure(2, L""), InvalidParameter);
+    EXPECT_EQ(failure(csCodeToValue, L""), InvalidParameter);
+    EXPECT_EQ(failure(csCodeToValue, L"1"), NoRelations);
+    Add(tree, Missing(), tvwFirst, L"1", L"a");
+    EXPECT_EQ(failure(csCodeToValue, L"1"), InvalidCall);
+}
+
 TEST_F(RelationsTest, DragRefusals) {
     const auto tree = NewNodes();
     const auto first = Add(tree, Missing(), tvwFirst, L"1", L"a");

@@ -136,6 +136,28 @@ TEST_F(RuleTest, AddRefusals) {
     EXPECT_FALSE(last);
 }
 
+TEST_F(RuleTest, DragThatMovesNothingDoesNotFail) {
+    EXPECT_DONE(rule->Drag(Null(), Null(), Null()));
+    AddFixed(L"A");
+    EXPECT_DONE(rule->Drag(Null(), Null(), Null()));
+    AddFixed(L"B");
+    EXPECT_FAILS(rule->Drag(Null(), Missing(), Arg(L"B")), InvalidCall);
+    EXPECT_FAILS(rule->Drag(Arg(L"A"), Missing(), Null()), InvalidParameter) << "an unknown target";
+}
+
+TEST_F(RuleTest, TextBeforeTheDigitsEndsTheCounting) {
+    AddFixed(L"A");
+    EXPECT_EQ(FailureOfAdd(L"N", bsIncreaseNumber, 0, L"1", nullptr, Number(4), L"\\N000"), Failure{});
+    Must(Object(last, &_Band::get_TrackBands)->Add(Arg(L"A"), Bstr().Out()));
+    const Advised host(rule.Get(), __uuidof(__CodeClass), [](const EventCall& call) {
+        if (call.Id() == 11) call.SetText(1, L"AN041");
+        return S_OK;
+    });
+    String code;
+    EXPECT_EQ(Code(gsNewCode, code), Failure{});
+    EXPECT_EQ(code, L"AN001");
+}
+
 TEST_F(RuleTest, AddTellsALengthGivenFromOneLeftOut) {
     EXPECT_EQ(FailureOfAdd(L"A", bsIncreaseNumber, 0, L"1", nullptr, Number(0)),
               InvalidParameter.WithDetail(L"Length"));

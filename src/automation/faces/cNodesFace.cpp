@@ -27,13 +27,14 @@ std::vector<Subscription> cNodesFace::ForwardEvents(cNodes& model, ConnectionTab
     return subscriptions;
 }
 
-// A node may stand for its key in this tree; one that is not in it fails with 5, as an unknown key does.
+// A node may stand for its key in this tree. Where it is looked up, one that is not in it is refused with 5, as an
+// unknown key is, and a foreign object with 2003.
 IndexKey cNodesFace::NodeIndexOf(const VARIANT& value) const {
     IUnknown* const object = ObjectOf(value);
     if (object == nullptr) return IndexOf(value);
-    const Ref<cNode> node = ModelOf<cNode>(object);
-    if (Model().IndexOf(*node) > Model().Count()) throw Error(Message::InvalidCall);
-    return node->Key();
+    const Ref<cNode> node = KnownModelOf<cNode>(object);
+    if (!node) return IndexKey::Unusable(Message::InvalidParameter);
+    return Model().IndexOf(*node) <= Model().Count() ? node->Key() : IndexKey::Unusable(Message::InvalidCall);
 }
 
 STDMETHODIMP cNodesFace::Add(VARIANT Relative, ::tvwRelationships Relationship, BSTR Text, BSTR Tag,
