@@ -27,18 +27,6 @@ void FreeTexts(EXCEPINFO& exception) noexcept {
     SysFreeString(exception.bstrHelpFile);
 }
 
-void Notify(IDispatch& sink, DISPID id, std::vector<VARIANT> arguments) noexcept {
-    DISPPARAMS params{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-    EXCEPINFO exception{};
-    Variant result;
-    UINT failedArgument = 0;
-    const HRESULT answer = sink.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, result.Out(),
-                                       &exception, &failedArgument);
-    FreeTexts(exception);
-    // The sink's failure is not the failure of the call that raised the event.
-    if (FAILED(answer)) SetErrorInfo(0, nullptr);
-}
-
 } // namespace
 
 DWORD ConnectionTable::Advise(IUnknown& sink) {
@@ -62,10 +50,16 @@ bool ConnectionTable::IsAdvised(DWORD cookie) const noexcept {
                        [cookie](const Connection& connection) { return connection.cookie == cookie; });
 }
 
-void ConnectionTable::Send(DISPID id, const std::vector<VARIANT>& arguments) {
-    const auto snapshot = mvarConnections;
-    for (const auto& [cookie, sink] : snapshot)
-        if (IsAdvised(cookie)) Notify(*sink.Get(), id, arguments);
+void ConnectionTable::Notify(IDispatch& sink, DISPID id, VARIANT* arguments, UINT count) noexcept {
+    DISPPARAMS params{arguments, nullptr, count, 0};
+    EXCEPINFO exception{};
+    Variant result;
+    UINT failedArgument = 0;
+    const HRESULT answer = sink.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, result.Out(),
+                                       &exception, &failedArgument);
+    FreeTexts(exception);
+    // The sink's failure is not the failure of the call that raised the event.
+    if (FAILED(answer)) SetErrorInfo(0, nullptr);
 }
 
 } // namespace kestrel

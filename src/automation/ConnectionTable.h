@@ -3,7 +3,8 @@
 //
 // The model's events are subscribed to only while there is a sink, so that an event nobody hears costs nothing. A raise
 // calls the sinks that were advised when it began and still are when their turn comes, in the order of advising; each
-// sees the arguments as the one before left them. What a sink answers with a failure is its own affair.
+// sees the arguments as the one before left them. What a sink answers with a failure is its own affair. Want of memory
+// is the failure of the operation that raises the event: a host that could not be asked has not agreed to anything.
 #pragma once
 
 #include <ocidl.h>
@@ -44,19 +45,22 @@ class ConnectionTable final : public Counted {
         return event.Subscribe([this, id](Args... args) { Raise(id, args...); });
     }
 
+    // Fails with std::bad_alloc.
     template <class... Args>
-    void Raise(DISPID id, Args&&... args) noexcept {
+    void Raise(DISPID id, Args&&... args) {
         const Ref<ConnectionTable> self(this);
-        // Want of memory ends the raise; the model has nobody to tell.
-        static_cast<void>(Guarded(nullptr, [&] {
-            EventArguments<Args...> arguments(std::forward<Args>(args)...);
-            Send(id, arguments.Values());
-            arguments.CopyBack();
-        }));
+        const auto snapshot = mvarConnections;
+        EventArguments<Args...> arguments(std::forward<Args>(args)...);
+        const auto values = arguments.Values();
+        for (const auto& [cookie, sink] : snapshot) {
+            auto own = values; // each sink may do to them what it likes
+            if (IsAdvised(cookie)) Notify(*sink.Get(), id, own.data(), static_cast<UINT>(own.size()));
+        }
+        arguments.CopyBack();
     }
 
   private:
-    void Send(DISPID id, const std::vector<VARIANT>& arguments);
+    static void Notify(IDispatch& sink, DISPID id, VARIANT* arguments, UINT count) noexcept;
     [[nodiscard]] bool IsAdvised(DWORD cookie) const noexcept;
 
     const IID& mvarEvents;

@@ -1,10 +1,11 @@
 // The arguments of one event in the types that sinks take: by reference, except for ByValue. What sinks write is copied
-// back into what the model passed.
+// back into what the model passed. Making them and copying back fail with std::bad_alloc for want of memory.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <tuple>
-#include <vector>
 
 #include "platform/Variant.h"
 
@@ -99,9 +100,10 @@ class EventArguments {
   public:
     explicit EventArguments(Args... args) : mvarArguments(EventArgument<Args>(args)...) {}
     // As a call takes them: last first. Valid as long as this object; the texts belong to it.
-    [[nodiscard]] std::vector<VARIANT> Values() noexcept {
-        std::vector<VARIANT> values;
-        std::apply([&](auto&... argument) { (values.insert(values.begin(), argument.Value()), ...); }, mvarArguments);
+    [[nodiscard]] std::array<VARIANT, sizeof...(Args)> Values() noexcept {
+        auto values = std::apply(
+            [](auto&... argument) { return std::array<VARIANT, sizeof...(Args)>{argument.Value()...}; }, mvarArguments);
+        std::reverse(values.begin(), values.end());
         return values;
     }
     void CopyBack() {

@@ -3,7 +3,7 @@
 //
 // Invariants: a raise calls the handlers that were subscribed when it began and still are when their turn comes; a
 // handler may subscribe, end any subscription (its own too), raise again, or end the object that owns the event.
-// Handlers do not throw.
+// A handler that throws (for want of memory) ends the raise: its failure is that of the operation.
 #pragma once
 
 #include <algorithm>
