@@ -12,22 +12,12 @@
 
 #include "common/Error.h"
 #include "common/IndexKey.h"
+#include "common/KeyHash.h"
 
 namespace kestrel {
 
 struct ExactKeys {
     static const String& Fold(const String& key) noexcept { return key; }
-};
-
-// Keys of one collection are mostly numbered in the order in which they come: numbers that follow each other get places
-// next to each other, so that a large collection is filled and emptied through memory that is at hand.
-struct NeighbourlyHash {
-    std::size_t operator()(const String& key) const noexcept {
-        std::size_t hash = 0;
-        for (const wchar_t character : key)
-            hash = hash * 31 + static_cast<std::size_t>(character);
-        return hash;
-    }
 };
 
 template <class Item, class Keys = ExactKeys>
@@ -165,7 +155,7 @@ class KeyedCollection {
     }
 
     std::vector<Entry> mvarEntries;
-    std::unordered_map<String, Item, NeighbourlyHash> mvarKeys;
+    std::unordered_map<String, Item, KeyHash> mvarKeys;
 };
 
 } // namespace kestrel

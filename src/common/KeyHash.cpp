@@ -1,0 +1,54 @@
+#include "common/KeyHash.h"
+
+#include <random>
+
+namespace kestrel {
+
+namespace {
+
+constexpr std::uint64_t Prime = 0x7FFFFFFF;
+constexpr unsigned PrimeBits = 31;
+constexpr std::size_t MostDigits = 3;
+
+// The same number modulo the prime; done twice, any 64 bits come below 2^32.
+std::uint64_t Reduced(std::uint64_t number) noexcept { return (number & Prime) + (number >> PrimeBits); }
+
+// Away from both ends, where one character could make up for another beside it.
+std::uint32_t DrawnPoint() {
+    constexpr std::uint32_t first = 0x10001;
+    std::random_device device;
+    return std::uniform_int_distribution<std::uint32_t>(first, static_cast<std::uint32_t>(Prime) - first)(device);
+}
+
+std::uint32_t PointOfProcess() {
+    static const std::uint32_t point = DrawnPoint();
+    return point;
+}
+
+bool IsDigit(wchar_t character) noexcept { return character >= L'0' && character <= L'9'; }
+
+std::size_t TextLength(const String& key) noexcept {
+    std::size_t length = key.size();
+    while (length > 0 && key.size() - length < MostDigits && IsDigit(key[length - 1]))
+        --length;
+    return length;
+}
+
+} // namespace
+
+KeyHash::KeyHash() : mvarPoint(PointOfProcess()) {}
+
+std::size_t KeyHash::operator()(const String& key) const {
+    const std::size_t length = TextLength(key);
+    std::uint64_t hash = 1; // the leading coefficient: texts of different lengths are different polynomials
+    const auto append = [&](std::uint32_t coefficient) { hash = Reduced(Reduced((hash + coefficient) * mvarPoint)); };
+    for (std::size_t i = 0; i < length; ++i)
+        append(static_cast<std::uint32_t>(key[i]));
+    append(static_cast<std::uint32_t>(key.size() - length));
+    std::size_t number = 0;
+    for (std::size_t i = length; i < key.size(); ++i)
+        number = number * 10 + static_cast<std::size_t>(key[i] - L'0');
+    return static_cast<std::size_t>(hash % Prime) + number;
+}
+
+} // namespace kestrel
