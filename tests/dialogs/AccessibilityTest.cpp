@@ -74,7 +74,7 @@ INSTANTIATE_TEST_SUITE_P(AccessibilityTest_Languages, AccessibilityTest,
 
 TEST_P(AccessibilityTest, ControlsOfTheDesignerHaveTheirLabels) {
     Names names = NamesOf(designerCaptions);
-    names[ID_picBand] = Named(1545);
+    names[ID_picBand] = Named(1541);
     names[ID_imgButton] = Named(1526);
     names[ID_vscRange] = names[ID_txtRange];
     names[ID_vscRange + 1] = names[ID_txtRange + 1];
@@ -118,7 +118,7 @@ TEST_P(AccessibilityTest, TheStripIsAListOfTheBands) {
     for (LONG item = ibPrefix; item <= ibLetter; ++item) {
         EXPECT_EQ(strip.Role(item), ROLE_SYSTEM_LISTITEM);
         EXPECT_EQ(strip.State(item) & anyFocus, item == ibPrefix ? selected : listed) << item;
-        EXPECT_EQ(strip.DefaultAction(item), Named(1546));
+        EXPECT_EQ(strip.DefaultAction(item), Named(1542));
     }
 }
 
