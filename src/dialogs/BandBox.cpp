@@ -89,9 +89,9 @@ void BandBoxPainter::Paint(HDC context, const RECT& area, const BandBox& box, bo
     const Selected font(context, mvarFont);
     RECT inner{area.left + Scaled(gap), area.top, area.right - Scaled(gap), area.bottom};
     FillWith(context, inner, selected ? COLOR_HIGHLIGHT : COLOR_BTNFACE);
-    FrameRect(context, &inner, GetSysColorBrush(selected ? COLOR_WINDOWTEXT : COLOR_BTNSHADOW));
     if (!box.findings.empty())
         PaintMark(context, inner, Scaled(markSide), selected ? COLOR_HIGHLIGHTTEXT : COLOR_HIGHLIGHT);
+    FrameRect(context, &inner, GetSysColorBrush(selected ? COLOR_WINDOWTEXT : COLOR_BTNSHADOW));
     SetBkMode(context, TRANSPARENT);
     SetTextColor(context, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT));
     RECT line{inner.left + Scaled(4), inner.top + Scaled(6), inner.right - Scaled(4), 0};

@@ -83,6 +83,7 @@ class frmDesigners final : public Form {
     // --- The relations (frmDesignersRelations.cpp) ---
     void ConnectRelations();
     void FollowRelations(const Ref<cNodes>& tree);
+    void LeaveRelations();
     void cRelations_NodesChanged(const String& hotKey);
     void LoadRelations(const String& hotKey);
     void EnableRelations(bool enable);

@@ -53,10 +53,16 @@ void frmDesigners::ConnectRelations() {
 }
 
 // Keys are unique within a tree and not among trees: of the tree that was shown nothing stays selected or open.
-void frmDesigners::FollowRelations(const Ref<cNodes>& tree) {
-    if (tree == cRelations) return;
+void frmDesigners::LeaveRelations() {
+    std::optional<WaitCursor> wait;
+    if (tvwAvailable.Count() > noticeable) wait.emplace();
     mvarOpenBranches.Keep(cRelations, tvwAvailable.ExpandedKeys());
     tvwAvailable.SetItems({});
+}
+
+void frmDesigners::FollowRelations(const Ref<cNodes>& tree) {
+    if (tree == cRelations) return;
+    LeaveRelations();
     cRelations = tree;
     mvarReloadWaits = false; // of the other tree
     mvarNodesChanged =

@@ -283,7 +283,7 @@ TEST_F(frmDesignersRelationsTest, ADoubleClickOnANodeModifiesIt) {
     };
     RECT south{};
     const HTREEITEM item = screen->TreeItem(ID_tvwAvailable, L"02 South");
-    std::memcpy(&south, &item, sizeof item); // the message takes its question in its answer's place
+    std::memcpy(&south, &item, sizeof(HTREEITEM)); // the message takes its question in its answer's place
     ASSERT_TRUE(SendMessageW(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&south)));
     doubleClick({south.left + 5, south.top + 5});
     EXPECT_EQ(recorded.calls, Texts{L"AddRelation 3 N2 modify"});
