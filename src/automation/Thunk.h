@@ -17,7 +17,9 @@ struct Thunk {
     std::size_t parameters; // without the result
     bool takesAnyValue;     // its last parameter is a VARIANT
     // Calls the member of the face with the arguments, one for each parameter. The result code is the member's; what it
-    // answered goes to `result`, which is empty before and may be null. Fails with ComFailure as the conversions do.
+    // answered goes to `result`, which is empty before and may be null. A failed member leaves an empty value of its
+    // type there, as the platform's dispatcher does: a script engine may look at it before it reports the failure.
+    // Fails with ComFailure as the conversions do.
     HRESULT (*call)(void* face, const BoundArguments& arguments, VARIANT* result);
 };
 
@@ -72,7 +74,7 @@ struct Caller {
         Arguments<Signature, std::make_index_sequence<Signature::Count - 1>> arguments(given);
         Answer<std::remove_pointer_t<Last>> answer;
         const HRESULT outcome = arguments.Call(face, Method, answer.Out());
-        if (SUCCEEDED(outcome) && result != nullptr) answer.Give(*result);
+        if (result != nullptr) answer.Give(*result);
         return outcome;
     }
 };

@@ -276,8 +276,7 @@ Outcome Called(const MemberFacts& member, const Arguments& arguments, const Invo
     outcome.code = exception.scode;
     outcome.description = description.Text();
     outcome.source = source.Text();
-    // The platform leaves an empty value of the result's type behind a failure.
-    if (SUCCEEDED(outcome.result)) outcome.answer = Value::Show(answer.Get());
+    outcome.answer = Value::Show(answer.Get());
     for (const auto& value : values)
         outcome.variables.push_back(value->Shown());
     return outcome;
