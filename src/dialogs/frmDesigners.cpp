@@ -5,9 +5,11 @@
 
 #include "common/Ports.h"
 #include "dialogs/Cursor.h"
+#include "dialogs/FindingTexts.h"
 #include "dialogs/Guard.h"
 #include "dialogs/Texts.h"
 #include "dialogs/Waiting.h"
+#include "engine/RuleCheck.h"
 #include "resources/dialogids.h"
 
 namespace kestrel::dialogs {
@@ -143,11 +145,13 @@ void frmDesigners::RefreshBands(CodeClass* code, std::optional<int> bandIndex, c
     cmdAdvanced.SetEnabled(code->AllowSetup());
     mvarStrip.EnableAppend(code->AllowAddBand());
     mvarIndex = std::clamp(bandIndex.value_or(mvarIndex), 0, std::max(0, code->Count() - 1));
+    const FindingTexts texts(CheckRule(*code));
     std::vector<BandBox> boxes;
-    for (const auto& band : code->Bands())
+    for (const auto& band : code->Bands()) {
         boxes.push_back(BoxOf(*band));
+        boxes.back().findings = texts.Of(*band); // at once: to a screen reader they are a part of the name
+    }
     mvarStrip.SetBoxes(std::move(boxes), mvarIndex);
-    ShowFindings();
     LoadProperties();
 }
 

@@ -396,7 +396,7 @@ TEST_F(ModalTest, AHundredThousandLevelsAreWorked) {
         tree.Add(IndexKey(tree.Node(levels)->Key()), tvwChild, L"D", L"Deepest");
         RunPendingMessages();
         EXPECT_EQ(designer.SelectedTreeText(ID_tvwAvailable), L"D Deepest");
-        EXPECT_LT(took(), 5.0) << "adding below the last";
+        EXPECT_LT(took(), 10.0) << "adding below the last, which takes all items out and loads them again";
         prompts.answer = false;
         select(TVGN_CHILD);
         designer.Click(ID_cmdDelete);

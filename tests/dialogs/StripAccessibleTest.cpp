@@ -6,6 +6,7 @@
 #include "automation/support/Sink.h"
 #include "dialogs/BandBox.h"
 #include "dialogs/support/DesignerTest.h"
+#include "dialogs/support/Person.h"
 #include "dialogs/support/RemoteDesigner.h"
 #include "platform/Module.h"
 
@@ -173,14 +174,16 @@ TEST_F(StripAccessibleTest, ReadersHearWhenTheBandsChange) {
     EXPECT_EQ(listener.Heard().count({EVENT_OBJECT_REORDER, CHILDID_SELF}), 0U) << "the others stay";
     EXPECT_EQ(designer.strip.Name(ibPrefix), L"Prefix, Fixed, BILL");
     listener.Forget();
+    // With the mouse of the system: a drag ends where that has its button up.
     const Place last = designer.strip.PlaceOf(ibLetter);
-    const LONG x = last.left - designer.strip.PlaceOf().left + last.width / 2;
-    designer.Mouse(WM_LBUTTONDOWN, x);
-    designer.Mouse(WM_MOUSEMOVE, 5);
-    designer.Mouse(WM_LBUTTONUP, 5);
+    const Place strip = designer.strip.PlaceOf();
+    Person::Point({last.left + last.width / 2, last.top + 10});
+    Person::Button(MOUSEEVENTF_LEFTDOWN);
+    Person::Point({strip.left + 5, strip.top + 10});
+    Person::Button(MOUSEEVENTF_LEFTUP);
     EXPECT_TRUE(listener.Hears({EVENT_OBJECT_REORDER, CHILDID_SELF}));
     EXPECT_TRUE(listener.Hears({EVENT_OBJECT_SELECTION, 1}));
-    EXPECT_EQ(designer.strip.Name(1), L"Letter, Autoincreased Alphabet, A");
+    EXPECT_EQ(WithoutFindings(designer.strip.Name(1)), L"Letter, Autoincreased Alphabet, A");
     listener.Forget();
     designer.Key(VK_DELETE);
     EXPECT_TRUE(listener.Hears({EVENT_OBJECT_DESTROY, 6}));

@@ -8,14 +8,14 @@
 
 namespace kestrel::test {
 
+// The name of a band as a reader says it, less what is found about the band.
+[[nodiscard]] inline String WithoutFindings(const String& name) { return name.substr(0, name.find(L", [")); }
+
 struct RemoteDesigner {
     explicit RemoteDesigner(const String& language, const wchar_t* dialog = L"designer", const String& folder = {})
         : host(dialog, language, folder), screen(host.Window()), strip(Strip()) {}
     [[nodiscard]] HWND Strip() const { return screen.Control(ID_picBand); }
     void Key(unsigned key) const { SendMessageW(Strip(), WM_KEYDOWN, key, 0); }
-    void Mouse(UINT message, LONG x) const {
-        SendMessageW(Strip(), message, message == WM_LBUTTONUP ? 0 : MK_LBUTTON, MAKELPARAM(x, 10));
-    }
     // What the control says; another process is not told by the functions that read one's own windows.
     [[nodiscard]] String Text(int id) const {
         wchar_t text[128] = {};
