@@ -18,7 +18,8 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
-sys.path.insert(0, str(ROOT / "tests" / "hosts"))
+sys.path.insert(0, str(ROOT / "tests" / "support"))
+sys.path.insert(0, str(ROOT / "tests" / "ledger"))
 
 import rules  # noqa: E402 (found through the path above)
 from databases import PostgresDatabase, PostgresServer, SqliteFile  # noqa: E402 (likewise)

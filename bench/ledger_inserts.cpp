@@ -6,9 +6,9 @@
 
 #include "hosts/common/Console.h"
 #include "hosts/common/HostError.h"
-#include "hosts/ledger/db/ConnectionString.h"
-#include "hosts/ledger/db/Schema.h"
-#include "hosts/ledger/store/Codes.h"
+#include "ledger/core/Codes.h"
+#include "ledger/core/Schema.h"
+#include "ledger/db/ConnectionString.h"
 
 namespace {
 

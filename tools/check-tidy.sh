@@ -17,7 +17,7 @@ own_commands() {
         /^ *"file": / {
             split($0, part, "\"")
             file = part[4]
-            own = index(file, root) == 1 && substr(file, length(root) + 1) ~ /^(src|hosts|bench|tests)\/.*\.cpp$/
+            own = index(file, root) == 1 && substr(file, length(root) + 1) ~ /^(src|hosts|ledger|bench|tests)\/.*\.cpp$/
             if (own && !seen[file]++) print file "\t" command
         }' "$1"
 }

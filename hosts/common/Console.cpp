@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "hosts/common/HostError.h"
+#include "hosts/common/Text.h"
 #include "hosts/common/Utf8.h"
 
 namespace hosts {
@@ -50,18 +51,6 @@ void ReportText(std::wstring_view text) {
 }
 
 void ReportLine(std::wstring_view line) { ReportText(std::wstring(line) + L'\n'); }
-
-std::wstring OneLine(std::wstring_view message) {
-    std::wstring line;
-    bool pending = false;
-    for (const wchar_t character : message) {
-        const bool isBreak = character == L'\r' || character == L'\n';
-        if (!isBreak && pending && !line.empty()) line += L"; ";
-        if (!isBreak) line.push_back(character);
-        pending = isBreak;
-    }
-    return line;
-}
 
 std::vector<std::wstring> ProgramArguments() {
     int count = 0;

@@ -21,9 +21,6 @@ void FlushOut();
 void ReportLine(std::wstring_view line);
 void ReportText(std::wstring_view text);
 
-// Line breaks and what stands around them become "; ", so that a message of several lines is one.
-[[nodiscard]] std::wstring OneLine(std::wstring_view message);
-
 // The program's own arguments, without its name.
 [[nodiscard]] std::vector<std::wstring> ProgramArguments();
 

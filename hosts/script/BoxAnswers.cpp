@@ -3,6 +3,7 @@
 #include <array>
 
 #include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
 #include "hosts/common/HostError.h"
 
 namespace hosts::script {

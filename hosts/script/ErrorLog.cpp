@@ -1,6 +1,7 @@
 #include "hosts/script/ErrorLog.h"
 
 #include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
 #include "hosts/common/ExceptionTexts.h"
 
 namespace hosts::script {

@@ -1,4 +1,4 @@
-#include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
 
 #include <gtest/gtest.h>
 

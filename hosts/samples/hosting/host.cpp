@@ -6,8 +6,8 @@
 #include "hosts/common/Console.h"
 #include "hosts/common/Rule.h"
 #include "hosts/common/TextFile.h"
-#include "hosts/ledger/db/ConnectionString.h"
-#include "hosts/ledger/db/Transaction.h"
+#include "ledger/db/ConnectionString.h"
+#include "ledger/db/Transaction.h"
 
 namespace {
 

@@ -1,0 +1,61 @@
+#include "ledger/cli/Fields.h"
+
+#include <algorithm>
+
+namespace ledger {
+
+namespace {
+
+using hosts::HostError;
+
+std::wstring KnownNames(const CodeMaker& maker) {
+    std::wstring text;
+    for (const std::wstring& name : maker.Rule().Names())
+        text += (text.empty() ? L"" : L", ") + name;
+    return text.empty() ? L"none" : text;
+}
+
+} // namespace
+
+FieldValues ParseFields(const CodeMaker& maker, const std::vector<std::wstring>& texts) {
+    FieldValues values;
+    for (const std::wstring& text : texts) {
+        const std::size_t equals = text.find(L'=');
+        if (equals == std::wstring::npos) throw HostError(L"\"" + text + L"\" is no field; write Name=Value");
+        const std::wstring name = text.substr(0, equals);
+        if (!maker.Rule().Knows(name))
+            throw HostError(L"the rule has no field or macro \"" + name + L"\"; it has: " + KnownNames(maker));
+        values.emplace_back(name, text.substr(equals + 1));
+    }
+    return values;
+}
+
+void CheckColumns(const CodeMaker& maker, const std::vector<std::wstring>& columns, bool keepOthers) {
+    const auto known = [&maker](const std::wstring& name) { return maker.Rule().Knows(name); };
+    if (std::ranges::none_of(columns, known))
+        throw HostError(L"no column is named like a field or macro of the rule (" + KnownNames(maker) +
+                        L"); check the first line and --separator");
+    const auto other = std::ranges::find_if_not(columns, known);
+    if (keepOthers || other == columns.end()) return;
+    throw HostError(L"the rule has no field or macro \"" + *other + L"\"; rename the column (the rule has: " +
+                    KnownNames(maker) + L") or keep such columns beside the codes with --keep");
+}
+
+FieldValues PairFields(const std::vector<std::wstring>& columns, const hosts::CsvRecord& record) {
+    if (record.fields.size() != columns.size())
+        throw hosts::RecordError(std::to_wstring(record.fields.size()) + L" fields where the first line names " +
+                                 std::to_wstring(columns.size()));
+    FieldValues values;
+    for (std::size_t column = 0; column < columns.size(); ++column)
+        values.emplace_back(columns[column], record.fields[column]);
+    return values;
+}
+
+FieldValues KnownTo(const CodeMaker& maker, const FieldValues& values) {
+    FieldValues known;
+    std::ranges::copy_if(values, std::back_inserter(known),
+                         [&maker](const auto& pair) { return maker.Rule().Knows(pair.first); });
+    return known;
+}
+
+} // namespace ledger

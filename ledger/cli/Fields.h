@@ -1,0 +1,25 @@
+// Records as users give them, checked against a rule.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "hosts/common/Csv.h"
+#include "ledger/core/CodeMaker.h"
+
+namespace ledger {
+
+// "Name=Value" texts. Fails with HostError on a text without "=" and on a name that the rule does not know.
+[[nodiscard]] FieldValues ParseFields(const CodeMaker& maker, const std::vector<std::wstring>& texts);
+
+// Fails with HostError when a column is no field or macro of the rule (unless others are kept), or none is.
+void CheckColumns(const CodeMaker& maker, const std::vector<std::wstring>& columns, bool keepOthers);
+
+// The record's fields beside their columns; fails with RecordError when there are more or fewer.
+[[nodiscard]] FieldValues PairFields(const std::vector<std::wstring>& columns, const hosts::CsvRecord& record);
+
+// Those that the rule knows.
+[[nodiscard]] FieldValues KnownTo(const CodeMaker& maker, const FieldValues& values);
+
+} // namespace ledger

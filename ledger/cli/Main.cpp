@@ -1,0 +1,33 @@
+// kledger: issues codes by rules and keeps them in a database.
+#include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
+#include "ledger/cli/ExitCode.h"
+#include "ledger/cli/Options.h"
+#include "ledger/core/Schema.h"
+#include "ledger/db/ConnectionString.h"
+
+namespace {
+
+int RunCommand(const ledger::Invocation& invocation) {
+    const hosts::Apartment apartment;
+    const ledger::Patience patience(invocation.patience);
+    ledger::Database database(ledger::ConnectionStringFor(invocation.database));
+    ledger::PrepareSchema(database, patience);
+    ledger::Session session{database, patience, ledger::Output(invocation.json)};
+    return invocation.command(session);
+}
+
+int Run(const std::vector<std::wstring>& arguments) {
+    const ledger::Invocation invocation = ledger::ParseArguments(arguments);
+    if (!invocation.command) return invocation.exitCode;
+    try {
+        return RunCommand(invocation);
+    } catch (const ledger::DbError& error) {
+        hosts::ReportLine(L"kledger: " + hosts::OneLine(error.Message()));
+        return error.Kind() == ledger::Fault::Other ? ledger::ExitFailed : ledger::ExitDatabase;
+    }
+}
+
+} // namespace
+
+int main() { return hosts::RunProgram(L"kledger", Run); }

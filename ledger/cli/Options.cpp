@@ -1,0 +1,206 @@
+#include "ledger/cli/Options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <memory>
+
+#include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
+#include "hosts/common/Utf8.h"
+#include "ledger/cli/ExitCode.h"
+
+namespace ledger {
+
+namespace {
+
+// The library's texts are UTF-8.
+std::wstring Wide(const std::string& text) { return hosts::FromOwnUtf8(text); }
+
+std::vector<std::wstring> Wide(const std::vector<std::string>& texts) {
+    std::vector<std::wstring> wide;
+    wide.reserve(texts.size());
+    for (const std::string& text : texts)
+        wide.push_back(Wide(text));
+    return wide;
+}
+
+void AddText(CLI::App* command, const std::string& name, std::wstring& target, const std::string& help,
+             bool required = false) {
+    auto* option = command->add_option_function<std::string>(
+        name, [&target](const std::string& text) { target = Wide(text); }, help);
+    option->required(required)->type_name("TEXT");
+}
+
+void AddFields(CLI::App* command, std::vector<std::wstring>& target) {
+    command
+        ->add_option_function<std::vector<std::string>>(
+            "-f,--field", [&target](const std::vector<std::string>& texts) { target = Wide(texts); },
+            "a value of a field or macro of the rule, as often as needed")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false);
+}
+
+void AddRule(CLI::App* command, std::wstring& target) {
+    AddText(command, "-r,--rule", target, "the rule; may be left out where it is clear which");
+}
+
+void AddFileFormat(CLI::App* command, wchar_t& separator, std::optional<unsigned>& codePage) {
+    command
+        ->add_option_function<std::string>(
+            "--separator",
+            [&separator](const std::string& text) { separator = text == "tab" ? L'\t' : Wide(text).front(); },
+            "what stands between fields: one character, or tab")
+        ->type_name("CHAR")
+        ->check([](const std::string& text) {
+            return text == "tab" || Wide(text).size() == 1 ? std::string() : std::string("one character, or tab");
+        });
+    command->add_option("--code-page", codePage, "the file's code page, where it is not Unicode (1252, 850, ...)");
+}
+
+template <class Options>
+using Command = int (*)(Session&, const Options&);
+
+class Parser {
+  public:
+    Parser() {
+        mvarApp.require_subcommand(1);
+        mvarApp.fallthrough();
+        mvarApp.allow_windows_style_options(false); // a path may begin with "/"
+        AddText(&mvarApp, "-d,--database", mvarInvocation.database,
+                "an SQLite file, made on first use (ledger.db), or an ODBC connection string");
+        mvarApp.get_option("--database")->envname("KLEDGER_DATABASE");
+        mvarApp.add_flag("--json", mvarInvocation.json, "print one JSON object a line");
+        mvarApp
+            .add_option("--patience", mvarPatience, "seconds to go on trying when the database is busy or away (30)")
+            ->check(CLI::Range(0, 3600));
+        AddRuleCommands();
+        AddIssue();
+        AddCodeCommands();
+        AddAdopt();
+        AddAudit();
+    }
+
+    Invocation Parse(const std::vector<std::wstring>& arguments) {
+        std::vector<std::string> reversed;
+        for (const std::wstring& argument : arguments)
+            reversed.insert(reversed.begin(), hosts::ToUtf8(argument));
+        try {
+            mvarApp.parse(reversed);
+            mvarInvocation.patience = std::chrono::seconds(mvarPatience);
+        } catch (const CLI::Success& help) { // asked for
+            mvarInvocation.command = nullptr;
+            mvarApp.exit(help);
+        } catch (const CLI::ParseError& error) {
+            mvarInvocation.command = nullptr;
+            mvarInvocation.exitCode = ExitUsage;
+            hosts::ReportLine(L"kledger: " + hosts::OneLine(Wide(error.what())) + L"; try kledger --help");
+        }
+        return mvarInvocation;
+    }
+
+  private:
+    // A command whose options live as long as what is made of them.
+    template <class Options>
+    CLI::App* Add(CLI::App& parent, const std::string& name, const std::string& help, Command<Options> run,
+                  const std::shared_ptr<Options>& options) {
+        CLI::App* command = parent.add_subcommand(name, help);
+        command->fallthrough();
+        command->callback([this, run, options] {
+            mvarInvocation.command = [run, options](Session& session) { return run(session, *options); };
+        });
+        return command;
+    }
+
+    void AddRuleCommands() {
+        CLI::App* rule = mvarApp.add_subcommand("rule", "bring rules in and out");
+        rule->require_subcommand(1);
+        rule->fallthrough();
+        const auto import = std::make_shared<ImportOptions>();
+        CLI::App* command =
+            Add<ImportOptions>(*rule, "import", "store a rule, or a new definition of it", ImportRule, import);
+        AddText(command, "file", import->file, "the rule's definition text", true);
+        AddText(command, "--name", import->name, "the rule's name (the file's name without its extension)");
+        AddText(command, "--policy", import->policy, "gapless: no number is ever skipped; fast: numbers in blocks");
+        command->get_option("--policy")->check(CLI::IsMember({"gapless", "fast"}));
+        command->add_option("--lease", import->leaseSize, "numbers in a block of the fast policy (100)")
+            ->check(CLI::Range(1, 1'000'000));
+        const auto exported = std::make_shared<ExportOptions>();
+        command = Add<ExportOptions>(*rule, "export", "print a rule's definition text", ExportRule, exported);
+        AddText(command, "rule", exported->rule, "the rule");
+        AddText(command, "--out", exported->file, "a file instead of standard output");
+        const auto none = std::make_shared<std::wstring>();
+        Add<std::wstring>(
+            *rule, "list", "show the rules and how many codes each has",
+            [](Session& session, const std::wstring&) { return ListRules(session); }, none);
+        const auto designed = std::make_shared<std::wstring>();
+        command = Add<std::wstring>(mvarApp, "design", "open the designer on a rule and store what it saves",
+                                    DesignRule, designed);
+        AddRule(command, *designed);
+    }
+
+    void AddIssue() {
+        const auto options = std::make_shared<IssueOptions>();
+        CLI::App* command = Add<IssueOptions>(mvarApp, "issue", "issue codes and store them", IssueCodes, options);
+        AddText(
+            command, "file", options->file,
+            "CSV: the first line names the fields, each further one is a record; without it --field makes one record");
+        AddRule(command, options->rule);
+        AddFields(command, options->fields);
+        AddFileFormat(command, options->separator, options->codePage);
+        command->add_flag("--keep", options->keepOtherColumns,
+                          "store columns that the rule does not know with the code");
+    }
+
+    void AddCodeCommands() {
+        const auto preview = std::make_shared<PreviewOptions>();
+        CLI::App* command =
+            Add<PreviewOptions>(mvarApp, "preview", "show the next codes, store nothing", PreviewCommand, preview);
+        AddRule(command, preview->rule);
+        AddFields(command, preview->fields);
+        command->add_option("-n,--count", preview->count, "how many (1)")->check(CLI::Range(1, 100'000));
+        const auto explain = std::make_shared<CodeOptions>();
+        command = Add<CodeOptions>(mvarApp, "explain", "take a code apart", ExplainCommand, explain);
+        AddText(command, "code", explain->code, "the code", true);
+        AddRule(command, explain->rule);
+        const auto voided = std::make_shared<CodeOptions>();
+        command =
+            Add<CodeOptions>(mvarApp, "void", "mark a code as void; it is kept and never used again", VoidCode, voided);
+        AddText(command, "code", voided->code, "the code", true);
+        AddText(command, "--reason", voided->reason, "why", true);
+        AddRule(command, voided->rule);
+    }
+
+    void AddAdopt() {
+        const auto options = std::make_shared<AdoptOptions>();
+        CLI::App* command =
+            Add<AdoptOptions>(mvarApp, "adopt", "take over codes that were issued elsewhere", AdoptCodes, options);
+        AddText(command, "file", options->file, "CSV with a column of codes", true);
+        AddText(command, "--column", options->column, "the column with the codes (the first one)");
+        AddRule(command, options->rule);
+        AddFileFormat(command, options->separator, options->codePage);
+    }
+
+    void AddAudit() {
+        const auto options = std::make_shared<AuditOptions>();
+        CLI::App* command = Add<AuditOptions>(
+            mvarApp, "audit", "look for gaps, duplicates, codes of other rules and series that run full", AuditRule,
+            options);
+        AddRule(command, options->rule);
+        command->add_option("--warn", options->warnPercent, "percent of a series' numbers that must be left (10)")
+            ->check(CLI::Range(0, 100));
+    }
+
+    CLI::App mvarApp{"Issues codes by rules and keeps them in a database, safely for many programs at once.\n"
+                     "Exit code: 0 done, 1 nothing could be done, 2 wrong arguments, 3 some records were refused,\n"
+                     "4 the audit found something, 5 the database is out of reach, busy, full or read-only.",
+                     "kledger"};
+    Invocation mvarInvocation;
+    int mvarPatience = 30;
+};
+
+} // namespace
+
+Invocation ParseArguments(const std::vector<std::wstring>& arguments) { return Parser().Parse(arguments); }
+
+} // namespace ledger

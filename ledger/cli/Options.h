@@ -1,0 +1,24 @@
+// kledger's command line.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ledger/cli/Commands.h"
+
+namespace ledger {
+
+struct Invocation {
+    std::wstring database = L"ledger.db";
+    bool json = false;
+    std::chrono::milliseconds patience{30'000};
+    std::function<int(Session&)> command; // none when there is nothing to do but to end with exitCode
+    int exitCode = 0;
+};
+
+// Prints help where it is asked for, and one line to standard error when the arguments are wrong.
+[[nodiscard]] Invocation ParseArguments(const std::vector<std::wstring>& arguments);
+
+} // namespace ledger

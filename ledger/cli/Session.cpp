@@ -1,0 +1,52 @@
+#include "ledger/cli/Session.h"
+
+#include <algorithm>
+
+#include "ledger/core/Codes.h"
+
+namespace ledger {
+
+namespace {
+
+using hosts::HostError;
+
+std::vector<StoredRule> AllRules(Session& session) {
+    Rules rules(session.database);
+    return InTransaction(session.database, session.patience, OnUniqueKey::Fail, [&rules] { return rules.All(); });
+}
+
+std::wstring NamesOf(const std::vector<StoredRule>& rules) {
+    std::wstring names;
+    for (const StoredRule& rule : rules)
+        names += (names.empty() ? L"" : L", ") + rule.name;
+    return names;
+}
+
+StoredRule OnlyOne(std::vector<StoredRule> rules) {
+    if (rules.empty()) throw HostError(L"the database has no rules yet; bring one in with: kledger rule import FILE");
+    if (rules.size() > 1) throw HostError(L"name the rule with --rule; there are: " + NamesOf(rules));
+    return std::move(rules.front());
+}
+
+} // namespace
+
+StoredRule ResolveRule(Session& session, const std::wstring& name) {
+    if (name.empty()) return OnlyOne(AllRules(session));
+    Rules rules(session.database);
+    auto found = InTransaction(session.database, session.patience, OnUniqueKey::Fail,
+                               [&rules, &name] { return rules.Find(name); });
+    if (!found) throw HostError(L"there is no rule \"" + name + L"\"; kledger rule list shows those there are");
+    return *std::move(found);
+}
+
+StoredRule ResolveRuleOfCode(Session& session, const std::wstring& name, const std::wstring& code) {
+    if (!name.empty()) return ResolveRule(session, name);
+    std::vector<StoredRule> rules = AllRules(session);
+    const auto ids = InTransaction(session.database, session.patience, OnUniqueKey::Fail,
+                                   [&session, &code] { return RulesOfCode(session.database, code); });
+    const auto hasNot = [&ids](const StoredRule& rule) { return std::ranges::find(ids, rule.id) == ids.end(); };
+    if (!ids.empty()) std::erase_if(rules, hasNot);
+    return OnlyOne(std::move(rules));
+}
+
+} // namespace ledger

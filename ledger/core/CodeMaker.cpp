@@ -1,0 +1,157 @@
+#include "ledger/core/CodeMaker.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+namespace ledger {
+
+namespace {
+
+using hosts::HostError;
+using hosts::RecordError;
+
+// What the columns of the tables hold.
+constexpr std::size_t LongestCode = 255;
+constexpr std::size_t LongestBandName = 120;
+
+// Nothing when the text is not all digits or the number is beyond 64 bits.
+std::optional<std::int64_t> NumberOf(const std::wstring& text) {
+    std::int64_t number = 0;
+    if (text.empty()) return std::nullopt;
+    for (const wchar_t digit : text) {
+        if (digit < L'0' || digit > L'9') return std::nullopt;
+        const std::int64_t value = digit - L'0';
+        if (number > (std::numeric_limits<std::int64_t>::max() - value) / 10) return std::nullopt;
+        number = number * 10 + value;
+    }
+    return number;
+}
+
+// The largest number of so many digits, as far as 64 bits go.
+std::int64_t LargestNumber(std::size_t digits) {
+    std::int64_t largest = 0;
+    for (; digits > 0 && largest <= (std::numeric_limits<std::int64_t>::max() - 9) / 10; --digits)
+        largest = largest * 10 + 9;
+    return largest;
+}
+
+std::int64_t StartOf(const hosts::Dispatch& band) {
+    const std::wstring defaultText = band.Get(L"Default").Text();
+    return NumberOf(defaultText.empty() ? band.Get(L"InitStart").Text() : defaultText).value_or(0);
+}
+
+std::int64_t HighestOf(const hosts::Dispatch& band, std::size_t length) {
+    const std::int64_t room = LargestNumber(length);
+    return std::min(room, NumberOf(band.Get(L"InitEnd").Text()).value_or(room));
+}
+
+// Names of bands are the same whatever their letter case.
+bool IsTracked(const hosts::Band& band, const std::vector<std::wstring>& tracked) {
+    return std::ranges::any_of(tracked, [&band](const std::wstring& name) {
+        return CompareStringOrdinal(name.c_str(), -1, band.name.c_str(), -1, TRUE) == CSTR_EQUAL;
+    });
+}
+
+std::vector<bool> ShownBy(const std::vector<hosts::Band>& bands, const std::vector<std::wstring>& tracked) {
+    std::vector<bool> shown;
+    for (const hosts::Band& band : bands)
+        shown.insert(shown.end(), band.length, band.style == hosts::BandStyle::Fixed || IsTracked(band, tracked));
+    return shown;
+}
+
+std::vector<hosts::Band> LoadBands(hosts::Rule& rule, const std::wstring& definition) {
+    rule.Load(definition);
+    return rule.Bands();
+}
+
+} // namespace
+
+std::wstring SeriesOf(const NumberBand& band, std::wstring code) {
+    for (std::size_t at = 0; at < code.size() && at < band.shown.size(); ++at)
+        if (!band.shown[at]) code[at] = L'?';
+    return code;
+}
+
+std::wstring CodeWithNumber(const NumberBand& band, std::wstring series, std::int64_t number) {
+    if (number < 0 || series.size() < band.position + band.length) return {};
+    std::wstring digits = std::to_wstring(number);
+    if (digits.size() < band.length) digits.insert(0, band.length - digits.size(), L'0');
+    return series.replace(band.position, band.length, digits);
+}
+
+CodeMaker::CodeMaker(const std::wstring& definition)
+    : mvarBands(LoadBands(mvarRule, definition)), mvarCodeLength(mvarRule.CodeLength()) {
+    if (mvarCodeLength > LongestCode)
+        throw HostError(L"the rule's codes are " + std::to_wstring(mvarCodeLength) +
+                        L" characters long; the ledger keeps codes of up to " + std::to_wstring(LongestCode));
+    ReadNumberBands();
+    mvarRule.OnLastCode([this](const std::wstring& series) { return Answer(series); });
+}
+
+void CodeMaker::ReadNumberBands() {
+    for (const hosts::Band& band : mvarBands) {
+        if (band.style != hosts::BandStyle::Number || band.tracked.empty()) continue;
+        if (band.name.size() > LongestBandName)
+            throw HostError(L"the name of band " + band.name + L" is longer than the ledger keeps (" +
+                            std::to_wstring(LongestBandName) + L" characters)");
+        const hosts::Dispatch object = mvarRule.Component().Item(hosts::Variant(band.name), L"Band");
+        mvarNumberBands.push_back({band.name, band.position, band.length, StartOf(object),
+                                   HighestOf(object, band.length), ShownBy(mvarBands, band.tracked)});
+    }
+}
+
+// The component asks for one band after the other, in their order.
+std::wstring CodeMaker::Answer(const std::wstring& series) {
+    if (mvarSource == nullptr || mvarAsked.size() >= mvarNumberBands.size()) return {};
+    const NumberBand& band = mvarNumberBands[mvarAsked.size()];
+    mvarAsked.push_back(series);
+    return (*mvarSource)(band, series);
+}
+
+void CodeMaker::SetValues(const FieldValues& values) {
+    for (const auto& [name, value] : values)
+        mvarRule.SetValue(name, value);
+}
+
+MadeCode CodeMaker::Make(const FieldValues& values, const LastCodeSource& source) {
+    SetValues(values);
+    mvarAsked.clear();
+    mvarSource = &source;
+    return Numbered(mvarRule.NextCode(), mvarAsked);
+}
+
+MadeCode CodeMaker::Recognise(const std::wstring& code) {
+    mvarRule.TakeApart(code);
+    std::vector<std::wstring> series;
+    for (const NumberBand& band : mvarNumberBands)
+        series.push_back(SeriesOf(band, code));
+    return Numbered(code, series);
+}
+
+MadeCode CodeMaker::Numbered(std::wstring code, const std::vector<std::wstring>& series) const {
+    if (code.size() != mvarCodeLength)
+        throw RecordError(L"code " + code + L" is not as long as its bands (" + std::to_wstring(mvarCodeLength) +
+                          L"); a band of the rule has no value yet");
+    MadeCode made{std::move(code), {}};
+    for (std::size_t at = 0; at < series.size(); ++at) {
+        const NumberBand& band = mvarNumberBands[at];
+        const std::wstring part = made.code.substr(band.position, band.length);
+        const auto number = NumberOf(part);
+        if (!number)
+            throw RecordError(L"\"" + part + L"\" in band " + band.name + L" is no number that can be counted");
+        made.numbers.push_back({band.name, series[at], *number});
+    }
+    return made;
+}
+
+FieldValues CodeMaker::Values() const {
+    FieldValues values;
+    for (const std::wstring& name : mvarRule.Names())
+        values.emplace_back(name, mvarRule.Value(name));
+    return values;
+}
+
+} // namespace ledger

@@ -1,0 +1,75 @@
+// Makes codes by a stored rule, and tells for each which number it holds in which series.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "hosts/common/Rule.h"
+#include "ledger/core/Codes.h"
+#include "ledger/core/Rules.h"
+
+namespace ledger {
+
+// A number band that tracks others, so that its codes are numbered in series.
+struct NumberBand {
+    std::wstring name;
+    std::size_t position = 0; // of its part of a code, from 0
+    std::size_t length = 0;
+    std::int64_t start = 0;   // the number that a new series begins with
+    std::int64_t highest = 0; // the last one that the band has room for
+    std::vector<bool> shown;  // by position of a code: whether the character stands in the series, or "?" does
+};
+
+// The last code of the series before the one to be made; empty when the series begins.
+using LastCodeSource = std::function<std::wstring(const NumberBand& band, const std::wstring& series)>;
+
+struct MadeCode {
+    std::wstring code;
+    std::vector<NumberHeld> numbers;
+};
+
+using FieldValues = std::vector<std::pair<std::wstring, std::wstring>>;
+
+class CodeMaker {
+  public:
+    // Fails with HostError when the definition is no rule, or its codes or band names are longer than the ledger keeps.
+    explicit CodeMaker(const std::wstring& definition);
+
+    // The next code with these values of fields and macros; those not named keep the rule's own. Fails with RecordError
+    // when the rule refuses the values, with its message, and with what the source throws.
+    [[nodiscard]] MadeCode Make(const FieldValues& values, const LastCodeSource& source);
+
+    // The numbers of a code that the rule can take apart; fails with RecordError on any other code.
+    [[nodiscard]] MadeCode Recognise(const std::wstring& code);
+
+    [[nodiscard]] hosts::Rule& Rule() noexcept { return mvarRule; }
+    [[nodiscard]] const hosts::Rule& Rule() const noexcept { return mvarRule; }
+    [[nodiscard]] const std::vector<hosts::Band>& Bands() const noexcept { return mvarBands; }
+    [[nodiscard]] const std::vector<NumberBand>& NumberBands() const noexcept { return mvarNumberBands; }
+    [[nodiscard]] std::size_t CodeLength() const noexcept { return mvarCodeLength; }
+    // The values that the fields and macros have now.
+    [[nodiscard]] FieldValues Values() const;
+
+  private:
+    void SetValues(const FieldValues& values);
+    void ReadNumberBands();
+    [[nodiscard]] std::wstring Answer(const std::wstring& series);
+    [[nodiscard]] MadeCode Numbered(std::wstring code, const std::vector<std::wstring>& series) const;
+
+    hosts::Rule mvarRule;
+    std::vector<hosts::Band> mvarBands;
+    std::vector<NumberBand> mvarNumberBands;
+    std::size_t mvarCodeLength = 0;
+    const LastCodeSource* mvarSource = nullptr; // of the code that is being made
+    std::vector<std::wstring> mvarAsked;        // the series asked for so far, band by band
+};
+
+// The series of a code: the code with "?" for every character that neither a fixed nor a tracked band gave.
+[[nodiscard]] std::wstring SeriesOf(const NumberBand& band, std::wstring code);
+
+// The code of a series whose number is `number`; every "?" outside the band stays. Empty below 0.
+[[nodiscard]] std::wstring CodeWithNumber(const NumberBand& band, std::wstring series, std::int64_t number);
+
+} // namespace ledger

@@ -1,0 +1,47 @@
+// Numbers come from blocks that this program has set aside, and codes are stored many at a time.
+//
+// A number that was set aside and not used is a gap; the open lease of a program that ended early tells of it.
+#pragma once
+
+#include <map>
+
+#include "ledger/core/Issuer.h"
+#include "ledger/core/Leases.h"
+
+namespace ledger {
+
+class FastIssuer final : public Issuer {
+  public:
+    explicit FastIssuer(const Workplace& workplace)
+        : mvarWorkplace(workplace), mvarCodes(workplace.database, workplace.rule.id),
+          mvarLeases(workplace.database, workplace.rule.id) {}
+
+    [[nodiscard]] std::size_t BatchSize() const noexcept override;
+    [[nodiscard]] std::vector<Outcome> Issue(std::span<const Request> requests, std::size_t toCome) override;
+    void Finish() override;
+
+  private:
+    struct Block {
+        Lease lease;
+        std::int64_t next = 0; // beyond the lease's end when it is used up
+    };
+
+    [[nodiscard]] NewCode MakeNext(const Request& request);
+    [[nodiscard]] std::wstring LastCode(const NumberBand& band, const std::wstring& series);
+    void TakeBlock(Block& block, const NumberBand& band, const std::wstring& series);
+    void UseNumbers(const std::vector<NumberHeld>& numbers);
+    void Store(std::span<const NewCode> codes);
+    [[nodiscard]] std::wstring StoreAlone(NewCode code, const Request& request);
+    [[nodiscard]] std::vector<NewCode> MakeAll(std::span<const Request> requests, std::vector<Outcome>& outcomes);
+    void StoreAll(std::vector<NewCode> codes, std::span<const Request> requests, std::vector<Outcome>& outcomes);
+    void CloseUsedUp();
+
+    Workplace mvarWorkplace;
+    Codes mvarCodes;
+    Leases mvarLeases;
+    std::map<std::pair<std::wstring, std::wstring>, Block> mvarBlocks; // by band and series
+    std::vector<Lease> mvarUsedUp;                                     // kept until their codes are stored
+    std::size_t mvarToCome = 0;                                        // requests that still want a number
+};
+
+} // namespace ledger

@@ -1,0 +1,39 @@
+#include "ledger/core/Findings.h"
+
+#include <algorithm>
+
+namespace ledger {
+
+namespace {
+
+const NumberBand* FindBand(const std::wstring& name, const std::vector<NumberBand>& bands) {
+    const auto found = std::ranges::find(bands, name, &NumberBand::name);
+    return found == bands.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+bool IsLeftOfLeases(const Gap& gap, const std::vector<Lease>& leases) {
+    std::int64_t next = gap.first; // leases come by their first number
+    for (const Lease& lease : leases) {
+        if (lease.band != gap.band || lease.series != gap.series || lease.first > next) continue;
+        next = std::max(next, lease.grantedTo + 1);
+    }
+    return next > gap.last;
+}
+
+std::optional<Gap> GapBefore(const Series& series, const std::vector<NumberBand>& bands) {
+    const NumberBand* band = FindBand(series.band, bands);
+    if (band == nullptr || series.first <= band->start) return std::nullopt;
+    return Gap{series.band, series.series, band->start, series.first - 1};
+}
+
+std::optional<Room> RoomLeft(const Series& series, const std::vector<NumberBand>& bands) {
+    const NumberBand* band = FindBand(series.band, bands);
+    if (band == nullptr) return std::nullopt;
+    const std::int64_t left = std::max<std::int64_t>(band->highest - series.last, 0);
+    const double all = static_cast<double>(band->highest) - static_cast<double>(band->start) + 1;
+    return Room{left, all < 1 ? 0U : static_cast<unsigned>(100.0 * static_cast<double>(left) / all)};
+}
+
+} // namespace ledger

@@ -1,0 +1,27 @@
+// What an audit finds, from the numbers, leases and codes of a rule; decided without a database.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "ledger/core/CodeMaker.h"
+#include "ledger/core/Leases.h"
+#include "ledger/core/Series.h"
+
+namespace ledger {
+
+// Whether every number of the gap was set aside by a lease, so that the gap is what was left of leases.
+[[nodiscard]] bool IsLeftOfLeases(const Gap& gap, const std::vector<Lease>& leases);
+
+// The numbers before the first one of a series that does not begin where its band begins.
+[[nodiscard]] std::optional<Gap> GapBefore(const Series& series, const std::vector<NumberBand>& bands);
+
+struct Room {
+    std::int64_t left = 0; // numbers that the series can still give
+    unsigned percent = 0;  // of all that it could ever give
+};
+
+// Nothing when the rule has no such band any more.
+[[nodiscard]] std::optional<Room> RoomLeft(const Series& series, const std::vector<NumberBand>& bands);
+
+} // namespace ledger

@@ -1,0 +1,41 @@
+#include "ledger/db/Handle.h"
+
+#include <array>
+#include <utility>
+
+namespace ledger {
+
+Handle::Handle(SQLSMALLINT type, SQLHANDLE parent) : mvarType(type) {
+    if (!SQL_SUCCEEDED(SQLAllocHandle(type, parent, &mvarHandle)))
+        throw DbError(L"HY001", 0, L"no ODBC handle; is the ODBC driver manager installed?");
+}
+
+Handle::Handle(Handle&& other) noexcept
+    : mvarType(other.mvarType), mvarHandle(std::exchange(other.mvarHandle, nullptr)) {}
+
+Handle& Handle::operator=(Handle&& other) noexcept {
+    std::swap(mvarType, other.mvarType);
+    std::swap(mvarHandle, other.mvarHandle);
+    return *this;
+}
+
+Handle::~Handle() {
+    if (mvarHandle != nullptr) SQLFreeHandle(mvarType, mvarHandle);
+}
+
+void Handle::Check(SQLRETURN code) const {
+    if (!SQL_SUCCEEDED(code) && code != SQL_NO_DATA) throw Failure();
+}
+
+DbError Handle::Failure() const {
+    std::array<SQLWCHAR, 6> state{};
+    std::array<SQLWCHAR, 1024> text{};
+    SQLINTEGER native = 0;
+    SQLSMALLINT length = 0;
+    const SQLRETURN code = SQLGetDiagRecW(mvarType, mvarHandle, 1, state.data(), &native, text.data(),
+                                          static_cast<SQLSMALLINT>(text.size()), &length);
+    if (!SQL_SUCCEEDED(code)) return {L"HY000", 0, L"the driver gives no reason"};
+    return {state.data(), native, text.data()};
+}
+
+} // namespace ledger

@@ -1,0 +1,35 @@
+// An ODBC handle that frees itself, and the one place where ODBC's return codes become errors.
+#pragma once
+
+#include <windows.h>
+
+#include <sql.h>
+#include <sqlext.h>
+#include <sqlucode.h>
+
+#include "ledger/db/DbError.h"
+
+namespace ledger {
+
+class Handle {
+  public:
+    Handle() noexcept = default;
+    // A new handle of the type under its parent (null for an environment); fails with DbError.
+    Handle(SQLSMALLINT type, SQLHANDLE parent);
+    Handle(Handle&& other) noexcept;
+    Handle& operator=(Handle&& other) noexcept;
+    Handle(const Handle&) = delete; // one handle, one owner
+    Handle& operator=(const Handle&) = delete;
+    ~Handle();
+
+    [[nodiscard]] SQLHANDLE Get() const noexcept { return mvarHandle; }
+    // Fails with DbError, made from the handle's first diagnostic record, unless the code is a success.
+    void Check(SQLRETURN code) const;
+    [[nodiscard]] DbError Failure() const;
+
+  private:
+    SQLSMALLINT mvarType = 0;
+    SQLHANDLE mvarHandle = nullptr;
+};
+
+} // namespace ledger

@@ -1,0 +1,56 @@
+#include "ledger/core/Findings.h"
+
+#include <gtest/gtest.h>
+
+using ledger::Gap;
+using ledger::IsLeftOfLeases;
+using ledger::Lease;
+using ledger::NumberBand;
+using ledger::Series;
+
+namespace {
+
+Lease Leased(std::int64_t first, std::int64_t last) {
+    return {L"Number", L"A-??", first, last, last, L"machine:1", L"", true};
+}
+
+const std::vector<NumberBand> Bands = {{L"Number", 2, 2, 1, 99, {}}};
+
+Series Counted(std::int64_t first, std::int64_t last) { return {L"Number", L"A-??", 1, first, last}; }
+
+} // namespace
+
+TEST(FindingsTest, AGapIsLeftOfLeasesWhenTheyCoverAllOfIt) {
+    const Gap gap{L"Number", L"A-??", 11, 20};
+    EXPECT_TRUE(IsLeftOfLeases(gap, {Leased(1, 20)}));
+    EXPECT_TRUE(IsLeftOfLeases(gap, {Leased(11, 20)}));
+    EXPECT_TRUE(IsLeftOfLeases(gap, {Leased(1, 12), Leased(13, 30)}));
+    EXPECT_TRUE(IsLeftOfLeases(gap, {Leased(1, 15), Leased(5, 12), Leased(14, 20)}));
+    EXPECT_FALSE(IsLeftOfLeases(gap, {}));
+    EXPECT_FALSE(IsLeftOfLeases(gap, {Leased(1, 19)}));
+    EXPECT_FALSE(IsLeftOfLeases(gap, {Leased(12, 20)}));
+    EXPECT_FALSE(IsLeftOfLeases(gap, {Leased(1, 12), Leased(14, 30)}));
+}
+
+TEST(FindingsTest, LeasesOfOtherSeriesExplainNothing) {
+    EXPECT_FALSE(IsLeftOfLeases({L"Number", L"B-??", 11, 20}, {Leased(1, 20)}));
+    EXPECT_FALSE(IsLeftOfLeases({L"Other", L"A-??", 11, 20}, {Leased(1, 20)}));
+}
+
+TEST(FindingsTest, ASeriesThatBeginsLateMissesWhatComesBefore) {
+    EXPECT_FALSE(GapBefore(Counted(1, 5), Bands));
+    const auto gap = GapBefore(Counted(4, 5), Bands);
+    ASSERT_TRUE(gap);
+    EXPECT_EQ(gap->first, 1);
+    EXPECT_EQ(gap->last, 3);
+    EXPECT_FALSE(GapBefore(Counted(4, 5), {})) << "the rule has no such band any more";
+}
+
+TEST(FindingsTest, RoomIsWhatTheBandCanStillGive) {
+    EXPECT_EQ(RoomLeft(Counted(1, 0), Bands)->percent, 100U);
+    EXPECT_EQ(RoomLeft(Counted(1, 90), Bands)->left, 9);
+    EXPECT_EQ(RoomLeft(Counted(1, 90), Bands)->percent, 9U);
+    EXPECT_EQ(RoomLeft(Counted(1, 99), Bands)->left, 0);
+    EXPECT_EQ(RoomLeft(Counted(1, 150), Bands)->left, 0) << "the band was longer once";
+    EXPECT_FALSE(RoomLeft(Counted(1, 1), {}));
+}

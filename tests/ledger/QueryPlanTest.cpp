@@ -1,0 +1,71 @@
+// How the embedded database finds the highest number: the engine says so itself.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+
+#include "ledger/core/Codes.h"
+#include "ledger/core/Leases.h"
+#include "ledger/core/Schema.h"
+#include "ledger/db/ConnectionString.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+class QueryPlanTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        TearDown();
+        mvarDatabase = std::make_unique<ledger::Database>(ledger::ConnectionStringFor(mvarFile.wstring()));
+        ledger::PrepareSchema(*mvarDatabase, ledger::Patience(1s));
+    }
+    void TearDown() override {
+        mvarDatabase.reset();
+        std::error_code error;
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::filesystem::remove(mvarFile.wstring() + std::filesystem::path(suffix).wstring(), error);
+    }
+
+    // One line for each table that the query reads.
+    std::vector<std::wstring> Plan(const std::wstring& query) {
+        ledger::Statement& rows = mvarDatabase->Prepare(L"EXPLAIN QUERY PLAN " + query);
+        for (auto parameter = std::ranges::count(query, L'?'); parameter > 0; --parameter)
+            rows.Set(1);
+        rows.Execute();
+        std::vector<std::wstring> reads;
+        while (rows.Fetch()) {
+            const std::wstring step = rows.Text(4);
+            if (step.find(L"kestrel_") != std::wstring::npos || step.starts_with(L"SCAN")) reads.push_back(step);
+        }
+        return reads;
+    }
+    void ExpectOneStepDownTheKey(const std::wstring& query) {
+        const std::vector<std::wstring> reads = Plan(query);
+        EXPECT_FALSE(reads.empty());
+        for (const std::wstring& read : reads) {
+            const std::string shown(read.begin(), read.end());
+            EXPECT_TRUE(read.starts_with(L"SEARCH")) << shown;
+            EXPECT_NE(read.find(L"series=?"), std::wstring::npos) << shown;
+        }
+    }
+
+    std::filesystem::path mvarFile = std::filesystem::temp_directory_path() / "QueryPlanTest.db";
+    std::unique_ptr<ledger::Database> mvarDatabase;
+};
+
+} // namespace
+
+TEST_F(QueryPlanTest, APlanTellsAScanFromASearch) {
+    const std::vector<std::wstring> reads = Plan(L"SELECT COUNT(*) FROM kestrel_numbers WHERE code LIKE ?");
+    ASSERT_EQ(reads.size(), 1U);
+    EXPECT_TRUE(reads[0].starts_with(L"SCAN"));
+}
+
+TEST_F(QueryPlanTest, TheHighestNumberIsFoundThroughTheKey) { ExpectOneStepDownTheKey(ledger::HighestNumberQuery); }
+
+TEST_F(QueryPlanTest, TheFirstFreeNumberIsFoundThroughTheKeys) {
+    for (const wchar_t* query : ledger::FirstFreeQueries)
+        ExpectOneStepDownTheKey(query);
+}
