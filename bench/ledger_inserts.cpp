@@ -8,7 +8,7 @@
 #include "hosts/common/HostError.h"
 #include "ledger/core/Codes.h"
 #include "ledger/core/Schema.h"
-#include "ledger/db/ConnectionString.h"
+#include "ledger/db/Open.h"
 
 namespace {
 
@@ -17,22 +17,22 @@ using namespace std::chrono_literals;
 // No rule has it, so the rows are nobody's.
 constexpr std::int64_t NoRule = 0;
 
-void StoreOne(ledger::Database& database, ledger::Codes& codes, const std::wstring& series, std::int64_t number) {
+void StoreOne(ledger::Codes& codes, const std::wstring& series, std::int64_t number) {
     const std::wstring code = series + std::to_wstring(number);
     const ledger::NewCode row{code, L"0123456789abcdef-1", L"{\"Year\":\"2024\"}", {{L"Number", series, number}}};
     codes.Add({&row, 1}, L"issued");
-    database.Commit();
 }
 
 int Run(const std::vector<std::wstring>& arguments) {
     if (arguments.size() != 3) throw hosts::HostError(L"usage: ledger_inserts DATABASE SERIES COUNT");
-    ledger::Database database(ledger::ConnectionStringFor(arguments[0]));
+    const std::unique_ptr<ledger::Database> opened = ledger::OpenDatabase(arguments[0], ledger::Patience(30s));
+    ledger::Database& database = *opened;
     ledger::PrepareSchema(database, ledger::Patience(30s));
     ledger::Codes codes(database, NoRule);
     const auto begin = std::chrono::steady_clock::now();
     for (std::int64_t number = 1; number <= std::stoll(arguments[2]); ++number)
         ledger::InTransaction(database, ledger::Patience(30s), ledger::OnUniqueKey::Fail, [&] {
-            StoreOne(database, codes, arguments[1], number);
+            StoreOne(codes, arguments[1], number);
             return true;
         });
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;

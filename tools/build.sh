@@ -14,6 +14,7 @@ configuration_is_usable() {
 configure() {
     local preset="$1" folder="$BUILD/$1"
     configuration_is_usable "$folder" && return 0
+    case "$preset" in x86 | x64) "$ROOT/tools/sqlite.sh" || return 1 ;; esac
     rm -rf "$folder"
     note "configure $preset"
     with_log "configure-$preset" cmake --preset "$preset" || return 1

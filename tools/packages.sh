@@ -8,9 +8,9 @@ PACKAGES_NATIVE=(
     clang-tools llvm
     g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev
     wine wine64 xvfb xdotool imagemagick fonts-wine fonts-liberation iso-codes
-    python3 libcli11-dev nlohmann-json3-dev unixodbc libodbc2 libsqliteodbc odbc-postgresql postgresql
+    python3 libcli11-dev nlohmann-json3-dev unixodbc libodbc2 odbc-postgresql postgresql tcl
 )
-PACKAGES_I386=(wine32:i386 libwine:i386 libodbc2:i386 libsqliteodbc:i386 odbc-postgresql:i386)
+PACKAGES_I386=(wine32:i386 libwine:i386 libodbc2:i386 odbc-postgresql:i386)
 
 missing_packages() {
     local package native installed

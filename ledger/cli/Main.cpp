@@ -4,16 +4,16 @@
 #include "ledger/cli/ExitCode.h"
 #include "ledger/cli/Options.h"
 #include "ledger/core/Schema.h"
-#include "ledger/db/ConnectionString.h"
+#include "ledger/db/Open.h"
 
 namespace {
 
 int RunCommand(const ledger::Invocation& invocation) {
     const hosts::Apartment apartment;
     const ledger::Patience patience(invocation.patience);
-    ledger::Database database(ledger::ConnectionStringFor(invocation.database));
-    ledger::PrepareSchema(database, patience);
-    ledger::Session session{database, patience, ledger::Output(invocation.json)};
+    const std::unique_ptr<ledger::Database> database = ledger::OpenDatabase(invocation.database, patience);
+    ledger::PrepareSchema(*database, patience);
+    ledger::Session session{*database, patience, ledger::Output(invocation.json)};
     return invocation.command(session);
 }
 

@@ -1,5 +1,7 @@
 #include "ledger/core/Codes.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <array>
 #include <cwchar>

@@ -39,7 +39,7 @@ std::wstring GaplessIssuer::IssueOne(const Request& request) {
     NewCode tried; // by the attempt before
     return InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, [&] {
         // The INSERT looks whether the rule has changed; only the right to write must be taken before anything is read.
-        if (mvarWorkplace.database.HasOneWriter()) rules.Enter(mvarWorkplace.rule);
+        if (mvarWorkplace.database.EntersByWriting()) rules.Enter(mvarWorkplace.rule);
         if (WasStored(tried)) return tried.code;
         NewCode next = MakeNext(request);
         next.ticket = ticket;

@@ -1,5 +1,7 @@
 #include "ledger/core/Leases.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <array>
 

@@ -71,7 +71,7 @@ void Rules::Replace(StoredRule& rule) {
 
 void Rules::Enter(const StoredRule& rule) {
     bool unchanged = false;
-    if (mvarDatabase.HasOneWriter()) {
+    if (mvarDatabase.EntersByWriting()) {
         Statement& touch =
             mvarDatabase.Prepare(L"UPDATE kestrel_rules SET revision = revision WHERE id = ? AND revision = ?");
         touch.Set(rule.id).Set(rule.revision).Execute();

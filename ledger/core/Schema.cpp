@@ -7,19 +7,19 @@ namespace {
 constexpr std::int64_t Version = 1;
 
 const wchar_t* const Tables[] = {
-    L"CREATE TABLE IF NOT EXISTS kestrel_rules (id INTEGER NOT NULL PRIMARY KEY, name VARCHAR(120) NOT NULL UNIQUE, "
-    L"policy VARCHAR(8) NOT NULL, lease_size INTEGER NOT NULL, code_length INTEGER NOT NULL, "
-    L"revision INTEGER NOT NULL, definition TEXT NOT NULL)",
-    L"CREATE TABLE IF NOT EXISTS kestrel_codes (rule_id INTEGER NOT NULL, code VARCHAR(255) NOT NULL, "
-    L"state VARCHAR(8) NOT NULL, ticket VARCHAR(40) NOT NULL, stored_at VARCHAR(20) NOT NULL, fields TEXT NOT NULL, "
-    L"reason TEXT NOT NULL, PRIMARY KEY (rule_id, code))",
-    L"CREATE TABLE IF NOT EXISTS kestrel_numbers (rule_id INTEGER NOT NULL, band VARCHAR(120) NOT NULL, "
-    L"series VARCHAR(255) NOT NULL, number BIGINT NOT NULL, code VARCHAR(255) NOT NULL, "
+    L"CREATE TABLE IF NOT EXISTS kestrel_rules (id INTEGER NOT NULL PRIMARY KEY, name TEXT(120) NOT NULL UNIQUE, "
+    L"policy TEXT(8) NOT NULL, lease_size INTEGER NOT NULL, code_length INTEGER NOT NULL, "
+    L"revision INTEGER NOT NULL, definition LONGTEXT NOT NULL)",
+    L"CREATE TABLE IF NOT EXISTS kestrel_codes (rule_id INTEGER NOT NULL, code TEXT(255) NOT NULL, "
+    L"state TEXT(8) NOT NULL, ticket TEXT(40) NOT NULL, stored_at TEXT(20) NOT NULL, fields LONGTEXT NOT NULL, "
+    L"reason LONGTEXT NOT NULL, PRIMARY KEY (rule_id, code))",
+    L"CREATE TABLE IF NOT EXISTS kestrel_numbers (rule_id INTEGER NOT NULL, band TEXT(120) NOT NULL, "
+    L"series TEXT(255) NOT NULL, number BIGINT NOT NULL, code TEXT(255) NOT NULL, "
     L"PRIMARY KEY (rule_id, band, series, number))",
-    L"CREATE TABLE IF NOT EXISTS kestrel_leases (rule_id INTEGER NOT NULL, band VARCHAR(120) NOT NULL, "
-    L"series VARCHAR(255) NOT NULL, first_number BIGINT NOT NULL, last_number BIGINT NOT NULL, "
-    L"granted_to BIGINT NOT NULL, owner VARCHAR(80) NOT NULL, taken_at VARCHAR(20) NOT NULL, "
-    L"state VARCHAR(8) NOT NULL, PRIMARY KEY (rule_id, band, series, first_number))",
+    L"CREATE TABLE IF NOT EXISTS kestrel_leases (rule_id INTEGER NOT NULL, band TEXT(120) NOT NULL, "
+    L"series TEXT(255) NOT NULL, first_number BIGINT NOT NULL, last_number BIGINT NOT NULL, "
+    L"granted_to BIGINT NOT NULL, owner TEXT(80) NOT NULL, taken_at TEXT(20) NOT NULL, "
+    L"state TEXT(8) NOT NULL, PRIMARY KEY (rule_id, band, series, first_number))",
     // The last one: where it is, all are.
     L"CREATE TABLE IF NOT EXISTS kestrel_schema (version INTEGER NOT NULL PRIMARY KEY)",
 };
@@ -33,7 +33,7 @@ std::int64_t StoredVersion(Database& database) {
 bool MakeTables(Database& database) {
     if (database.HasTable(L"kestrel_schema") && StoredVersion(database) > 0) return false;
     for (const wchar_t* table : Tables)
-        database.Run(table);
+        database.Run(database.TableText(table));
     database.Prepare(L"INSERT INTO kestrel_schema (version) VALUES (?)").Set(Version).Execute();
     return true;
 }

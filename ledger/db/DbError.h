@@ -10,27 +10,29 @@ enum class Fault {
     Conflict,   // another transaction was in the way; the whole transaction may be tried again
     Busy,       // another program holds the database; trying again may help
     Lost,       // the connection is gone or cannot be made; whether a commit under way was stored is not known
+    Refused,    // the server is there and lets nobody in by that name and password, or has no such database
+    Standby,    // the server takes no changes, as one that follows another; that one, or a later time, may
     ReadOnly,   // the database takes no changes
     Full,       // no space left
     NoDatabase, // what was opened is no database, or is damaged
+    Replaced,   // the file that was opened is not the one of that name any more
+    Text,       // a text that the database cannot hold
     Other
 };
 
 class DbError final : public hosts::HostError {
   public:
-    // `state` is the five characters of the standard, `native` the engine's own number, `text` the driver's message.
-    DbError(const std::wstring& state, long native, const std::wstring& text);
+    // `text` is the engine's own message.
+    DbError(Fault kind, const std::wstring& text);
 
     [[nodiscard]] Fault Kind() const noexcept { return mvarKind; }
-    [[nodiscard]] const std::wstring& State() const noexcept { return mvarState; }
-    // Whether the same transaction may succeed when it is tried again, on a new connection after Lost.
+    // Whether the same transaction may succeed when it is tried again.
     [[nodiscard]] bool MayRetry() const noexcept;
+    // Whether another attempt needs another connection.
+    [[nodiscard]] bool NeedsConnection() const noexcept;
 
   private:
-    DbError(Fault kind, std::wstring state, const std::wstring& text);
-
     Fault mvarKind;
-    std::wstring mvarState;
 };
 
 } // namespace ledger

@@ -8,8 +8,11 @@ namespace ledger {
 
 namespace {
 
+using std::chrono::steady_clock;
+
 constexpr unsigned LongestPause = 200; // milliseconds
 constexpr unsigned Doublings = 7;
+constexpr std::chrono::milliseconds ShortestCall{1000};
 
 unsigned RandomUpTo(unsigned longest) {
     static std::minstd_rand generator(std::random_device{}());
@@ -18,9 +21,11 @@ unsigned RandomUpTo(unsigned longest) {
 
 } // namespace
 
+void Patience::Begin() noexcept { mvarEnd = steady_clock::now() + mvarLongest; }
+
 bool Patience::Wait() {
-    const auto now = std::chrono::steady_clock::now();
-    if (mvarAttempts == 0) mvarEnd = now + mvarLongest;
+    if (mvarEnd == steady_clock::time_point{}) Begin();
+    const auto now = steady_clock::now();
     if (now >= mvarEnd) return false;
     const unsigned longest = std::min(LongestPause, 2U << std::min(mvarAttempts, Doublings));
     ++mvarAttempts;
@@ -28,20 +33,53 @@ bool Patience::Wait() {
     return true;
 }
 
-bool PrepareRetry(Database& database, Patience& patience, OnUniqueKey onUniqueKey, const DbError& error) {
-    const bool isUniqueKey = error.Kind() == Fault::UniqueKey && onUniqueKey == OnUniqueKey::Retry;
-    const bool isLost = error.Kind() == Fault::Lost || database.IsDead();
-    if (!isUniqueKey && !isLost && !error.MayRetry()) return false;
-    if (!patience.Wait()) return false;
-    while (isLost) {
+Deadline Patience::ForCalls() const noexcept {
+    const auto each = std::max(mvarLongest / 2, ShortestCall);
+    return {std::max(mvarEnd, steady_clock::now() + ShortestCall), each};
+}
+
+void ConnectPatiently(Database& database, Patience& patience) {
+    for (;;) {
         try {
-            database.Reconnect();
-            return true;
-        } catch (const DbError&) { // not there yet
-            if (!patience.Wait()) return false;
+            database.Limit(patience.ForCalls());
+            return database.Connect();
+        } catch (const DbError& error) {
+            if (!error.MayRetry() || !patience.Wait()) throw;
         }
     }
-    return true;
 }
+
+Attempts::Attempts(Database& database, Patience patience, OnUniqueKey onUniqueKey)
+    : mvarDatabase(database), mvarPatience(patience), mvarOnUniqueKey(onUniqueKey) {
+    mvarPatience.Begin();
+    mvarDatabase.SetInDoubt(false);
+}
+
+void Attempts::Begin(Access access) {
+    mvarCommitting = false;
+    mvarDatabase.Limit(mvarPatience.ForCalls());
+    mvarDatabase.Begin(access);
+}
+
+void Attempts::Commit() {
+    mvarCommitting = true;
+    mvarDatabase.Commit();
+    mvarDatabase.SetInDoubt(false);
+}
+
+bool Attempts::MayRetry(const DbError& error) const {
+    return error.MayRetry() || mvarDatabase.IsDead() ||
+           (error.Kind() == Fault::UniqueKey && mvarOnUniqueKey == OnUniqueKey::Retry);
+}
+
+void Attempts::Failed(const DbError& error) {
+    const bool isLost = error.NeedsConnection() || mvarDatabase.IsDead();
+    if (isLost && mvarCommitting) mvarDatabase.SetInDoubt(true);
+    mvarDatabase.Rollback();
+    if (!MayRetry(error) || !mvarPatience.Wait()) throw error;
+    if (isLost) ConnectPatiently(mvarDatabase, mvarPatience);
+}
+
+void Attempts::GiveUp() noexcept { mvarDatabase.Rollback(); }
 
 } // namespace ledger

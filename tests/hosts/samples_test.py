@@ -77,33 +77,31 @@ class SampleTests:
                 self.check(policy, self.run_at_once(command("hosting_sample", self.sample(policy, CODES))))
                 self.empty()
 
-    def test_the_script(self):
-        made = run("hosting_sample", *self.sample("gapless", 0))
-        self.assertEqual((made.returncode, made.stderr), (0, ""))
-        probe = self.folder / "probe.vbs"
-        probe.write_text(PROBE)
-        result = run("kscript", path(probe), self.connection())
-        if result.returncode != 0:
-            self.skipTest(f"ADO does not work here: {result.stdout}{result.stderr}")
-        for policy in ("gapless", "fast"):
-            with self.subTest(policy=policy):
-                line = command("kscript", [path(SAMPLES / "host.vbs"), self.connection(), *self.sample(policy, CODES)[1:]])
-                self.check(policy, self.run_at_once(line))
-                self.empty()
-
     def empty(self):
         for table in ("codes", "numbers", "leases"):
             self.database.query(f"DELETE FROM {table}")
 
 
 class Sqlite(OnSqlite, SampleTests, SampleCase):
-    def connection(self):
-        return f"Driver=SQLite3;Database={self.database.file};Timeout=2000;"
+    pass
 
 
 class Postgres(OnPostgres, SampleTests, SampleCase):
-    def connection(self):
-        return self.database.name
+    """The script needs a driver of the system's own, which the embedded engine does without."""
+
+    def test_the_script(self):
+        made = run("hosting_sample", *self.sample("gapless", 0))
+        self.assertEqual((made.returncode, made.stderr), (0, ""))
+        probe = self.folder / "probe.vbs"
+        probe.write_text(PROBE)
+        result = run("kscript", path(probe), self.database.name)
+        if result.returncode != 0:
+            self.skipTest(f"ADO does not work here: {result.stdout}{result.stderr}")
+        for policy in ("gapless", "fast"):
+            with self.subTest(policy=policy):
+                line = command("kscript", [path(SAMPLES / "host.vbs"), self.database.name, *self.sample(policy, CODES)[1:]])
+                self.check(policy, self.run_at_once(line))
+                self.empty()
 
 
 if __name__ == "__main__":

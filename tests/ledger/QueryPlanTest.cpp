@@ -8,7 +8,7 @@
 #include "ledger/core/Codes.h"
 #include "ledger/core/Leases.h"
 #include "ledger/core/Schema.h"
-#include "ledger/db/ConnectionString.h"
+#include "ledger/db/Open.h"
 
 using namespace std::chrono_literals;
 
@@ -18,7 +18,7 @@ class QueryPlanTest : public testing::Test {
   protected:
     void SetUp() override {
         TearDown();
-        mvarDatabase = std::make_unique<ledger::Database>(ledger::ConnectionStringFor(mvarFile.wstring()));
+        mvarDatabase = ledger::OpenDatabase(mvarFile.wstring(), ledger::Patience(1s));
         ledger::PrepareSchema(*mvarDatabase, ledger::Patience(1s));
     }
     void TearDown() override {

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "ledger/db/ConnectionString.h"
+#include "ledger/db/Open.h"
 
 using namespace std::chrono_literals;
 using ledger::Database;
@@ -20,7 +20,8 @@ class TransactionTest : public testing::Test {
   protected:
     void SetUp() override {
         std::filesystem::remove(mvarFile);
-        mvarDatabase = std::make_unique<Database>(ledger::ConnectionStringFor(mvarFile.wstring()));
+        mvarDatabase = ledger::OpenDatabase(mvarFile.wstring(), Patience(1s));
+        mvarDatabase->Begin(ledger::Access::Write);
         mvarDatabase->Run(L"CREATE TABLE t (n INTEGER NOT NULL PRIMARY KEY, text VARCHAR(20))");
         mvarDatabase->Commit();
     }
@@ -113,10 +114,12 @@ TEST_F(TransactionTest, TextsComeBackAsTheyWentIn) {
 }
 
 TEST_F(TransactionTest, AConnectionCanBeMadeAnew) {
+    mvarDatabase->Begin(ledger::Access::Write);
     Insert(1);
-    mvarDatabase->Reconnect();
+    mvarDatabase->Connect();
     EXPECT_EQ(Count(), 0) << "what was not committed is undone";
     EXPECT_FALSE(mvarDatabase->IsDead());
+    mvarDatabase->Begin(ledger::Access::Read);
     EXPECT_TRUE(mvarDatabase->HasTable(L"t"));
     EXPECT_FALSE(mvarDatabase->HasTable(L"u"));
 }

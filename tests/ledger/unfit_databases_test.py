@@ -66,8 +66,8 @@ class UnfitDatabasesTest(unittest.TestCase):
             connection.close()
 
     def test_a_wrong_connection_string(self):
-        self.assert_unfit("Driver=No Such Driver;Database=x", cause="No Such Driver", code=1)
-        self.assert_unfit("DSN=none", cause="Data source name not found", code=1)
+        self.assert_unfit("Driver=No Such Driver;Database=x", cause="names no driver for PostgreSQL or MariaDB", code=1)
+        self.assert_unfit("DSN=none", cause="names no driver for PostgreSQL or MariaDB", code=1)
 
     def test_a_server_that_is_not_there(self):
         self.assert_unfit(f"Driver={{PostgreSQL Unicode}};Server=127.0.0.1;Port={free_port()};Database=x;Uid=x",

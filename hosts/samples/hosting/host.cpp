@@ -6,8 +6,7 @@
 #include "hosts/common/Console.h"
 #include "hosts/common/Rule.h"
 #include "hosts/common/TextFile.h"
-#include "ledger/db/ConnectionString.h"
-#include "ledger/db/Transaction.h"
+#include "ledger/db/Open.h"
 
 namespace {
 
@@ -130,7 +129,8 @@ class FastIssuer {
 int Run(const std::vector<std::wstring>& arguments) {
     if (arguments.size() != 4) throw hosts::HostError(L"usage: hosting_sample DATABASE RULE gapless|fast COUNT");
     const hosts::Apartment apartment;
-    Database database(ConnectionStringFor(arguments[0]));
+    const std::unique_ptr<Database> opened = OpenDatabase(arguments[0], Patience(30s));
+    Database& database = *opened;
     InTransaction(database, Patience(30s), OnUniqueKey::Retry, [&] {
         MakeTables(database);
         return true;

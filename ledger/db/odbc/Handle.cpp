@@ -1,4 +1,4 @@
-#include "ledger/db/Handle.h"
+#include "ledger/db/odbc/Handle.h"
 
 #include <array>
 #include <utility>
@@ -7,7 +7,7 @@ namespace ledger {
 
 Handle::Handle(SQLSMALLINT type, SQLHANDLE parent) : mvarType(type) {
     if (!SQL_SUCCEEDED(SQLAllocHandle(type, parent, &mvarHandle)))
-        throw DbError(L"HY001", 0, L"no ODBC handle; is the ODBC driver manager installed?");
+        throw DbError(Fault::Other, L"no ODBC handle; is the ODBC driver manager installed?");
 }
 
 Handle::Handle(Handle&& other) noexcept
@@ -23,19 +23,20 @@ Handle::~Handle() {
     if (mvarHandle != nullptr) SQLFreeHandle(mvarType, mvarHandle);
 }
 
-void Handle::Check(SQLRETURN code) const {
-    if (!SQL_SUCCEEDED(code) && code != SQL_NO_DATA) throw Failure();
+void Handle::Check(SQLRETURN code, const OdbcEngine* engine) const {
+    if (!SQL_SUCCEEDED(code) && code != SQL_NO_DATA) throw Failure(engine);
 }
 
-DbError Handle::Failure() const {
+DbError Handle::Failure(const OdbcEngine* engine) const {
     std::array<SQLWCHAR, 6> state{};
     std::array<SQLWCHAR, 1024> text{};
     SQLINTEGER native = 0;
     SQLSMALLINT length = 0;
     const SQLRETURN code = SQLGetDiagRecW(mvarType, mvarHandle, 1, state.data(), &native, text.data(),
                                           static_cast<SQLSMALLINT>(text.size()), &length);
-    if (!SQL_SUCCEEDED(code)) return {L"HY000", 0, L"the driver gives no reason"};
-    return {state.data(), native, text.data()};
+    if (!SQL_SUCCEEDED(code)) return {Fault::Other, L"the driver gives no reason"};
+    const Fault known = engine == nullptr ? Fault::Other : engine->classify(state.data(), native, text.data());
+    return {known == Fault::Other ? FaultOfDriver(state.data(), text.data()) : known, text.data()};
 }
 
 } // namespace ledger

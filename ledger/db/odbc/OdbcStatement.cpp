@@ -1,4 +1,4 @@
-#include "ledger/db/Statement.h"
+#include "ledger/db/odbc/OdbcStatement.h"
 
 #include <algorithm>
 #include <array>
@@ -14,22 +14,26 @@ SQLWCHAR* Writable(const std::wstring& text) { return const_cast<SQLWCHAR*>(text
 
 } // namespace
 
-Statement::Statement(SQLHDBC connection, const std::wstring& sql) : mvarHandle(SQL_HANDLE_STMT, connection) {
-    mvarHandle.Check(SQLPrepareW(mvarHandle.Get(), Writable(sql), SQL_NTS));
+OdbcStatement::OdbcStatement(OdbcSession& session, const std::wstring& sql)
+    : mvarSession(session), mvarHandle(SQL_HANDLE_STMT, session.Connection()), mvarSql(sql) {
+    mvarSession.Call(mvarHandle, [handle = mvarHandle.Get(), text = Writable(mvarSql)] {
+        return SQLPrepareW(handle, text, SQL_NTS);
+    });
 }
 
-Statement::Parameter& Statement::NextParameter() {
+OdbcStatement::Parameter& OdbcStatement::NextParameter() {
     if (mvarSet == mvarParameters.size()) mvarParameters.emplace_back();
     return mvarParameters[mvarSet++];
 }
 
-void Statement::Bind(SQLSMALLINT cType, SQLSMALLINT sqlType, std::size_t size, void* value,
+void OdbcStatement::Bind(SQLSMALLINT cType, SQLSMALLINT sqlType, std::size_t size, void* value,
                      Parameter& parameter) const {
     mvarHandle.Check(SQLBindParameter(mvarHandle.Get(), static_cast<SQLUSMALLINT>(mvarSet), SQL_PARAM_INPUT, cType,
-                                      sqlType, size, 0, value, 0, &parameter.length));
+                                      sqlType, size, 0, value, 0, &parameter.length),
+                     &mvarSession.Engine());
 }
 
-Statement& Statement::Set(const std::wstring& text) {
+Statement& OdbcStatement::Set(const std::wstring& text) {
     Parameter& parameter = NextParameter();
     parameter.text = text;
     parameter.length = static_cast<SQLLEN>(text.size() * sizeof(wchar_t));
@@ -39,7 +43,7 @@ Statement& Statement::Set(const std::wstring& text) {
     return *this;
 }
 
-Statement& Statement::Set(std::int64_t number) {
+Statement& OdbcStatement::Set(std::int64_t number) {
     Parameter& parameter = NextParameter();
     parameter.number = number;
     parameter.length = sizeof number;
@@ -47,31 +51,31 @@ Statement& Statement::Set(std::int64_t number) {
     return *this;
 }
 
-void Statement::Execute() {
+void OdbcStatement::Execute() {
     mvarSet = 0;
     Close();
-    mvarHandle.Check(SQLExecute(mvarHandle.Get()));
+    mvarSession.Call(mvarHandle, [handle = mvarHandle.Get()] { return SQLExecute(handle); });
 }
 
-std::int64_t Statement::Changed() const {
+std::int64_t OdbcStatement::Changed() const {
     SQLLEN count = 0;
-    mvarHandle.Check(SQLRowCount(mvarHandle.Get(), &count));
+    mvarHandle.Check(SQLRowCount(mvarHandle.Get(), &count), &mvarSession.Engine());
     return count;
 }
 
-bool Statement::Fetch() {
-    const SQLRETURN code = SQLFetch(mvarHandle.Get());
-    mvarHandle.Check(code);
+bool OdbcStatement::Fetch() {
+    const SQLRETURN code = SQLFetch(mvarHandle.Get()); // the driver has all rows already
+    mvarHandle.Check(code, &mvarSession.Engine());
     if (code == SQL_NO_DATA) Close();
     return code != SQL_NO_DATA;
 }
 
-std::wstring Statement::Text(SQLUSMALLINT column) const {
+std::wstring OdbcStatement::Text(unsigned column) const {
     std::wstring text;
     std::array<SQLWCHAR, 512> piece{};
     for (;;) {
         SQLLEN left = 0;
-        const SQLRETURN code = SQLGetData(mvarHandle.Get(), column, SQL_C_WCHAR, piece.data(), sizeof(piece), &left);
+        const SQLRETURN code = SQLGetData(mvarHandle.Get(), static_cast<SQLUSMALLINT>(column), SQL_C_WCHAR, piece.data(), sizeof(piece), &left);
         mvarHandle.Check(code);
         if (code == SQL_NO_DATA || left == SQL_NULL_DATA) return text;
         text += piece.data();
@@ -79,15 +83,15 @@ std::wstring Statement::Text(SQLUSMALLINT column) const {
     }
 }
 
-std::optional<std::int64_t> Statement::NumberIfAny(SQLUSMALLINT column) const {
+std::optional<std::int64_t> OdbcStatement::NumberIfAny(unsigned column) const {
     std::int64_t number = 0;
     SQLLEN length = 0;
-    mvarHandle.Check(SQLGetData(mvarHandle.Get(), column, SQL_C_SBIGINT, &number, sizeof number, &length));
+    mvarHandle.Check(SQLGetData(mvarHandle.Get(), static_cast<SQLUSMALLINT>(column), SQL_C_SBIGINT, &number, sizeof number, &length));
     return length == SQL_NULL_DATA ? std::nullopt : std::optional(number);
 }
 
-std::int64_t Statement::Number(SQLUSMALLINT column) const { return NumberIfAny(column).value_or(0); }
-
-void Statement::Close() noexcept { SQLFreeStmt(mvarHandle.Get(), SQL_CLOSE); }
+void OdbcStatement::Close() noexcept {
+    if (!mvarSession.IsStuck()) SQLFreeStmt(mvarHandle.Get(), SQL_CLOSE);
+}
 
 } // namespace ledger

@@ -7,7 +7,7 @@
 #include <sqlext.h>
 #include <sqlucode.h>
 
-#include "ledger/db/DbError.h"
+#include "ledger/db/odbc/Engine.h"
 
 namespace ledger {
 
@@ -23,11 +23,13 @@ class Handle {
     ~Handle();
 
     [[nodiscard]] SQLHANDLE Get() const noexcept { return mvarHandle; }
-    // Fails with DbError, made from the handle's first diagnostic record, unless the code is a success.
-    void Check(SQLRETURN code) const;
-    [[nodiscard]] DbError Failure() const;
+    // Fails with DbError, made from the handle's first diagnostic record, unless the code is a success. The engine's
+    // codes tell what it means; null where none is known yet.
+    void Check(SQLRETURN code, const OdbcEngine* engine = nullptr) const;
 
   private:
+    [[nodiscard]] DbError Failure(const OdbcEngine* engine) const;
+
     SQLSMALLINT mvarType = 0;
     SQLHANDLE mvarHandle = nullptr;
 };

@@ -1,0 +1,51 @@
+// What ODBC databases do differently: one description per engine.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ledger/db/Database.h"
+
+namespace ledger {
+
+struct OdbcEngine {
+    const wchar_t* product; // what the driver calls the server
+    // The user's connection string with what the ledger needs in it.
+    std::wstring (*connectionString)(const std::wstring& given);
+    // Run once on each new connection; each call of it may take so long.
+    std::vector<std::wstring> (*settings)(std::chrono::milliseconds each);
+    // What a failure means; Fault::Other where this engine's codes say nothing of it.
+    Fault (*classify)(const std::wstring& state, long native, const std::wstring& text);
+    // Run at the beginning of a transaction.
+    std::vector<const wchar_t*> beginRead;
+    std::vector<const wchar_t*> beginWrite;
+    // Types for texts: of up to %n characters, and longer ones.
+    const wchar_t* shortText;
+    const wchar_t* longText;
+    const wchar_t* tableEnd; // after the last bracket of a table definition
+    bool entersByWriting;
+    bool needsCatalogue; // tables are looked for in the current database only when it is named
+    // What the server tells of itself, through a function that returns the first column of a query's first row, or
+    // nothing when the server does not know it.
+    using Ask = std::function<std::wstring(const std::wstring& sql)>;
+    std::vector<EngineFact> (*facts)(const Ask& ask);
+};
+
+extern const OdbcEngine Postgres;
+extern const OdbcEngine MariaDb;
+
+// The engine that a connection string is for, as its driver's name tells; null when it does not.
+[[nodiscard]] const OdbcEngine* EngineOf(const std::wstring& connectionString);
+
+// Whether the text has the name in it, in any letter case.
+[[nodiscard]] bool Names(const std::wstring& text, const std::wstring& name);
+
+// The connection string with a setting added, unless it says something of it already.
+[[nodiscard]] std::wstring WithSetting(const std::wstring& connectionString, const std::wstring& name,
+                                       const std::wstring& value);
+
+// What the driver manager itself reports, whatever the engine.
+[[nodiscard]] Fault FaultOfDriver(const std::wstring& state, const std::wstring& text);
+
+} // namespace ledger

@@ -1,0 +1,176 @@
+#include "ledger/db/odbc/OdbcDatabase.h"
+
+#include <array>
+#include <utility>
+
+namespace ledger {
+
+namespace {
+
+// The driver manager takes numbers in the place of pointers.
+SQLPOINTER AsPointer(std::uintptr_t number) {
+    return reinterpret_cast<SQLPOINTER>(number); // NOLINT(performance-no-int-to-ptr): the interface's own way
+}
+
+void Replace(std::wstring& text, const std::wstring& part, const std::wstring& by) {
+    for (std::size_t at = text.find(part); at != std::wstring::npos; at = text.find(part, at + by.size()))
+        text.replace(at, part.size(), by);
+}
+
+// "TEXT(40)" becomes the type with its number in the place of "%n".
+void ReplaceShortTexts(std::wstring& definition, const std::wstring& type) {
+    const std::wstring mark = L"TEXT(";
+    for (std::size_t at = definition.find(mark); at != std::wstring::npos; at = definition.find(mark, at)) {
+        const std::size_t end = definition.find(L')', at);
+        std::wstring known = type;
+        Replace(known, L"%n", definition.substr(at + mark.size(), end - at - mark.size()));
+        definition.replace(at, end + 1 - at, known);
+        at += known.size();
+    }
+}
+
+} // namespace
+
+struct OdbcDatabase::Open {
+    Open(SQLHENV environment, const OdbcEngine& engine) : session(environment, engine) {}
+
+    OdbcSession session;
+    std::map<std::wstring, OdbcStatement> statements;
+};
+
+OdbcDatabase::OdbcDatabase(std::wstring connectionString, const OdbcEngine& engine)
+    : mvarEngine(engine), mvarConnectionString(engine.connectionString(connectionString)),
+      mvarEnvironment(SQL_HANDLE_ENV, SQL_NULL_HANDLE),
+      mvarDeadline{std::chrono::steady_clock::time_point::max(), std::chrono::hours(24)},
+      mvarOpen(nullptr, [](Open* open) { delete open; }) {
+    mvarEnvironment.Check(SQLSetEnvAttr(mvarEnvironment.Get(), SQL_ATTR_ODBC_VERSION, AsPointer(SQL_OV_ODBC3), 0));
+}
+
+OdbcDatabase::~OdbcDatabase() {
+    Rollback();
+    Disconnect();
+}
+
+// What a call that never returned still uses is left to the end of the process.
+void OdbcDatabase::Disconnect() noexcept {
+    if (!mvarOpen) return;
+    mvarOpen->statements.clear();
+    if (!mvarOpen->session.IsStuck()) {
+        try {
+            mvarOpen->session.Limit({std::chrono::steady_clock::now() + std::chrono::seconds(2), std::chrono::seconds(2)});
+            mvarOpen->session.Call([connection = mvarOpen->session.Connection()] { return SQLDisconnect(connection); });
+        } catch (const DbError&) { // it is gone one way or the other
+        }
+    }
+    if (mvarOpen->session.IsStuck()) static_cast<void>(mvarOpen.release());
+    mvarOpen.reset();
+}
+
+void OdbcDatabase::Connect() {
+    Disconnect();
+    std::unique_ptr<Open, void (*)(Open*)> open(new Open(mvarEnvironment.Get(), mvarEngine), mvarOpen.get_deleter());
+    OdbcSession& session = open->session;
+    session.Limit(mvarDeadline);
+    try {
+        session.Call([connection = session.Connection(), text = std::make_shared<std::wstring>(mvarConnectionString)] {
+            return SQLDriverConnectW(connection, nullptr, text->data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+        });
+        CheckProduct(session);
+        for (const std::wstring& setting : mvarEngine.settings(mvarDeadline.each))
+            OdbcStatement(session, setting).Execute();
+        session.Call([connection = session.Connection()] {
+            return SQLSetConnectAttrW(connection, SQL_ATTR_AUTOCOMMIT, AsPointer(SQL_AUTOCOMMIT_OFF), 0);
+        });
+    } catch (...) {
+        if (session.IsStuck()) static_cast<void>(open.release());
+        throw;
+    }
+    mvarOpen = std::move(open);
+}
+
+void OdbcDatabase::CheckProduct(OdbcSession& session) const {
+    std::array<SQLWCHAR, 64> name{};
+    SQLSMALLINT length = 0;
+    const SQLRETURN code = SQLGetInfoW(session.Connection(), SQL_DBMS_NAME, name.data(), sizeof(name), &length);
+    if (!SQL_SUCCEEDED(code)) throw DbError(Fault::Lost, L"the server does not tell its name");
+    const std::wstring product = name.data();
+    if (!Names(product, mvarEngine.product) && !(&mvarEngine == &MariaDb && Names(product, L"MySQL")))
+        throw hosts::HostError(L"the server is \"" + product + L"\"; the ledger works with PostgreSQL and MariaDB");
+}
+
+void OdbcDatabase::Limit(const Deadline& deadline) noexcept {
+    mvarDeadline = deadline;
+    if (mvarOpen) mvarOpen->session.Limit(deadline);
+}
+
+OdbcSession& OdbcDatabase::Session() {
+    if (!mvarOpen) Connect();
+    return mvarOpen->session;
+}
+
+Statement& OdbcDatabase::Prepare(const std::wstring& sql) {
+    OdbcSession& session = Session();
+    const auto known = mvarOpen->statements.find(sql);
+    if (known != mvarOpen->statements.end()) return known->second;
+    return mvarOpen->statements.try_emplace(sql, session, sql).first->second;
+}
+
+void OdbcDatabase::Begin(Access access) {
+    for (const wchar_t* statement : access == Access::Read ? mvarEngine.beginRead : mvarEngine.beginWrite)
+        Run(statement);
+}
+
+void OdbcDatabase::Commit() {
+    OdbcSession& session = Session();
+    session.Call([connection = session.Connection()] { return SQLEndTran(SQL_HANDLE_DBC, connection, SQL_COMMIT); });
+}
+
+void OdbcDatabase::Rollback() noexcept {
+    if (!mvarOpen || mvarOpen->session.IsStuck()) return;
+    for (auto& [sql, statement] : mvarOpen->statements)
+        statement.Close();
+    try {
+        mvarOpen->session.Call([connection = mvarOpen->session.Connection()] {
+            return SQLEndTran(SQL_HANDLE_DBC, connection, SQL_ROLLBACK);
+        });
+    } catch (const DbError&) { // the server undoes it when it finds the connection gone
+    }
+}
+
+bool OdbcDatabase::IsDead() const noexcept {
+    if (!mvarOpen || mvarOpen->session.IsStuck()) return true;
+    SQLUINTEGER dead = SQL_CD_FALSE;
+    const SQLRETURN code =
+        SQLGetConnectAttrW(mvarOpen->session.Connection(), SQL_ATTR_CONNECTION_DEAD, &dead, sizeof dead, nullptr);
+    return SQL_SUCCEEDED(code) && dead == SQL_CD_TRUE;
+}
+
+bool OdbcDatabase::HasTable(const std::wstring& name) {
+    const std::wstring schema = mvarEngine.needsCatalogue ? L"DATABASE()" : L"CURRENT_SCHEMA()";
+    Statement& tables =
+        Prepare(L"SELECT 1 FROM information_schema.tables WHERE table_schema = " + schema + L" AND table_name = ?");
+    return tables.Set(name).First([](const Statement&) { return true; }).has_value();
+}
+
+std::wstring OdbcDatabase::TableText(std::wstring definition) const {
+    // The short type's own text may hold the longer one's name.
+    Replace(definition, L"LONGTEXT", L"\1");
+    ReplaceShortTexts(definition, mvarEngine.shortText);
+    Replace(definition, L"\1", mvarEngine.longText);
+    return definition.starts_with(L"CREATE TABLE") ? definition + mvarEngine.tableEnd : definition;
+}
+
+std::wstring OdbcDatabase::Ask(const std::wstring& sql) {
+    try {
+        return Prepare(sql).First([](const Statement& row) { return row.Text(1); }).value_or(L"");
+    } catch (const DbError& error) {
+        if (error.Kind() != Fault::Other) throw;
+        return {};
+    }
+}
+
+std::vector<EngineFact> OdbcDatabase::Facts() {
+    return mvarEngine.facts([this](const std::wstring& sql) { return Ask(sql); });
+}
+
+} // namespace ledger
