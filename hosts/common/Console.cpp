@@ -20,7 +20,7 @@ namespace {
 void Write(std::FILE* stream, std::wstring_view text) {
     const std::string bytes = ToUtf8(text);
     if (std::fwrite(bytes.data(), 1, bytes.size(), stream) != bytes.size() && stream == stdout)
-        throw HostError(L"standard output takes nothing any more");
+        throw OutputError(L"standard output takes nothing any more");
 }
 
 struct FreeLocal {
@@ -40,7 +40,7 @@ void PrintText(std::wstring_view text) { Write(stdout, text); }
 void PrintLine(std::wstring_view line) { PrintText(std::wstring(line) + L'\n'); }
 
 void FlushOut() {
-    if (std::fflush(stdout) != 0) throw HostError(L"standard output takes nothing any more");
+    if (std::fflush(stdout) != 0) throw OutputError(L"standard output takes nothing any more");
 }
 
 void ReportText(std::wstring_view text) {

@@ -24,4 +24,10 @@ class RecordError : public HostError {
     using HostError::HostError;
 };
 
+// Nobody takes the program's output any more.
+class OutputError final : public HostError {
+  public:
+    using HostError::HostError;
+};
+
 } // namespace hosts

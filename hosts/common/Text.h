@@ -9,4 +9,14 @@ namespace hosts {
 // Line breaks and what stands around them become "; ", so that a message of several lines is one.
 [[nodiscard]] std::wstring OneLine(std::wstring_view message);
 
+// The text with what could end a line or play with a console written out: a line feed becomes \n, a tab \t, any other
+// control character and the separators of lines and paragraphs \u and four digits.
+[[nodiscard]] std::wstring Shown(std::wstring_view text);
+
+// Whether the text has a character in it that Shown would write out.
+[[nodiscard]] bool HasControl(std::wstring_view text) noexcept;
+
+// Whether the text is whole: no NUL, and no half of a surrogate pair.
+[[nodiscard]] bool IsWhole(std::wstring_view text) noexcept;
+
 } // namespace hosts

@@ -65,6 +65,8 @@ std::wstring Decode(std::string_view bytes, const std::wstring& path) {
 std::wstring ReadTextFile(const std::wstring& path, std::optional<unsigned> codePage) {
     const std::string bytes = ReadBytes(path);
     if (!codePage) return Decode(bytes, path);
+    constexpr unsigned utf8 = 65001;
+    if (*codePage == utf8) return Decode(bytes, path); // its byte order mark is none of the text
     if (auto text = FromCodePage(bytes, *codePage)) return *std::move(text);
     throw HostError(L"\"" + path + L"\" is not in code page " + std::to_wstring(*codePage));
 }

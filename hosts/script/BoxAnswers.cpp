@@ -3,8 +3,8 @@
 #include <array>
 
 #include "hosts/common/Console.h"
-#include "hosts/common/Text.h"
 #include "hosts/common/HostError.h"
+#include "hosts/common/Text.h"
 
 namespace hosts::script {
 

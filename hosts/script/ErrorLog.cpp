@@ -1,8 +1,8 @@
 #include "hosts/script/ErrorLog.h"
 
 #include "hosts/common/Console.h"
-#include "hosts/common/Text.h"
 #include "hosts/common/ExceptionTexts.h"
+#include "hosts/common/Text.h"
 
 namespace hosts::script {
 

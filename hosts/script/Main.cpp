@@ -1,7 +1,7 @@
 // Runs VBScript and JScript files on a console, with the events of automation objects.
 #include "hosts/common/Console.h"
-#include "hosts/common/Text.h"
 #include "hosts/common/Dispatch.h"
+#include "hosts/common/Text.h"
 #include "hosts/script/Session.h"
 
 namespace {

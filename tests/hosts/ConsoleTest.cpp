@@ -18,3 +18,18 @@ TEST(ConsoleTest, Utf8BothWays) {
     EXPECT_FALSE(hosts::FromUtf8("Z\xFCrich"));
     EXPECT_EQ(hosts::FromUtf8(""), L"");
 }
+
+TEST(ConsoleTest, WhatCouldForgeALineIsWrittenOut) {
+    EXPECT_EQ(hosts::Shown(L"a\r\n\tb\x1B\x7F\u2028"), L"a\\r\\n\\tb\\u001b\\u007f\\u2028");
+    EXPECT_EQ(hosts::Shown(L"Z\u00FCrich \\n"), L"Z\u00FCrich \\n") << "everything else stays";
+    EXPECT_TRUE(hosts::HasControl(L"a\tb"));
+    EXPECT_FALSE(hosts::HasControl(L"a b"));
+}
+
+TEST(ConsoleTest, HalvesOfPairsAreNotWhole) {
+    EXPECT_TRUE(hosts::IsWhole(L"a\xD83D\xDE00z"));
+    EXPECT_FALSE(hosts::IsWhole(L"a\xD83D"));
+    EXPECT_FALSE(hosts::IsWhole(L"\xDE00z"));
+    EXPECT_FALSE(hosts::IsWhole(L"\xDE00\xD83D"));
+    EXPECT_FALSE(hosts::IsWhole(std::wstring_view(L"a\0z", 3)));
+}
