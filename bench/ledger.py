@@ -110,8 +110,8 @@ class Bench:
     def prefill(self, rule, first, last):
         numbers = PREFILL[type(self.database).__name__].format(first=first, last=last)
         code = "'2024-' || SUBSTR(CAST(1000000000 + i AS VARCHAR(10)), 2)"
-        self.database.query(f"INSERT INTO kestrel_codes {numbers} SELECT {rule}, {code}, 'issued', '', '', '{{}}', '' FROM n")
-        self.database.query(f"INSERT INTO kestrel_numbers {numbers} SELECT {rule}, 'Number', '2024-?????????', i, {code} FROM n")
+        self.database.query(f"INSERT INTO kestrel_codes {numbers} SELECT {rule}, {code}, {code}, 1, 'issued', 0, '', '{{}}' FROM n")
+        self.database.query(f"INSERT INTO kestrel_numbers {numbers} SELECT {rule}, 'Number', '2024-?????????', i, {code}, 0, 0, '' FROM n")
         self.database.query("ANALYZE")
 
     def hold(self, codes):

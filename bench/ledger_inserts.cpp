@@ -19,8 +19,10 @@ constexpr std::int64_t NoRule = 0;
 
 void StoreOne(ledger::Codes& codes, const std::wstring& series, std::int64_t number) {
     const std::wstring code = series + std::to_wstring(number);
-    const ledger::NewCode row{code, L"0123456789abcdef-1", L"{\"Year\":\"2024\"}", {{L"Number", series, number}}};
-    codes.Add({&row, 1}, L"issued");
+    ledger::NewCode row;
+    row.row = {code, code, 0, L"issued", 0, L"2024-05-06T07:08:09Z", L"{\"Year\":\"2024\"}"};
+    row.numbers.push_back({{L"Number", series, number}, 0, 0, std::wstring(64, L'0')});
+    codes.Add({&row, 1});
 }
 
 int Run(const std::vector<std::wstring>& arguments) {

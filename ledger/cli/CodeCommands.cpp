@@ -1,19 +1,42 @@
-// preview, explain, void
+// preview, explain, void, find
 #include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
 #include "ledger/cli/Fields.h"
+#include "ledger/core/Codes.h"
+#include "ledger/core/Journal.h"
+#include "ledger/core/Json.h"
 #include "ledger/core/Preview.h"
+#include "ledger/core/Voiding.h"
 
 namespace ledger {
 
 namespace {
 
-std::optional<StoredCode> FindCode(Session& session, const StoredRule& rule, const std::wstring& code) {
-    Codes codes(session.database, rule.id);
-    return InTransaction(session.database, session.patience, OnUniqueKey::Fail,
-                         [&codes, &code] { return codes.Find(code); });
+// A code with what the ledger knows of it; the definition is the one that made it, the newest for a code not stored.
+struct KnownCode {
+    std::optional<CodeRow> row;
+    std::optional<Act> voided;
+    Definition definition;
+};
+
+KnownCode FindCode(Session& session, const StoredRule& rule, const std::wstring& code) {
+    return InSnapshot(session.database, session.patience, [&] {
+        KnownCode known{Codes(session.database, rule.id).Find(code), std::nullopt, rule.definition};
+        if (!known.row) return known;
+        if (known.row->voidAct > 0) known.voided = Journal(session.database, rule.id).At(known.row->voidAct);
+        for (Definition& definition : Rules(session.database).Definitions(rule.id))
+            if (definition.number == known.row->definition) known.definition = std::move(definition);
+        return known;
+    });
 }
+
+// What the definition makes of the code; nothing of one that was made by a definition that was not kept.
+struct Parts {
+    FieldValues fields;
+    FieldValues bands;
+};
 
 FieldValues BandValues(CodeMaker& maker) {
     FieldValues values;
@@ -22,77 +45,105 @@ FieldValues BandValues(CodeMaker& maker) {
     return values;
 }
 
-Json StateJson(const std::optional<StoredCode>& stored) {
-    if (!stored) return "unknown";
-    return ToJson(stored->state);
+Parts PartsOf(const KnownCode& known, const std::wstring& code) {
+    if (known.row && known.row->definition == 0) return {};
+    CodeMaker maker(known.definition.text);
+    maker.Rule().TakeApart(code);
+    return {maker.Values(), BandValues(maker)};
 }
 
-void PrintExplained(const std::optional<StoredCode>& stored, const FieldValues& values, const FieldValues& bands) {
-    Table table({L"PART", L"NAME", L"VALUE"});
+void AddRows(Table& table, const std::wstring& part, const FieldValues& values) {
     for (const auto& [name, value] : values)
-        table.Add({L"field", name, value});
-    for (const auto& [name, value] : bands)
-        table.Add({L"band", name, value});
-    if (stored)
-        for (const auto& [name, value] : FieldsOf(stored->fields))
-            table.Add({L"stored", name, value});
+        table.Add({part, hosts::Shown(name), hosts::Shown(value)});
+}
+
+void PrintExplained(const KnownCode& known, const Parts& parts) {
+    Table table({L"PART", L"NAME", L"VALUE"});
+    AddRows(table, L"field", parts.fields);
+    AddRows(table, L"band", parts.bands);
+    if (known.row) AddRows(table, L"stored", FieldsOf(known.row->fields));
     for (const std::wstring& line : table.Lines())
         hosts::PrintLine(line);
-    if (!stored) hosts::PrintLine(L"not in the ledger");
-    if (stored)
-        hosts::PrintLine(stored->state + L" " + stored->storedAt + (stored->reason.empty() ? L"" : L": ") +
-                         stored->reason);
+    if (!known.row) return hosts::PrintLine(L"not in the ledger");
+    hosts::PrintLine(known.row->origin + L" " + known.row->storedAt + L" by definition " +
+                     std::to_wstring(known.row->definition) + L", ticket " + known.row->ticket);
+    if (known.voided)
+        hosts::PrintLine(L"void " + known.voided->at + L" by " + known.voided->by + L": " +
+                         hosts::Shown(known.voided->detail));
+}
+
+Json ExplainedJson(const StoredRule& rule, const std::wstring& code, const KnownCode& known, const Parts& parts) {
+    Json json = {{"code", ToJson(code)},
+                 {"rule", ToJson(rule.name)},
+                 {"state", known.row ? ToJson(known.row->State()) : Json("unknown")},
+                 {"definition", known.row ? known.row->definition : known.definition.number},
+                 {"fields", ToJson(parts.fields)},
+                 {"bands", ToJson(parts.bands)}};
+    if (!known.row) return json;
+    json["stored"] = ToJson(FieldsOf(known.row->fields));
+    json["storedAt"] = ToJson(known.row->storedAt);
+    json["ticket"] = ToJson(known.row->ticket);
+    if (!known.voided) return json;
+    json["reason"] = ToJson(known.voided->detail);
+    json["voidAt"] = ToJson(known.voided->at);
+    json["voidBy"] = ToJson(known.voided->by);
+    return json;
 }
 
 } // namespace
 
 int PreviewCommand(Session& session, const PreviewOptions& options) {
     const StoredRule rule = ResolveRule(session, options.rule);
-    CodeMaker maker(rule.definition);
+    CodeMaker maker(rule.definition.text);
     const FieldValues values = ParseFields(maker, options.fields);
+    RefuseUnfit(values);
     for (const std::wstring& code :
          PreviewCodes({session.database, rule, maker, session.patience}, values, options.count))
-        session.output.Line(code, {{"code", ToJson(code)}});
+        session.output.Line(hosts::Shown(code), {{"code", ToJson(code)}});
     return ExitDone;
 }
 
 int ExplainCommand(Session& session, const CodeOptions& options) {
     const StoredRule rule = ResolveRuleOfCode(session, options.rule, options.code);
-    CodeMaker maker(rule.definition);
-    maker.Rule().TakeApart(options.code);
-    const auto stored = FindCode(session, rule, options.code);
-    const FieldValues values = maker.Values();
-    const FieldValues bands = BandValues(maker);
-    if (!session.output.IsJson()) {
-        PrintExplained(stored, values, bands);
-        return ExitDone;
-    }
-    Json json = {{"code", ToJson(options.code)},
-                 {"rule", ToJson(rule.name)},
-                 {"state", StateJson(stored)},
-                 {"fields", ToJson(values)},
-                 {"bands", ToJson(bands)}};
-    if (stored) json["stored"] = ToJson(FieldsOf(stored->fields));
-    if (stored) json["storedAt"] = ToJson(stored->storedAt);
-    if (stored && !stored->reason.empty()) json["reason"] = ToJson(stored->reason);
-    hosts::PrintLine(JsonText(json));
+    const KnownCode known = FindCode(session, rule, options.code);
+    const Parts parts = PartsOf(known, options.code);
+    if (session.output.IsJson())
+        hosts::PrintLine(JsonText(ExplainedJson(rule, options.code, known, parts)));
+    else
+        PrintExplained(known, parts);
     return ExitDone;
 }
 
 int VoidCode(Session& session, const CodeOptions& options) {
     const StoredRule rule = ResolveRuleOfCode(session, options.rule, options.code);
-    Codes codes(session.database, rule.id);
-    InTransaction(session.database, session.patience, OnUniqueKey::Fail, [&] {
-        Rules(session.database).Enter(rule);
-        const auto stored = codes.Find(options.code);
-        if (!stored) throw hosts::HostError(L"code " + options.code + L" is not in the ledger of rule " + rule.name);
-        if (stored->state == L"void")
-            throw hosts::HostError(L"code " + options.code + L" is void already: " + stored->reason);
-        codes.Void(options.code, options.reason);
-        return true;
-    });
-    session.output.Line(L"void: " + options.code,
+    VoidCodeOf(session.database, session.patience, rule, options.code, options.reason);
+    session.output.Line(L"void: " + hosts::Shown(options.code),
                         {{"code", ToJson(options.code)}, {"state", "void"}, {"reason", ToJson(options.reason)}});
+    return ExitDone;
+}
+
+int FindTicket(Session& session, const FindOptions& options) {
+    using Found = std::vector<std::pair<StoredRule, CodeRow>>;
+    const Found found = InSnapshot(session.database, session.patience, [&] {
+        Found codes;
+        for (const StoredRule& rule : Rules(session.database).All())
+            if (options.rule.empty() || options.rule == rule.name)
+                if (auto code = Codes(session.database, rule.id).OfTicket(options.ticket))
+                    codes.emplace_back(rule, *std::move(code));
+        return codes;
+    });
+    if (found.empty())
+        throw hosts::HostError(L"no code has ticket \"" + options.ticket +
+                               L"\"; the request can be made again with the same key");
+    for (const auto& [rule, code] : found)
+        session.output.Line(hosts::Shown(code.code) + L'\t' + hosts::Shown(rule.name) + L'\t' + code.State() + L'\t' +
+                                code.storedAt,
+                            {{"code", ToJson(code.code)},
+                             {"rule", ToJson(rule.name)},
+                             {"state", ToJson(code.State())},
+                             {"storedAt", ToJson(code.storedAt)},
+                             {"ticket", ToJson(code.ticket)},
+                             {"fields", ToJson(FieldsOf(code.fields))}});
     return ExitDone;
 }
 

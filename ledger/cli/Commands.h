@@ -28,6 +28,18 @@ struct IssueOptions {
     wchar_t separator = L',';
     std::optional<unsigned> codePage;
     bool keepOtherColumns = false;
+    std::wstring key;       // of the one record of `fields`; empty: none was given
+    std::wstring keyColumn; // of the file; empty: none was given
+};
+
+struct FindOptions {
+    std::wstring rule; // empty: all
+    std::wstring ticket;
+};
+
+struct LeaseOptions {
+    std::wstring rule;
+    std::wstring owner; // machine:process; empty: every owner
 };
 
 struct PreviewOptions {
@@ -53,6 +65,9 @@ struct AdoptOptions {
 struct AuditOptions {
     std::wstring rule;
     unsigned warnPercent = 10; // of a band's room that must be left
+    std::wstring writeHeads;   // a file for the newest seals; empty: none
+    std::wstring against;      // such a file of before; empty: none
+    bool repair = false;
 };
 
 int ImportRule(Session& session, const ImportOptions& options);
@@ -64,6 +79,11 @@ int ExplainCommand(Session& session, const CodeOptions& options);
 int AdoptCodes(Session& session, const AdoptOptions& options);
 int AuditRule(Session& session, const AuditOptions& options);
 int VoidCode(Session& session, const CodeOptions& options);
+int FindTicket(Session& session, const FindOptions& options);
+int RuleHistory(Session& session, const std::wstring& name);
+int CloseLeases(Session& session, const LeaseOptions& options);
+int Doctor(Session& session);
+int Upgrade(Session& session);
 int DesignRule(Session& session, const std::wstring& name);
 
 } // namespace ledger

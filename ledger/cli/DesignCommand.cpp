@@ -3,7 +3,7 @@
 #include "hosts/common/Text.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
-#include "ledger/core/DefinitionChange.h"
+#include "ledger/core/RuleChange.h"
 
 namespace ledger {
 
@@ -17,10 +17,11 @@ constexpr DISPID GetSettingsEvent = 12;
 bool Store(Session& session, StoredRule& rule, const std::wstring& definition) {
     try {
         CodeMaker maker(definition);
-        StoredRule changed = rule;
-        changed.definition = definition;
-        ChangeDefinition(session, changed, maker);
-        rule = changed;
+        RuleChange change;
+        change.name = rule.name;
+        change.definition = definition;
+        change.revision = rule.revision;
+        rule = ChangeRule(session.database, session.patience, change, maker).rule;
         return true;
     } catch (const hosts::HostError& error) {
         hosts::ReportLine(L"not saved: " + hosts::OneLine(error.Message()));
@@ -32,7 +33,7 @@ bool Store(Session& session, StoredRule& rule, const std::wstring& definition) {
 
 int DesignRule(Session& session, const std::wstring& name) {
     StoredRule rule = ResolveRule(session, name);
-    CodeMaker maker(rule.definition);
+    CodeMaker maker(rule.definition.text);
     bool changed = false;
     bool refused = false; // the last time that something was to be saved
     const hosts::Rule& shown = maker.Rule();
@@ -44,7 +45,7 @@ int DesignRule(Session& session, const std::wstring& name) {
     shown.Events().On(SaveEvent, [&](const hosts::EventArguments& arguments) {
         refused = !Store(session, rule, arguments.Text(0));
         changed = changed || !refused;
-        if (!refused) held = rule.definition;
+        if (!refused) held = rule.definition.text;
         arguments.SetFlag(1, !refused);
     });
     const hosts::Variant title(L"Rule " + rule.name);

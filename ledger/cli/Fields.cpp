@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "hosts/common/Text.h"
+
 namespace ledger {
 
 namespace {
@@ -49,6 +51,13 @@ FieldValues PairFields(const std::vector<std::wstring>& columns, const hosts::Cs
     for (std::size_t column = 0; column < columns.size(); ++column)
         values.emplace_back(columns[column], record.fields[column]);
     return values;
+}
+
+void RefuseUnfit(const FieldValues& values) {
+    for (const auto& [name, value] : values)
+        if (!hosts::IsWhole(value))
+            throw hosts::RecordError(L"the value of " + name +
+                                     L" has a NUL or half a surrogate pair in it; give it without");
 }
 
 FieldValues KnownTo(const CodeMaker& maker, const FieldValues& values) {

@@ -19,6 +19,9 @@ void CheckColumns(const CodeMaker& maker, const std::vector<std::wstring>& colum
 // The record's fields beside their columns; fails with RecordError when there are more or fewer.
 [[nodiscard]] FieldValues PairFields(const std::vector<std::wstring>& columns, const hosts::CsvRecord& record);
 
+// Fails with RecordError on a value that no table can hold as it is: one with a NUL or half a surrogate pair in it.
+void RefuseUnfit(const FieldValues& values);
+
 // Those that the rule knows.
 [[nodiscard]] FieldValues KnownTo(const CodeMaker& maker, const FieldValues& values);
 

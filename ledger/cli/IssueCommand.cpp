@@ -9,66 +9,187 @@
 #include "ledger/cli/ExitCode.h"
 #include "ledger/cli/Fields.h"
 #include "ledger/cli/Progress.h"
+#include "ledger/cli/StopSignal.h"
 #include "ledger/core/Issuer.h"
+#include "ledger/core/Json.h"
+#include "ledger/core/Stamp.h"
 
 namespace ledger {
 
 namespace {
 
+constexpr std::size_t LongestKey = 120;
+
 struct Line {
     std::size_t number = 0;
     FieldValues values;
+    std::wstring key;
+    bool isGiven = false; // the key; otherwise it is the ledger's own
     std::wstring refusal; // why it cannot even be tried
 };
 
 struct Totals {
     std::size_t issued = 0;
+    std::size_t before = 0; // of them, those that had their code already
     std::size_t refused = 0;
 };
 
+void CheckKey(const std::wstring& key) {
+    if (key.empty()) throw hosts::RecordError(L"the key is empty; every record needs one of its own");
+    if (key.size() > LongestKey)
+        throw hosts::RecordError(L"the key is " + std::to_wstring(key.size()) +
+                                 L" characters long; the ledger keeps up to " + std::to_wstring(LongestKey));
+    if (hosts::HasControl(key)) throw hosts::RecordError(L"the key has a control character in it");
+    RefuseUnfit({{L"key", key}});
+}
+
+std::vector<std::wstring> WithoutKey(std::vector<std::wstring> columns, const std::wstring& keyColumn) {
+    std::erase(columns, keyColumn);
+    return columns;
+}
+
+Line OneLine(const CodeMaker& maker, const IssueOptions& options) {
+    Line line{1, ParseFields(maker, options.fields), options.key, !options.key.empty(), {}};
+    if (line.isGiven) CheckKey(line.key);
+    RefuseUnfit(line.values);
+    return line;
+}
+
+Line LineOf(const hosts::CsvTable& table, const hosts::CsvRecord& record, const FieldValues& given,
+            const std::wstring& keyColumn) {
+    Line line{record.line, given, {}, !keyColumn.empty(), {}};
+    try {
+        std::ranges::move(PairFields(table.columns, record), std::back_inserter(line.values));
+        RefuseUnfit(line.values);
+        if (!line.isGiven) return line;
+        const auto at = std::ranges::find(table.columns, keyColumn) - table.columns.begin();
+        line.key = record.fields[static_cast<std::size_t>(at)];
+        CheckKey(line.key);
+    } catch (const hosts::RecordError& error) {
+        line.refusal = error.Message();
+    }
+    return line;
+}
+
 std::vector<Line> ReadLines(const CodeMaker& maker, const IssueOptions& options) {
-    if (options.file.empty()) return {{1, ParseFields(maker, options.fields), {}}};
+    if (options.file.empty()) return {OneLine(maker, options)};
     const hosts::CsvTable table =
         hosts::ParseCsv(hosts::ReadTextFile(options.file, options.codePage), options.separator);
-    CheckColumns(maker, table.columns, options.keepOtherColumns);
+    if (!options.keyColumn.empty() && std::ranges::find(table.columns, options.keyColumn) == table.columns.end())
+        throw hosts::HostError(L"the file has no column \"" + options.keyColumn + L"\"; check --key-column");
+    CheckColumns(maker, WithoutKey(table.columns, options.keyColumn), options.keepOtherColumns);
     const FieldValues given = ParseFields(maker, options.fields);
     std::vector<Line> lines;
-    for (const hosts::CsvRecord& record : table.records) {
-        Line line{record.line, given, {}};
-        try {
-            std::ranges::move(PairFields(table.columns, record), std::back_inserter(line.values));
-        } catch (const hosts::RecordError& error) {
-            line.refusal = error.Message();
-        }
-        lines.push_back(std::move(line));
-    }
+    for (const hosts::CsvRecord& record : table.records)
+        lines.push_back(LineOf(table, record, given, options.keyColumn));
     return lines;
 }
 
-void PrintIssued(const Session& session, const Line& line, const std::wstring& code) {
-    std::wstring plain = code;
-    for (const auto& [name, value] : line.values)
-        plain += L'\t' + value;
-    session.output.Line(plain, {{"code", ToJson(code)}, {"line", line.number}, {"fields", ToJson(line.values)}});
-}
+// Issues the lines and shows what became of each; what is stored and could not be shown is named at the end.
+class Run {
+  public:
+    Run(Session& session, const CodeMaker& maker, Issuer& issuer, std::vector<Line>& lines)
+        : mvarSession(session), mvarMaker(maker), mvarIssuer(issuer), mvarLines(lines) {}
 
-void PrintRefused(const Session& session, const Line& line, const std::wstring& refusal) {
-    const std::wstring text = hosts::OneLine(refusal);
-    if (session.output.IsJson())
-        hosts::PrintLine(JsonText({{"line", line.number}, {"refused", ToJson(text)}}));
-    else
-        hosts::ReportLine(L"line " + std::to_wstring(line.number) + L": " + text);
-}
-
-void Print(const Session& session, const Line& line, const Outcome& outcome, Totals& totals) {
-    if (outcome.code.empty()) {
-        ++totals.refused;
-        PrintRefused(session, line, outcome.refusal);
-    } else {
-        ++totals.issued;
-        PrintIssued(session, line, outcome.code);
+    void Issue() {
+        Progress progress(mvarLines.size());
+        for (std::size_t begin = 0; begin < mvarLines.size() && !WasStopped();) {
+            const std::size_t end = std::min(begin + mvarIssuer.BatchSize(), mvarLines.size());
+            const std::vector<Outcome> outcomes = IssueBatch(begin, end);
+            Show(begin, outcomes);
+            progress.Advance(end - begin);
+            begin = end;
+            mvarDone = end;
+        }
     }
-}
+
+    [[nodiscard]] const Totals& Counted() const noexcept { return mvarTotals; }
+    [[nodiscard]] bool IsWhole() const noexcept { return mvarDone == mvarLines.size(); }
+
+  private:
+    std::vector<Outcome> IssueBatch(std::size_t begin, std::size_t end) {
+        std::vector<Request> requests;
+        for (std::size_t at = begin; at < end; ++at) {
+            Line& line = mvarLines[at];
+            if (!line.refusal.empty()) continue;
+            if (!line.isGiven) line.key = NewTicket();
+            requests.push_back(
+                {KnownTo(mvarMaker, line.values), JsonText(ToJson(line.values)), line.key, line.isGiven});
+        }
+        std::vector<Outcome> issued;
+        try {
+            issued = mvarIssuer.Issue(requests, mvarLines.size() - end);
+        } catch (...) {
+            if (mvarSession.database.IsInDoubt()) NameOpen(begin, end);
+            throw;
+        }
+        std::vector<Outcome> outcomes;
+        auto outcome = issued.begin();
+        for (std::size_t at = begin; at < end; ++at)
+            outcomes.push_back(mvarLines[at].refusal.empty() ? *outcome++ : Outcome{{}, mvarLines[at].refusal, false});
+        return outcomes;
+    }
+
+    // The server never answered a COMMIT: whether these have codes shows when it is back.
+    void NameOpen(std::size_t begin, std::size_t end) const {
+        for (std::size_t at = begin; at < end; ++at)
+            if (mvarLines[at].refusal.empty())
+                hosts::ReportLine(L"line " + std::to_wstring(mvarLines[at].number) +
+                                  L": may have a code; find out with: kledger find --ticket \"" + mvarLines[at].key +
+                                  L"\"");
+    }
+
+    void Show(std::size_t begin, const std::vector<Outcome>& outcomes) {
+        try {
+            for (std::size_t at = 0; at < outcomes.size(); ++at)
+                ShowOne(mvarLines[begin + at], outcomes[at]);
+            hosts::FlushOut();
+        } catch (const hosts::OutputError&) {
+            for (std::size_t at = 0; at < outcomes.size(); ++at)
+                if (!outcomes[at].code.empty())
+                    hosts::ReportLine(L"line " + std::to_wstring(mvarLines[begin + at].number) + L": code " +
+                                      hosts::Shown(outcomes[at].code) +
+                                      L" is stored and perhaps not shown; see: kledger find "
+                                      L"--ticket \"" +
+                                      mvarLines[begin + at].key + L"\"");
+            throw;
+        }
+    }
+
+    void ShowOne(const Line& line, const Outcome& outcome) {
+        if (outcome.code.empty()) {
+            ++mvarTotals.refused;
+            return ShowRefused(line, outcome.refusal);
+        }
+        ++mvarTotals.issued;
+        if (outcome.before) ++mvarTotals.before;
+        std::wstring plain = hosts::Shown(outcome.code);
+        for (const auto& [name, value] : line.values)
+            plain += L'\t' + hosts::Shown(value);
+        Json json = {{"code", ToJson(outcome.code)}, {"line", line.number}, {"fields", ToJson(line.values)}};
+        if (line.isGiven) json["key"] = ToJson(line.key);
+        if (outcome.before) json["before"] = true;
+        mvarSession.output.Line(plain, json);
+        if (outcome.before && !mvarSession.output.IsJson())
+            hosts::ReportLine(L"line " + std::to_wstring(line.number) + L": code " + hosts::Shown(outcome.code) +
+                              L" was issued before for key \"" + line.key + L"\"");
+    }
+
+    void ShowRefused(const Line& line, const std::wstring& refusal) const {
+        const std::wstring text = hosts::Shown(hosts::OneLine(refusal));
+        if (mvarSession.output.IsJson())
+            hosts::PrintLine(JsonText({{"line", line.number}, {"refused", ToJson(text)}}));
+        else
+            hosts::ReportLine(L"line " + std::to_wstring(line.number) + L": " + text);
+    }
+
+    Session& mvarSession;
+    const CodeMaker& mvarMaker;
+    Issuer& mvarIssuer;
+    std::vector<Line>& mvarLines;
+    Totals mvarTotals;
+    std::size_t mvarDone = 0; // lines, those refused included
+};
 
 // Returns what is left of the issuer's leases, also when the command fails; then nothing more can be done about them.
 class Finisher {
@@ -87,46 +208,52 @@ class Finisher {
     Issuer& mvarIssuer;
 };
 
-Totals IssueLines(const Session& session, const CodeMaker& maker, Issuer& issuer, std::vector<Line>& lines) {
-    const Finisher finisher(issuer);
-    Progress progress(lines.size());
-    Totals totals;
-    for (std::size_t begin = 0; begin < lines.size();) {
-        const std::size_t end = std::min(begin + issuer.BatchSize(), lines.size());
-        std::vector<Request> requests;
-        for (std::size_t at = begin; at < end; ++at)
-            if (lines[at].refusal.empty())
-                requests.push_back({KnownTo(maker, lines[at].values), JsonText(ToJson(lines[at].values))});
-        const std::vector<Outcome> outcomes = issuer.Issue(requests, lines.size() - end);
-        auto outcome = outcomes.begin();
-        for (std::size_t at = begin; at < end; ++at)
-            Print(session, lines[at], lines[at].refusal.empty() ? *outcome++ : Outcome{{}, lines[at].refusal}, totals);
-        hosts::FlushOut();
-        progress.Advance(end - begin);
-        begin = end;
-    }
-    return totals;
-}
-
 void PrintSummary(const Session& session, const Totals& totals, double seconds) {
     const auto perSecond = static_cast<std::size_t>(static_cast<double>(totals.issued) / std::max(seconds, 0.001));
-    session.output.Note(std::to_wstring(totals.issued) + L" codes issued, " + std::to_wstring(totals.refused) +
-                        L" records refused, " + std::to_wstring(perSecond) + L" codes per second");
+    session.output.Note(
+        std::to_wstring(totals.issued) + L" codes issued" +
+        (totals.before > 0 ? L" (" + std::to_wstring(totals.before) + L" of them before)" : std::wstring()) + L", " +
+        std::to_wstring(totals.refused) + L" records refused, " + std::to_wstring(perSecond) + L" codes per second");
     if (session.output.IsJson())
-        hosts::PrintLine(JsonText({{"issued", totals.issued}, {"refused", totals.refused}, {"seconds", seconds}}));
+        hosts::PrintLine(JsonText(
+            {{"issued", totals.issued}, {"before", totals.before}, {"refused", totals.refused}, {"seconds", seconds}}));
+}
+
+// Whoever wants no gaps should know when the database can lose what it has promised.
+void WarnOfLostCommits(Session& session) {
+    const std::vector<EngineFact> facts =
+        InSnapshot(session.database, session.patience, [&session] { return session.database.Facts(); });
+    for (const EngineFact& fact : facts)
+        if (fact.losesCommits) hosts::ReportLine(L"kledger: gapless is not sure here: " + fact.warning);
 }
 
 } // namespace
 
 int IssueCodes(Session& session, const IssueOptions& options) {
+    if (!options.key.empty() && !options.file.empty())
+        throw hosts::HostError(L"--key is for one record; name the column with the keys of a file with --key-column");
+    if (!options.keyColumn.empty() && options.file.empty())
+        throw hosts::HostError(L"--key-column is for a file; give the key of one record with --key");
     const StoredRule rule = ResolveRule(session, options.rule);
-    CodeMaker maker(rule.definition);
+    CodeMaker maker(rule.definition.text);
     std::vector<Line> lines = ReadLines(maker, options);
+    if (rule.policy == Policy::Gapless) WarnOfLostCommits(session);
     const auto issuer = MakeIssuer({session.database, rule, maker, session.patience});
+    const StopSignal signal;
     const auto begin = std::chrono::steady_clock::now();
-    const Totals totals = IssueLines(session, maker, *issuer, lines);
+    Run run(session, maker, *issuer, lines);
+    {
+        const Finisher finisher(*issuer);
+        run.Issue();
+    }
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
+    const Totals& totals = run.Counted();
     if (!options.file.empty()) PrintSummary(session, totals, seconds.count());
+    if (!run.IsWhole()) {
+        hosts::ReportLine(
+            L"kledger: stopped; everything that was stored is shown, and the records after it are not issued");
+        return ExitStopped;
+    }
     if (totals.refused == 0) return ExitDone;
     return totals.issued == 0 && options.file.empty() ? ExitFailed : ExitSomeRefused;
 }

@@ -12,7 +12,7 @@ int RunCommand(const ledger::Invocation& invocation) {
     const hosts::Apartment apartment;
     const ledger::Patience patience(invocation.patience);
     const std::unique_ptr<ledger::Database> database = ledger::OpenDatabase(invocation.database, patience);
-    ledger::PrepareSchema(*database, patience);
+    if (!invocation.anySchema) ledger::PrepareSchema(*database, patience);
     ledger::Session session{*database, patience, ledger::Output(invocation.json)};
     return invocation.command(session);
 }
@@ -23,8 +23,13 @@ int Run(const std::vector<std::wstring>& arguments) {
     try {
         return RunCommand(invocation);
     } catch (const ledger::DbError& error) {
-        hosts::ReportLine(L"kledger: " + hosts::OneLine(error.Message()));
-        return error.Kind() == ledger::Fault::Other ? ledger::ExitFailed : ledger::ExitDatabase;
+        hosts::ReportLine(L"kledger: " + hosts::Shown(error.Message()));
+        const bool isRequest = error.Kind() == ledger::Fault::Other || error.Kind() == ledger::Fault::UniqueKey ||
+                               error.Kind() == ledger::Fault::Text;
+        return isRequest ? ledger::ExitFailed : ledger::ExitDatabase;
+    } catch (const hosts::OutputError& error) {
+        hosts::ReportLine(L"kledger: " + hosts::Shown(error.Message()));
+        return ledger::ExitStopped;
     }
 }
 

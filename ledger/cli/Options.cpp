@@ -79,12 +79,14 @@ class Parser {
         AddCodeCommands();
         AddAdopt();
         AddAudit();
+        AddCare();
     }
 
     Invocation Parse(const std::vector<std::wstring>& arguments) {
         std::vector<std::string> reversed;
         for (const std::wstring& argument : arguments)
-            reversed.insert(reversed.begin(), hosts::ToUtf8(argument));
+            for (std::string& part : WholeArguments(hosts::ToUtf8(argument)))
+                reversed.insert(reversed.begin(), std::move(part));
         try {
             mvarApp.parse(reversed);
             mvarInvocation.patience = std::chrono::seconds(mvarPatience);
@@ -100,6 +102,15 @@ class Parser {
     }
 
   private:
+    // "--name=" has an empty value; the library would take the next argument for it.
+    static std::vector<std::string> WholeArguments(std::string argument) {
+        const bool isEmpty =
+            argument.starts_with("--") && argument.size() > 3 && argument.find('=') == argument.size() - 1;
+        if (!isEmpty) return {std::move(argument)};
+        argument.pop_back();
+        return {std::move(argument), std::string()};
+    }
+
     // A command whose options live as long as what is made of them.
     template <class Options>
     CLI::App* Add(CLI::App& parent, const std::string& name, const std::string& help, Command<Options> run,
@@ -133,6 +144,10 @@ class Parser {
         Add<std::wstring>(
             *rule, "list", "show the rules and how many codes each has",
             [](Session& session, const std::wstring&) { return ListRules(session); }, none);
+        const auto history = std::make_shared<std::wstring>();
+        command = Add<std::wstring>(*rule, "history", "show what was done to a rule, and its definitions", RuleHistory,
+                                    history);
+        AddText(command, "rule", *history, "the rule; may be left out where it is clear which");
         const auto designed = std::make_shared<std::wstring>();
         command = Add<std::wstring>(mvarApp, "design", "open the designer on a rule and store what it saves",
                                     DesignRule, designed);
@@ -150,6 +165,9 @@ class Parser {
         AddFileFormat(command, options->separator, options->codePage);
         command->add_flag("--keep", options->keepOtherColumns,
                           "store columns that the rule does not know with the code");
+        AddText(command, "--key", options->key,
+                "what makes the record the same request: the same key gets the same code, whenever it is asked again");
+        AddText(command, "--key-column", options->keyColumn, "the column of the file with such keys");
     }
 
     void AddCodeCommands() {
@@ -169,6 +187,11 @@ class Parser {
         AddText(command, "code", voided->code, "the code", true);
         AddText(command, "--reason", voided->reason, "why", true);
         AddRule(command, voided->rule);
+        const auto found = std::make_shared<FindOptions>();
+        command = Add<FindOptions>(mvarApp, "find", "show the code of a request", FindTicket, found);
+        AddText(command, "--ticket", found->ticket, "the key of the request, or the ticket that kledger made for it",
+                true);
+        AddRule(command, found->rule);
     }
 
     void AddAdopt() {
@@ -184,16 +207,39 @@ class Parser {
     void AddAudit() {
         const auto options = std::make_shared<AuditOptions>();
         CLI::App* command = Add<AuditOptions>(
-            mvarApp, "audit", "look for gaps, duplicates, codes of other rules and series that run full", AuditRule,
-            options);
+            mvarApp, "audit", "check every row and every chain of one rule, or of all", AuditRule, options);
         AddRule(command, options->rule);
         command->add_option("--warn", options->warnPercent, "percent of a series' numbers that must be left (10)")
             ->check(CLI::Range(0, 100));
+        AddText(command, "--write-heads", options->writeHeads, "write the newest seal of each chain to a file");
+        AddText(command, "--against", options->against,
+                "such a file: prove that what was there then is there unchanged");
+        command->add_flag("--repair", options->repair, "put right first what can be without guessing");
+    }
+
+    void AddCare() {
+        const auto none = std::make_shared<std::wstring>();
+        Add<std::wstring>(
+            mvarApp, "doctor", "show what this database promises and what is left open",
+            [](Session& session, const std::wstring&) { return Doctor(session); }, none);
+        CLI::App* command = Add<std::wstring>(
+            mvarApp, "upgrade", "bring a ledger of an older version up; back it up before",
+            [](Session& session, const std::wstring&) { return Upgrade(session); }, none);
+        command->parse_complete_callback([this] { mvarInvocation.anySchema = true; });
+        CLI::App* lease = mvarApp.add_subcommand("lease", "numbers that programs have set aside");
+        lease->require_subcommand(1);
+        lease->fallthrough();
+        const auto options = std::make_shared<LeaseOptions>();
+        command = Add<LeaseOptions>(*lease, "close", "close leases whose programs are gone from this machine",
+                                    CloseLeases, options);
+        AddRule(command, options->rule);
+        AddText(command, "--owner", options->owner, "close those of this MACHINE:PROCESS, on whatever machine it was");
     }
 
     CLI::App mvarApp{"Issues codes by rules and keeps them in a database, safely for many programs at once.\n"
                      "Exit code: 0 done, 1 nothing could be done, 2 wrong arguments, 3 some records were refused,\n"
-                     "4 the audit found something, 5 the database is out of reach, busy, full or read-only.",
+                     "4 the audit found something, 5 the database is out of reach, busy, full or read-only,\n"
+                     "6 stopped by Ctrl-C, or nobody took the output.",
                      "kledger"};
     Invocation mvarInvocation;
     int mvarPatience = 30;

@@ -14,6 +14,7 @@ struct Invocation {
     std::wstring database = L"ledger.db";
     bool json = false;
     std::chrono::milliseconds patience{30'000};
+    bool anySchema = false;               // the command works on tables of an older version as well
     std::function<int(Session&)> command; // none when there is nothing to do but to end with exitCode
     int exitCode = 0;
 };

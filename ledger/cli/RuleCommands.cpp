@@ -6,7 +6,10 @@
 #include "hosts/common/TextFile.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
-#include "ledger/core/DefinitionChange.h"
+#include "ledger/core/Codes.h"
+#include "ledger/core/Journal.h"
+#include "ledger/core/Json.h"
+#include "ledger/core/RuleChange.h"
 
 namespace ledger {
 
@@ -16,26 +19,6 @@ using hosts::HostError;
 
 constexpr std::size_t LongestName = 120;
 
-std::optional<StoredRule> FindRule(Session& session, const std::wstring& name) {
-    Rules rules(session.database);
-    return InTransaction(session.database, session.patience, OnUniqueKey::Fail,
-                         [&rules, &name] { return rules.Find(name); });
-}
-
-StoredRule WithOptions(StoredRule rule, const ImportOptions& options) {
-    if (!options.policy.empty()) rule.policy = PolicyOf(options.policy).value_or(rule.policy);
-    rule.leaseSize = options.leaseSize.value_or(rule.leaseSize);
-    return rule;
-}
-
-void AddRule(Session& session, StoredRule& rule) {
-    Rules rules(session.database);
-    InTransaction(session.database, session.patience, OnUniqueKey::Fail, [&rules, &rule] {
-        rules.Add(rule);
-        return true;
-    });
-}
-
 std::wstring NameFor(const ImportOptions& options) {
     std::wstring name = options.name.empty() ? std::filesystem::path(options.file).stem().wstring() : options.name;
     if (name.empty() || name.size() > LongestName)
@@ -44,17 +27,30 @@ std::wstring NameFor(const ImportOptions& options) {
     return name;
 }
 
-void Report(const Session& session, const StoredRule& rule, const ChangeReport& change, std::size_t bands) {
-    const Json json = {{"rule", ToJson(rule.name)},     {"policy", ToJson(NameOf(rule.policy))},
-                       {"lease", rule.leaseSize},       {"bands", bands},
-                       {"codeLength", rule.codeLength}, {"codes", change.codes},
-                       {"otherCodes", change.foreign}};
+void Report(const Session& session, const ChangeReport& report, std::size_t bands) {
+    const StoredRule& rule = report.rule;
+    const Json json = {{"rule", ToJson(rule.name)},
+                       {"policy", ToJson(NameOf(rule.policy))},
+                       {"lease", rule.leaseSize},
+                       {"bands", bands},
+                       {"codeLength", rule.definition.codeLength},
+                       {"definition", rule.definition.number},
+                       {"changed", report.changed},
+                       {"codes", report.codes},
+                       {"otherCodes", report.foreign},
+                       {"sharedNumbers", report.shared}};
     session.output.Line(L"rule \"" + rule.name + L"\": " + std::to_wstring(bands) + L" bands, codes of " +
-                            std::to_wstring(rule.codeLength) + L" characters, policy " + NameOf(rule.policy),
+                            std::to_wstring(rule.definition.codeLength) + L" characters, policy " +
+                            NameOf(rule.policy) + L", definition " + std::to_wstring(rule.definition.number) +
+                            (report.changed ? L"" : L" (unchanged)"),
                         json);
-    if (change.foreign > 0)
-        session.output.Note(std::to_wstring(change.foreign) + L" of " + std::to_wstring(change.codes) +
+    if (report.foreign > 0)
+        session.output.Note(std::to_wstring(report.foreign) + L" of " + std::to_wstring(report.codes) +
                             L" codes issued before could not be made by this definition; they keep their numbers");
+    if (report.shared > 0)
+        session.output.Note(
+            std::to_wstring(report.shared) + L" of " + std::to_wstring(report.codes) +
+            L" codes issued before have a number that another one has in the series of this definition");
 }
 
 // How many bands the definition has, beside its codes' length the thing to look at after an import.
@@ -62,51 +58,46 @@ Json RuleJson(const StoredRule& rule, std::int64_t codes) {
     return {{"rule", ToJson(rule.name)},
             {"policy", ToJson(NameOf(rule.policy))},
             {"lease", rule.leaseSize},
-            {"codeLength", rule.codeLength},
+            {"codeLength", rule.definition.codeLength},
             {"codes", codes}};
 }
 
 } // namespace
 
 int ImportRule(Session& session, const ImportOptions& options) {
-    StoredRule rule;
-    rule.name = NameFor(options);
-    const auto stored = FindRule(session, rule.name);
-    rule = WithOptions(stored.value_or(rule), options);
-    rule.definition = hosts::ReadDefinitionFile(options.file);
-    CodeMaker maker(rule.definition);
-    ChangeReport change;
-    if (stored) {
-        change = ChangeDefinition(session, rule, maker);
-    } else {
-        rule.codeLength = static_cast<std::int64_t>(maker.CodeLength());
-        AddRule(session, rule);
-    }
-    Report(session, rule, change, maker.Bands().size());
+    RuleChange change;
+    change.name = NameFor(options);
+    change.definition = hosts::ReadDefinitionFile(options.file);
+    change.policy = PolicyOf(options.policy);
+    change.leaseSize = options.leaseSize;
+    CodeMaker maker(change.definition);
+    Report(session, ChangeRule(session.database, session.patience, change, maker), maker.Bands().size());
     return ExitDone;
 }
 
 int ExportRule(Session& session, const ExportOptions& options) {
     const StoredRule rule = ResolveRule(session, options.rule);
     if (!options.file.empty()) {
-        hosts::WriteTextFile(options.file, rule.definition);
+        hosts::WriteTextFile(options.file, rule.definition.text);
         return ExitDone;
     }
-    std::wstring lines = rule.definition; // a console shows line feeds; import takes either
+    std::wstring lines = rule.definition.text; // a console shows line feeds; import takes either
     std::ranges::replace(lines, L'\r', L'\n');
-    session.output.Line(lines, {{"rule", ToJson(rule.name)}, {"definition", ToJson(rule.definition)}});
+    session.output.Line(lines, {{"rule", ToJson(rule.name)}, {"definition", ToJson(rule.definition.text)}});
     return ExitDone;
 }
 
 int ListRules(Session& session) {
     Table table({L"RULE", L"POLICY", L"LEASE", L"CODE LENGTH", L"CODES"});
     std::vector<Json> objects;
-    InTransaction(session.database, session.patience, OnUniqueKey::Fail, [&] {
+    InSnapshot(session.database, session.patience, [&] {
+        table = Table({L"RULE", L"POLICY", L"LEASE", L"CODE LENGTH", L"CODES"});
+        objects.clear();
         Rules rules(session.database);
         for (const StoredRule& rule : rules.All()) {
             const std::int64_t codes = Codes(session.database, rule.id).Count();
             table.Add({rule.name, NameOf(rule.policy), std::to_wstring(rule.leaseSize),
-                       std::to_wstring(rule.codeLength), std::to_wstring(codes)});
+                       std::to_wstring(rule.definition.codeLength), std::to_wstring(codes)});
             objects.push_back(RuleJson(rule, codes));
         }
         return true;
@@ -118,6 +109,39 @@ int ListRules(Session& session) {
         for (const std::wstring& line : table.Lines())
             hosts::PrintLine(line);
     }
+    return ExitDone;
+}
+
+int RuleHistory(Session& session, const std::wstring& name) {
+    const StoredRule rule = ResolveRule(session, name);
+    std::vector<Definition> definitions;
+    std::vector<Act> acts;
+    InSnapshot(session.database, session.patience, [&] {
+        definitions = Rules(session.database).Definitions(rule.id);
+        acts = Journal(session.database, rule.id).All();
+        return true;
+    });
+    Table table({L"ACT", L"WHAT", L"OF", L"WHEN", L"WHO"});
+    for (const Act& act : acts) {
+        table.Add({std::to_wstring(act.number), act.kind, act.subject, act.at, act.by});
+        if (session.output.IsJson())
+            hosts::PrintLine(JsonText({{"act", act.number},
+                                       {"what", ToJson(act.kind)},
+                                       {"of", ToJson(act.subject)},
+                                       {"detail", ToJson(act.detail)},
+                                       {"at", ToJson(act.at)},
+                                       {"by", ToJson(act.by)}}));
+    }
+    for (const Definition& definition : definitions)
+        if (session.output.IsJson())
+            hosts::PrintLine(JsonText({{"definition", definition.number},
+                                       {"codeLength", definition.codeLength},
+                                       {"at", ToJson(definition.storedAt)},
+                                       {"by", ToJson(definition.storedBy)},
+                                       {"text", ToJson(definition.text)}}));
+    if (!session.output.IsJson())
+        for (const std::wstring& line : table.Lines())
+            hosts::PrintLine(line);
     return ExitDone;
 }
 

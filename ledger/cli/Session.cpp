@@ -12,7 +12,7 @@ using hosts::HostError;
 
 std::vector<StoredRule> AllRules(Session& session) {
     Rules rules(session.database);
-    return InTransaction(session.database, session.patience, OnUniqueKey::Fail, [&rules] { return rules.All(); });
+    return InSnapshot(session.database, session.patience, [&rules] { return rules.All(); });
 }
 
 std::wstring NamesOf(const std::vector<StoredRule>& rules) {
@@ -33,8 +33,7 @@ StoredRule OnlyOne(std::vector<StoredRule> rules) {
 StoredRule ResolveRule(Session& session, const std::wstring& name) {
     if (name.empty()) return OnlyOne(AllRules(session));
     Rules rules(session.database);
-    auto found = InTransaction(session.database, session.patience, OnUniqueKey::Fail,
-                               [&rules, &name] { return rules.Find(name); });
+    auto found = InSnapshot(session.database, session.patience, [&rules, &name] { return rules.Find(name); });
     if (!found) throw HostError(L"there is no rule \"" + name + L"\"; kledger rule list shows those there are");
     return *std::move(found);
 }
@@ -42,8 +41,8 @@ StoredRule ResolveRule(Session& session, const std::wstring& name) {
 StoredRule ResolveRuleOfCode(Session& session, const std::wstring& name, const std::wstring& code) {
     if (!name.empty()) return ResolveRule(session, name);
     std::vector<StoredRule> rules = AllRules(session);
-    const auto ids = InTransaction(session.database, session.patience, OnUniqueKey::Fail,
-                                   [&session, &code] { return RulesOfCode(session.database, code); });
+    const auto ids = InSnapshot(session.database, session.patience,
+                                [&session, &code] { return RulesOfCode(session.database, code); });
     const auto hasNot = [&ids](const StoredRule& rule) { return std::ranges::find(ids, rule.id) == ids.end(); };
     if (!ids.empty()) std::erase_if(rules, hasNot);
     return OnlyOne(std::move(rules));

@@ -6,6 +6,8 @@
 #include <limits>
 #include <optional>
 
+#include "hosts/common/Text.h"
+
 namespace ledger {
 
 namespace {
@@ -135,6 +137,9 @@ MadeCode CodeMaker::Numbered(std::wstring code, const std::vector<std::wstring>&
     if (code.size() != mvarCodeLength)
         throw RecordError(L"code " + code + L" is not as long as its bands (" + std::to_wstring(mvarCodeLength) +
                           L"); a band of the rule has no value yet");
+    if (hosts::HasControl(code))
+        throw RecordError(L"code " + hosts::Shown(code) +
+                          L" has a control character in it, such as a line break or a tab");
     MadeCode made{std::move(code), {}};
     for (std::size_t at = 0; at < series.size(); ++at) {
         const NumberBand& band = mvarNumberBands[at];

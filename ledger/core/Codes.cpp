@@ -1,11 +1,5 @@
 #include "ledger/core/Codes.h"
 
-#include <windows.h>
-
-#include <algorithm>
-#include <array>
-#include <cwchar>
-
 namespace ledger {
 
 namespace {
@@ -13,7 +7,8 @@ namespace {
 // Rows that one INSERT stores: few enough for every engine's limit of parameters, enough to make the way there cheap.
 constexpr std::size_t RowsAtOnce = 50;
 
-const wchar_t* const CodeColumns = L"kestrel_codes (rule_id, code, state, ticket, stored_at, fields, reason)";
+const wchar_t* const InsertColumns =
+    L"kestrel_codes (rule_id, code, ticket, definition, origin, void_act, stored_at, fields)";
 
 std::wstring InsertText(const std::wstring& into, const std::wstring& row, std::size_t rows) {
     std::wstring text = L"INSERT INTO " + into + L" VALUES " + row;
@@ -33,17 +28,21 @@ void InPieces(std::span<const Row> rows, Store store) {
     }
 }
 
-struct NumberRow {
-    const NumberHeld* number;
+struct NumberOfCode {
+    const NumberRow* number;
     const std::wstring* code;
 };
 
-void AddNumberRows(Database& database, std::int64_t ruleId, std::span<const NumberRow> rows) {
-    InPieces(rows, [&](std::span<const NumberRow> piece) {
-        Statement& insert = database.Prepare(
-            InsertText(L"kestrel_numbers (rule_id, band, series, number, code)", L"(?, ?, ?, ?, ?)", piece.size()));
-        for (const NumberRow& row : piece)
-            insert.Set(ruleId).Set(row.number->band).Set(row.number->series).Set(row.number->number).Set(*row.code);
+void AddNumberRows(Database& database, std::int64_t ruleId, std::span<const NumberOfCode> rows) {
+    InPieces(rows, [&](std::span<const NumberOfCode> piece) {
+        Statement& insert =
+            database.Prepare(InsertText(L"kestrel_numbers (rule_id, band, series, number, code, lease, act, seal)",
+                                        L"(?, ?, ?, ?, ?, ?, ?, ?)", piece.size()));
+        for (const NumberOfCode& row : piece) {
+            const NumberHeld& held = row.number->held;
+            insert.Set(ruleId).Set(held.band).Set(held.series).Set(held.number).Set(*row.code);
+            insert.Set(row.number->lease).Set(row.number->act).Set(row.number->seal);
+        }
         insert.Execute();
     });
 }
@@ -51,129 +50,160 @@ void AddNumberRows(Database& database, std::int64_t ruleId, std::span<const Numb
 } // namespace
 
 const wchar_t* const HighestNumberQuery =
-    L"SELECT number, code FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = "
+    L"SELECT number, code, seal FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = "
     L"(SELECT MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ?)";
 
-std::wstring NowText() {
-    SYSTEMTIME now{};
-    GetSystemTime(&now);
-    std::array<wchar_t, 32> text{};
-    static_cast<void>(std::swprintf(text.data(), text.size(), L"%04u-%02u-%02uT%02u:%02u:%02uZ", now.wYear, now.wMonth,
-                                    now.wDay, now.wHour, now.wMinute, now.wSecond)); // there is room for all of it
-    return text.data();
+const wchar_t* const CodeColumns = L"c.code, c.ticket, c.definition, c.origin, c.void_act, c.stored_at, c.fields";
+
+CodeRow ReadCode(const Statement& row, unsigned first) {
+    CodeRow code;
+    code.code = row.Text(first);
+    code.ticket = row.Text(first + 1);
+    code.definition = row.Number(first + 2);
+    code.origin = row.Text(first + 3);
+    code.voidAct = row.Number(first + 4);
+    code.storedAt = row.Text(first + 5);
+    code.fields = row.Text(first + 6);
+    return code;
 }
 
-void Codes::AddRows(std::span<const NewCode> codes, const std::wstring& state, const std::wstring& now) {
+std::wstring SealOf(std::int64_t ruleId, const CodeRow& code, const NumberRow& number, const std::wstring& before) {
+    return SealText(before)
+        .Add(L"number")
+        .Add(ruleId)
+        .Add(number.held.band)
+        .Add(number.held.series)
+        .Add(number.held.number)
+        .Add(number.lease)
+        .Add(number.act)
+        .Add(code.code)
+        .Add(code.ticket)
+        .Add(code.definition)
+        .Add(code.origin)
+        .Add(code.storedAt)
+        .Add(code.fields)
+        .Seal();
+}
+
+void Codes::Add(std::span<const NewCode> codes) {
     InPieces(codes, [&](std::span<const NewCode> piece) {
-        Statement& insert = mvarDatabase.Prepare(InsertText(CodeColumns, L"(?, ?, ?, ?, ?, ?, '')", piece.size()));
-        for (const NewCode& code : piece)
-            insert.Set(mvarRuleId).Set(code.code).Set(state).Set(code.ticket).Set(now).Set(code.fields);
+        Statement& insert = mvarDatabase.Prepare(InsertText(InsertColumns, L"(?, ?, ?, ?, ?, ?, ?, ?)", piece.size()));
+        for (const NewCode& code : piece) {
+            const CodeRow& row = code.row;
+            insert.Set(mvarRuleId).Set(row.code).Set(row.ticket).Set(row.definition).Set(row.origin);
+            insert.Set(row.voidAct).Set(row.storedAt).Set(row.fields);
+        }
         insert.Execute();
     });
-}
-
-void Codes::Add(std::span<const NewCode> codes, const std::wstring& state) {
-    AddRows(codes, state, NowText());
-    std::vector<NumberRow> rows;
+    std::vector<NumberOfCode> rows;
     for (const NewCode& code : codes)
-        for (const NumberHeld& number : code.numbers)
-            rows.push_back({&number, &code.code});
+        for (const NumberRow& number : code.numbers)
+            rows.push_back({&number, &code.row.code});
     AddNumberRows(mvarDatabase, mvarRuleId, rows);
 }
 
 bool Codes::AddIssued(const NewCode& code, std::int64_t revision) {
-    Statement& insert =
-        mvarDatabase.Prepare(std::wstring(L"INSERT INTO ") + CodeColumns +
-                             L" SELECT id, ?, 'issued', ?, ?, ?, '' FROM kestrel_rules WHERE id = ? AND revision = ?");
-    insert.Set(code.code).Set(code.ticket).Set(NowText()).Set(code.fields).Set(mvarRuleId).Set(revision).Execute();
+    Statement& insert = mvarDatabase.Prepare(
+        std::wstring(L"INSERT INTO ") + InsertColumns +
+        L" SELECT id, ?, ?, definition, ?, 0, ?, ? FROM kestrel_rules WHERE id = ? AND revision = ?");
+    insert.Set(code.row.code).Set(code.row.ticket).Set(code.row.origin).Set(code.row.storedAt).Set(code.row.fields);
+    insert.Set(mvarRuleId).Set(revision).Execute();
     if (insert.Changed() != 1) return false;
-    AddNumbers(code.code, code.numbers);
+    AddNumbers(code.row.code, code.numbers);
     return true;
 }
 
-void Codes::AddNumbers(const std::wstring& code, std::span<const NumberHeld> numbers) {
-    std::vector<NumberRow> rows;
-    for (const NumberHeld& number : numbers)
+void Codes::AddNumbers(const std::wstring& code, std::span<const NumberRow> numbers) {
+    std::vector<NumberOfCode> rows;
+    for (const NumberRow& number : numbers)
         rows.push_back({&number, &code});
     AddNumberRows(mvarDatabase, mvarRuleId, rows);
 }
 
-void Codes::RemoveAllNumbers() {
-    mvarDatabase.Prepare(L"DELETE FROM kestrel_numbers WHERE rule_id = ?").Set(mvarRuleId).Execute();
-}
-
-std::vector<std::pair<std::wstring, NumberHeld>> Codes::AllNumbers() {
-    return mvarDatabase.Prepare(L"SELECT code, band, series, number FROM kestrel_numbers WHERE rule_id = ?")
+std::optional<CodeRow> Codes::Find(const std::wstring& code) {
+    return mvarDatabase
+        .Prepare(std::wstring(L"SELECT ") + CodeColumns + L" FROM kestrel_codes c WHERE rule_id = ? AND code = ?")
         .Set(mvarRuleId)
-        .Rows([](const Statement& row) {
-            return std::pair<std::wstring, NumberHeld>{row.Text(1), {row.Text(2), row.Text(3), row.Number(4)}};
-        });
+        .Set(code)
+        .First([](const Statement& row) { return ReadCode(row, 1); });
 }
 
-std::optional<StoredCode> Codes::Find(const std::wstring& code) {
-    Statement& row = mvarDatabase.Prepare(
-        L"SELECT code, state, ticket, stored_at, fields, reason FROM kestrel_codes WHERE rule_id = ? AND code = ?");
-    row.Set(mvarRuleId).Set(code).Execute();
-    if (!row.Fetch()) return std::nullopt;
-    StoredCode found;
-    found.code = row.Text(1);
-    found.state = row.Text(2);
-    found.ticket = row.Text(3);
-    found.storedAt = row.Text(4);
-    found.fields = row.Text(5);
-    found.reason = row.Text(6);
-    return found;
+std::optional<CodeRow> Codes::OfTicket(const std::wstring& ticket) {
+    return mvarDatabase
+        .Prepare(std::wstring(L"SELECT ") + CodeColumns + L" FROM kestrel_codes c WHERE rule_id = ? AND ticket = ?")
+        .Set(mvarRuleId)
+        .Set(ticket)
+        .First([](const Statement& row) { return ReadCode(row, 1); });
 }
 
 std::optional<HighestNumber> Codes::Highest(const std::wstring& band, const std::wstring& series) {
     Statement& row = mvarDatabase.Prepare(HighestNumberQuery);
-    row.Set(mvarRuleId).Set(band).Set(series).Set(mvarRuleId).Set(band).Set(series).Execute();
-    if (!row.Fetch()) return std::nullopt;
-    HighestNumber highest;
-    highest.number = row.Number(1);
-    highest.code = row.Text(2);
-    return highest;
+    row.Set(mvarRuleId).Set(band).Set(series).Set(mvarRuleId).Set(band).Set(series);
+    return row.First([](const Statement& found) {
+        HighestNumber highest;
+        highest.number = found.Number(1);
+        highest.code = found.Text(2);
+        highest.seal = found.Text(3);
+        return highest;
+    });
+}
+
+std::optional<std::wstring> Codes::HeadOfLease(const std::wstring& band, const std::wstring& series,
+                                               std::int64_t lease) {
+    return mvarDatabase
+        .Prepare(L"SELECT seal FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = (SELECT "
+                 L"MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number >= ? AND "
+                 L"lease = ?)")
+        .Set(mvarRuleId)
+        .Set(band)
+        .Set(series)
+        .Set(mvarRuleId)
+        .Set(band)
+        .Set(series)
+        .Set(lease)
+        .Set(lease)
+        .First([](const Statement& row) { return row.Text(1); });
 }
 
 std::optional<std::wstring> Codes::Holder(const NumberHeld& number) {
-    Statement& row = mvarDatabase.Prepare(
-        L"SELECT code FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = ?");
-    row.Set(mvarRuleId).Set(number.band).Set(number.series).Set(number.number).Execute();
-    if (!row.Fetch()) return std::nullopt;
-    return row.Text(1);
+    return mvarDatabase
+        .Prepare(L"SELECT code FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = ?")
+        .Set(mvarRuleId)
+        .Set(number.band)
+        .Set(number.series)
+        .Set(number.number)
+        .First([](const Statement& row) { return row.Text(1); });
 }
 
-void Codes::Void(const std::wstring& code, const std::wstring& reason) {
-    mvarDatabase.Prepare(L"UPDATE kestrel_codes SET state = 'void', reason = ? WHERE rule_id = ? AND code = ?")
-        .Set(reason)
+std::vector<NumberHeld> Codes::AllNumbers() {
+    return mvarDatabase.Prepare(L"SELECT band, series, number FROM kestrel_numbers WHERE rule_id = ?")
         .Set(mvarRuleId)
-        .Set(code)
-        .Execute();
+        .Rows([](const Statement& row) {
+            return NumberHeld{row.Text(1), row.Text(2), row.Number(3)};
+        });
+}
+
+bool Codes::Void(const std::wstring& code, std::int64_t act) {
+    Statement& update =
+        mvarDatabase.Prepare(L"UPDATE kestrel_codes SET void_act = ? WHERE rule_id = ? AND code = ? AND void_act = 0");
+    update.Set(act).Set(mvarRuleId).Set(code).Execute();
+    return update.Changed() == 1;
 }
 
 std::int64_t Codes::Count() {
-    Statement& row = mvarDatabase.Prepare(L"SELECT COUNT(*) FROM kestrel_codes WHERE rule_id = ?");
-    row.Set(mvarRuleId).Execute();
-    return row.Fetch() ? row.Number(1) : 0;
+    return mvarDatabase.Prepare(L"SELECT COUNT(*) FROM kestrel_codes WHERE rule_id = ?")
+        .Set(mvarRuleId)
+        .First([](const Statement& row) { return row.Number(1); })
+        .value_or(0);
 }
 
-std::vector<std::wstring> Codes::Uncounted(std::size_t bands) {
+std::vector<CodeRow> Codes::After(const std::wstring& code, std::size_t count) {
     return mvarDatabase
-        .Prepare(
-            L"SELECT c.code FROM kestrel_codes c LEFT JOIN (SELECT code, COUNT(*) AS held FROM kestrel_numbers WHERE "
-            L"rule_id = ? GROUP BY code) n ON n.code = c.code WHERE c.rule_id = ? AND COALESCE(n.held, 0) < ? "
-            L"ORDER BY c.code")
+        .Prepare(std::wstring(L"SELECT ") + CodeColumns +
+                 L" FROM kestrel_codes c WHERE rule_id = ? AND code > ? ORDER BY code LIMIT " + std::to_wstring(count))
         .Set(mvarRuleId)
-        .Set(mvarRuleId)
-        .Set(static_cast<std::int64_t>(bands))
-        .Rows([](const Statement& row) { return row.Text(1); });
-}
-
-void Codes::ForEach(const std::function<void(const std::wstring& code)>& visit) {
-    Statement& rows = mvarDatabase.Prepare(L"SELECT code FROM kestrel_codes WHERE rule_id = ? ORDER BY code");
-    rows.Set(mvarRuleId).Execute();
-    while (rows.Fetch())
-        visit(rows.Text(1));
+        .Set(code)
+        .Rows([](const Statement& row) { return ReadCode(row, 1); });
 }
 
 std::vector<std::int64_t> RulesOfCode(Database& database, const std::wstring& code) {

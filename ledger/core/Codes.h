@@ -1,12 +1,12 @@
 // The codes that a rule has issued, and the numbers that they hold.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <span>
 #include <utility>
 #include <vector>
 
+#include "ledger/core/Seal.h"
 #include "ledger/db/Database.h"
 
 namespace ledger {
@@ -22,26 +22,41 @@ struct NumberHeld {
                             const NumberHeld&) = default; // NOLINT(modernize-use-nullptr): there is no null
 };
 
-struct NewCode {
-    std::wstring code;
-    std::wstring ticket; // tells this storing from every other one of the same code
-    std::wstring fields; // the field values as a JSON object
-    std::vector<NumberHeld> numbers;
+// A number as it is stored.
+struct NumberRow {
+    NumberHeld held;
+    std::int64_t lease = 0; // the first number of the lease that it came from
+    std::int64_t act = 0;   // the act that brought it
+    std::wstring seal;
 };
 
-struct StoredCode {
+// A code as it is stored.
+struct CodeRow {
     std::wstring code;
-    std::wstring state; // issued, adopted or void
     std::wstring ticket;
-    std::wstring storedAt; // UTC
-    std::wstring fields;
-    std::wstring reason; // why it is void
+    std::int64_t definition = 0; // the one that made it; 0 for one that was not kept
+    std::wstring origin;         // issued or adopted
+    std::int64_t voidAct = 0;    // the act that made it void
+    std::wstring storedAt;       // UTC
+    std::wstring fields;         // the field values as a JSON object
+
+    [[nodiscard]] std::wstring State() const { return voidAct > 0 ? L"void" : origin; }
+};
+
+struct NewCode {
+    CodeRow row;
+    std::vector<NumberRow> numbers; // unsealed; each act or lease as it is to be stored
 };
 
 struct HighestNumber {
     std::int64_t number = 0;
     std::wstring code;
+    std::wstring seal;
 };
+
+// The seal of a number that follows one with the seal `before`; it covers the code as well.
+[[nodiscard]] std::wstring SealOf(std::int64_t ruleId, const CodeRow& code, const NumberRow& number,
+                                  const std::wstring& before);
 
 // What Highest asks, so that its plan can be looked at: rule, band and series, and the same again.
 extern const wchar_t* const HighestNumberQuery;
@@ -51,32 +66,31 @@ class Codes {
   public:
     Codes(Database& database, std::int64_t ruleId) : mvarDatabase(database), mvarRuleId(ruleId) {}
 
-    // Fails with Fault::UniqueKey when a code or one of its numbers is taken.
-    void Add(std::span<const NewCode> codes, const std::wstring& state);
-    // Adds an issued code as Add does, if the rule still has that revision; false, and nothing is added, if not. The
-    // check goes with the code, without a way of its own to the server.
+    // Fails with Fault::UniqueKey when a code, its ticket or one of its numbers is taken. Numbers are sealed already.
+    void Add(std::span<const NewCode> codes);
+    // Adds a code as Add does, if the rule still has that revision; false, and nothing is added, if not. The check goes
+    // with the code, without a way of its own to the server.
     [[nodiscard]] bool AddIssued(const NewCode& code, std::int64_t revision);
-    void AddNumbers(const std::wstring& code, std::span<const NumberHeld> numbers);
-    void RemoveAllNumbers();
-    // Each number with its code.
-    [[nodiscard]] std::vector<std::pair<std::wstring, NumberHeld>> AllNumbers();
+    void AddNumbers(const std::wstring& code, std::span<const NumberRow> numbers);
 
-    [[nodiscard]] std::optional<StoredCode> Find(const std::wstring& code);
+    [[nodiscard]] std::optional<CodeRow> Find(const std::wstring& code);
+    [[nodiscard]] std::optional<CodeRow> OfTicket(const std::wstring& ticket);
     // The end of the series in its index.
     [[nodiscard]] std::optional<HighestNumber> Highest(const std::wstring& band, const std::wstring& series);
+    // The seal that the next number of a lease continues; nothing when none of its numbers is stored.
+    [[nodiscard]] std::optional<std::wstring> HeadOfLease(const std::wstring& band, const std::wstring& series,
+                                                          std::int64_t lease);
     // The code that holds the number; nothing when it is free.
     [[nodiscard]] std::optional<std::wstring> Holder(const NumberHeld& number);
-    // Marks a code as void.
-    void Void(const std::wstring& code, const std::wstring& reason);
+    // Every number that is held.
+    [[nodiscard]] std::vector<NumberHeld> AllNumbers();
+    // Marks a code as void by an act; false when it is void already.
+    [[nodiscard]] bool Void(const std::wstring& code, std::int64_t act);
     [[nodiscard]] std::int64_t Count();
-    // Codes that hold fewer than `bands` numbers: some of theirs are held by others, or an older definition made them.
-    [[nodiscard]] std::vector<std::wstring> Uncounted(std::size_t bands);
-    // Every code in the order of the codes, void ones included.
-    void ForEach(const std::function<void(const std::wstring& code)>& visit);
+    // Up to `count` codes after that one, in the order of the codes; "" begins.
+    [[nodiscard]] std::vector<CodeRow> After(const std::wstring& code, std::size_t count);
 
   private:
-    void AddRows(std::span<const NewCode> codes, const std::wstring& state, const std::wstring& now);
-
     Database& mvarDatabase;
     std::int64_t mvarRuleId;
 };
@@ -84,7 +98,9 @@ class Codes {
 // The ids of the rules that have the code.
 [[nodiscard]] std::vector<std::int64_t> RulesOfCode(Database& database, const std::wstring& code);
 
-// The time in UTC as "2024-05-06T07:08:09Z".
-[[nodiscard]] std::wstring NowText();
+// The columns of kestrel_codes as `c` that ReadCode reads, beginning with that column of the row.
+extern const wchar_t* const CodeColumns;
+inline constexpr unsigned CodeColumnCount = 7;
+[[nodiscard]] CodeRow ReadCode(const Statement& row, unsigned first);
 
 } // namespace ledger

@@ -1,8 +1,9 @@
 #include "ledger/core/FastIssuer.h"
 
 #include <algorithm>
+#include <set>
 
-#include "ledger/core/Ticket.h"
+#include "ledger/core/Stamp.h"
 
 namespace ledger {
 
@@ -20,17 +21,36 @@ std::size_t FastIssuer::BatchSize() const noexcept {
 std::vector<Outcome> FastIssuer::Issue(std::span<const Request> requests, std::size_t toCome) {
     mvarToCome = requests.size() + toCome;
     std::vector<Outcome> outcomes(requests.size());
+    LookForStored(requests, outcomes);
     StoreAll(MakeAll(requests, outcomes), requests, outcomes);
     return outcomes;
 }
 
-// One code per request; empty for those refused.
+// Requests whose key was given may have their code already.
+void FastIssuer::LookForStored(std::span<const Request> requests, std::vector<Outcome>& outcomes) {
+    if (std::ranges::none_of(requests, &Request::isGiven)) return;
+    outcomes = InSnapshot(mvarWorkplace.database, mvarWorkplace.patience, [&] {
+        std::vector<Outcome> found(requests.size());
+        for (std::size_t at = 0; at < requests.size(); ++at)
+            if (const auto stored = requests[at].isGiven ? mvarCodes.OfTicket(requests[at].ticket) : std::nullopt)
+                found[at] = OutcomeOf(*stored, requests[at], true);
+        return found;
+    });
+}
+
+// One code per request that has no outcome yet and no ticket that stands in this batch before; empty for the others.
 std::vector<NewCode> FastIssuer::MakeAll(std::span<const Request> requests, std::vector<Outcome>& outcomes) {
     std::vector<NewCode> codes(requests.size());
+    std::set<std::wstring> tickets;
     for (std::size_t at = 0; at < requests.size(); ++at, --mvarToCome) {
+        if (!outcomes[at].code.empty() || !outcomes[at].refusal.empty()) continue;
+        if (!tickets.insert(requests[at].ticket).second) continue;
         try {
             codes[at] = MakeNext(requests[at]);
         } catch (const hosts::RecordError& error) {
+            outcomes[at].refusal = error.Message();
+        } catch (const DbError& error) {
+            if (error.Kind() != Fault::Text) throw;
             outcomes[at].refusal = error.Message();
         }
     }
@@ -40,8 +60,15 @@ std::vector<NewCode> FastIssuer::MakeAll(std::span<const Request> requests, std:
 NewCode FastIssuer::MakeNext(const Request& request) {
     MadeCode made = mvarWorkplace.maker.Make(
         request.values, [this](const NumberBand& band, const std::wstring& series) { return LastCode(band, series); });
-    UseNumbers(made.numbers);
-    return {std::move(made.code), NewTicket(), request.fields, std::move(made.numbers)};
+    NewCode next;
+    next.numbers = UseNumbers(std::move(made.numbers));
+    next.row.code = std::move(made.code);
+    next.row.ticket = request.ticket;
+    next.row.definition = mvarWorkplace.rule.definition.number;
+    next.row.origin = L"issued";
+    next.row.storedAt = NowText();
+    next.row.fields = request.fields;
+    return next;
 }
 
 std::wstring FastIssuer::LastCode(const NumberBand& band, const std::wstring& series) {
@@ -55,89 +82,147 @@ void FastIssuer::TakeBlock(Block& block, const NumberBand& band, const std::wstr
     const auto wanted = std::min<std::int64_t>(mvarWorkplace.rule.leaseSize, static_cast<std::int64_t>(mvarToCome));
     if (!block.lease.band.empty()) mvarUsedUp.push_back(block.lease);
     block = {};
+    const std::wstring ticket = NewTicket();
     const auto take = [&] {
         rules.Enter(mvarWorkplace.rule);
-        return mvarLeases.Take(band.name, series, std::max<std::int64_t>(wanted, 1), band.start, band.highest);
+        return mvarLeases.Take(band.name, series, std::max<std::int64_t>(wanted, 1), band.start, band.highest, ticket);
     };
     const Lease lease = InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, take);
     block.next = lease.first;
     // With no room left nothing was set aside; the component says so itself when it makes the number.
-    if (lease.first <= band.highest) block.lease = lease;
+    if (lease.first > band.highest) return;
+    block.lease = lease;
+    mvarHeads[{lease.band, lease.series, lease.first}] = lease.seal;
 }
 
-void FastIssuer::UseNumbers(const std::vector<NumberHeld>& numbers) {
+std::vector<NumberRow> FastIssuer::UseNumbers(std::vector<NumberHeld>&& numbers) {
     for (const NumberHeld& held : numbers) {
         const auto block = mvarBlocks.find({held.band, held.series});
         if (block == mvarBlocks.end() || block->second.next != held.number || block->second.lease.band.empty())
             throw hosts::RecordError(L"the rule gives number " + std::to_wstring(held.number) + L" in band " +
                                      held.band + L", which was not set aside");
     }
-    for (const NumberHeld& held : numbers)
-        ++mvarBlocks[{held.band, held.series}].next;
+    std::vector<NumberRow> rows;
+    for (NumberHeld& held : numbers) {
+        Block& block = mvarBlocks[{held.band, held.series}];
+        ++block.next;
+        rows.push_back({std::move(held), block.lease.first, 0, {}});
+    }
+    return rows;
 }
 
-void FastIssuer::Store(std::span<const NewCode> codes) {
-    if (codes.empty()) return;
+void FastIssuer::SealNumbers(NewCode& code, std::map<LeaseKey, std::wstring>& heads) const {
+    for (NumberRow& row : code.numbers) {
+        std::wstring& head = heads[{row.held.band, row.held.series, row.lease}];
+        row.seal = SealOf(mvarWorkplace.rule.id, code.row, row, head);
+        head = row.seal;
+    }
+}
+
+// Whether all are stored; false when a key of one of them is taken, and then perhaps all of them by an attempt whose
+// COMMIT came late.
+bool FastIssuer::StoreTogether(std::vector<NewCode>& codes) {
+    if (codes.empty()) return true;
     Rules rules(mvarWorkplace.database);
+    std::map<LeaseKey, std::wstring> heads = mvarHeads;
+    for (NewCode& code : codes)
+        SealNumbers(code, heads);
     bool tried = false;
-    InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Fail, [&] {
-        rules.Enter(mvarWorkplace.rule);
-        // A connection that breaks while it commits leaves open whether it did.
-        const auto stored = tried ? mvarCodes.Find(codes.front().code) : std::nullopt;
-        if (stored && stored->ticket == codes.front().ticket) return true;
-        tried = true;
-        mvarCodes.Add(codes, L"issued");
-        CloseUsedUp();
-        return true;
-    });
+    try {
+        InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Fail, [&] {
+            rules.Enter(mvarWorkplace.rule);
+            const auto stored = tried ? mvarCodes.OfTicket(codes.front().row.ticket) : std::nullopt;
+            if (stored && stored->code == codes.front().row.code) return true;
+            tried = true;
+            mvarCodes.Add(codes);
+            MarkUsedUp();
+            return true;
+        });
+    } catch (const DbError& error) {
+        if (error.Kind() != Fault::UniqueKey && error.Kind() != Fault::Text) throw;
+        return false;
+    }
+    mvarHeads = std::move(heads);
+    for (const Lease& lease : mvarUsedUp)
+        mvarHeads.erase({lease.band, lease.series, lease.first});
     mvarUsedUp.clear();
+    return true;
 }
 
-void FastIssuer::CloseUsedUp() {
+void FastIssuer::MarkUsedUp() {
     for (const Lease& lease : mvarUsedUp)
-        mvarLeases.Close(lease, lease.last + 1);
+        mvarLeases.MarkUsed(lease);
 }
 
 void FastIssuer::StoreAll(std::vector<NewCode> codes, std::span<const Request> requests,
                           std::vector<Outcome>& outcomes) {
     std::vector<NewCode> made;
-    std::ranges::copy_if(codes, std::back_inserter(made), [](const NewCode& code) { return !code.code.empty(); });
-    try {
-        Store(made);
-        for (std::size_t at = 0; at < codes.size(); ++at)
-            outcomes[at].code = codes[at].code;
-        return;
-    } catch (const DbError& error) {
-        if (error.Kind() != Fault::UniqueKey) throw;
-    }
-    // Somebody else has one of them, so each goes by itself.
+    std::ranges::copy_if(codes, std::back_inserter(made), [](const NewCode& code) { return !code.row.code.empty(); });
+    const bool together = StoreTogether(made);
+    std::map<std::wstring, std::size_t> first; // by ticket
     for (std::size_t at = 0; at < codes.size(); ++at) {
         try {
-            if (!codes[at].code.empty()) outcomes[at].code = StoreAlone(std::move(codes[at]), requests[at]);
+            if (codes[at].row.code.empty()) continue;
+            first[requests[at].ticket] = at;
+            if (together)
+                outcomes[at].code = codes[at].row.code;
+            else
+                outcomes[at] = StoreAlone(std::move(codes[at]), requests[at]);
         } catch (const hosts::RecordError& error) {
             outcomes[at].refusal = error.Message();
         }
     }
+    for (std::size_t at = 0; at < codes.size(); ++at) {
+        if (!outcomes[at].code.empty() || !outcomes[at].refusal.empty()) continue;
+        const std::size_t same = first[requests[at].ticket];
+        CodeRow stored;
+        stored.code = outcomes[same].code;
+        stored.fields = requests[same].fields;
+        outcomes[at] = stored.code.empty() ? outcomes[same] : OutcomeOf(stored, requests[at], true);
+    }
 }
 
-std::wstring FastIssuer::StoreAlone(NewCode code, const Request& request) {
+// The newest seals of the code's leases as they are stored: another attempt may have come before this one after all.
+std::map<FastIssuer::LeaseKey, std::wstring> FastIssuer::StoredHeads(const NewCode& code) {
+    std::map<LeaseKey, std::wstring> heads;
+    for (const NumberRow& row : code.numbers) {
+        const LeaseKey key{row.held.band, row.held.series, row.lease};
+        const auto stored = mvarCodes.HeadOfLease(key.band, key.series, key.number);
+        const auto known = mvarHeads.find(key);
+        heads[key] = stored ? *stored : known != mvarHeads.end() ? known->second : std::wstring();
+    }
+    return heads;
+}
+
+Outcome FastIssuer::StoreAlone(NewCode code, const Request& request) {
+    Rules rules(mvarWorkplace.database);
+    const std::wstring made = code.row.code;
     for (;;) {
         try {
-            Store({&code, 1});
-            return code.code;
+            return InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Fail, [&] {
+                rules.Enter(mvarWorkplace.rule);
+                std::map<LeaseKey, std::wstring> heads = StoredHeads(code);
+                const auto stored = mvarCodes.OfTicket(request.ticket);
+                if (!stored) {
+                    SealNumbers(code, heads);
+                    mvarCodes.Add({&code, 1});
+                }
+                for (const auto& [key, head] : heads)
+                    mvarHeads[key] = head;
+                if (stored) return OutcomeOf(*stored, request, stored->code != made);
+                return Outcome{code.row.code, {}, false};
+            });
         } catch (const DbError& error) {
+            if (error.Kind() == Fault::Text) throw hosts::RecordError(error.Message());
             if (error.Kind() != Fault::UniqueKey) throw;
         }
-        if (code.numbers.empty())
-            throw hosts::RecordError(L"code " + code.code +
-                                     L" is issued already, and no band of the rule numbers it on");
         code = MakeNext(request);
     }
 }
 
 void FastIssuer::Finish() {
-    InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Fail, [this] {
-        CloseUsedUp();
+    InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, [this] {
+        MarkUsedUp();
         for (const auto& [key, block] : mvarBlocks)
             if (!block.lease.band.empty()) mvarLeases.Close(block.lease, block.next);
         return true;

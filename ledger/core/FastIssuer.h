@@ -1,6 +1,6 @@
 // Numbers come from blocks that this program has set aside, and codes are stored many at a time.
 //
-// A number that was set aside and not used is a gap; the open lease of a program that ended early tells of it.
+// A number that was set aside and not used is a gap; its lease tells of it.
 #pragma once
 
 #include <map>
@@ -25,21 +25,26 @@ class FastIssuer final : public Issuer {
         Lease lease;
         std::int64_t next = 0; // beyond the lease's end when it is used up
     };
+    using LeaseKey = NumberHeld; // band, series and first number
 
     [[nodiscard]] NewCode MakeNext(const Request& request);
     [[nodiscard]] std::wstring LastCode(const NumberBand& band, const std::wstring& series);
     void TakeBlock(Block& block, const NumberBand& band, const std::wstring& series);
-    void UseNumbers(const std::vector<NumberHeld>& numbers);
-    void Store(std::span<const NewCode> codes);
-    [[nodiscard]] std::wstring StoreAlone(NewCode code, const Request& request);
+    [[nodiscard]] std::vector<NumberRow> UseNumbers(std::vector<NumberHeld>&& numbers);
+    void LookForStored(std::span<const Request> requests, std::vector<Outcome>& outcomes);
     [[nodiscard]] std::vector<NewCode> MakeAll(std::span<const Request> requests, std::vector<Outcome>& outcomes);
     void StoreAll(std::vector<NewCode> codes, std::span<const Request> requests, std::vector<Outcome>& outcomes);
-    void CloseUsedUp();
+    [[nodiscard]] bool StoreTogether(std::vector<NewCode>& codes);
+    [[nodiscard]] Outcome StoreAlone(NewCode code, const Request& request);
+    void SealNumbers(NewCode& code, std::map<LeaseKey, std::wstring>& heads) const;
+    [[nodiscard]] std::map<LeaseKey, std::wstring> StoredHeads(const NewCode& code);
+    void MarkUsedUp();
 
     Workplace mvarWorkplace;
     Codes mvarCodes;
     Leases mvarLeases;
     std::map<std::pair<std::wstring, std::wstring>, Block> mvarBlocks; // by band and series
+    std::map<LeaseKey, std::wstring> mvarHeads;                        // the newest seals of the leases at work
     std::vector<Lease> mvarUsedUp;                                     // kept until their codes are stored
     std::size_t mvarToCome = 0;                                        // requests that still want a number
 };

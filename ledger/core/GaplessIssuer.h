@@ -19,10 +19,10 @@ class GaplessIssuer final : public Issuer {
     void Finish() override {}
 
   private:
-    [[nodiscard]] std::wstring IssueOne(const Request& request);
+    [[nodiscard]] Outcome IssueOne(const Request& request);
     [[nodiscard]] NewCode MakeNext(const Request& request);
-    [[nodiscard]] bool WasStored(const NewCode& tried);
-    void RefuseRepeated(const NewCode& code, const NewCode& before);
+    void SealNumbers(NewCode& code, const std::vector<std::wstring>& before) const;
+    void RefuseRepeated(const NewCode& code, const std::wstring& before);
 
     Workplace mvarWorkplace;
     Codes mvarCodes;

@@ -1,4 +1,5 @@
-// Issues codes by a rule's policy: a code that is handed out is stored, and is nobody else's.
+// Issues codes by a rule's policy: a code that is handed out is stored, and is nobody else's; a request gets one code,
+// however often it is made.
 #pragma once
 
 #include <memory>
@@ -12,13 +13,16 @@
 namespace ledger {
 
 struct Request {
-    FieldValues values;  // of the rule's fields and macros
-    std::wstring fields; // what is stored with the code: all of the record as a JSON object
+    FieldValues values;   // of the rule's fields and macros
+    std::wstring fields;  // what is stored with the code: all of the record as a JSON object
+    std::wstring ticket;  // what makes it the same request: given by whoever asks, or one of the ledger's own
+    bool isGiven = false; // the ticket was given, so that the request may have been made before
 };
 
 struct Outcome {
     std::wstring code;    // empty when the record was refused
     std::wstring refusal; // why
+    bool before = false;  // the code was issued by an earlier request with the same ticket
 };
 
 class Issuer {
@@ -30,7 +34,7 @@ class Issuer {
     // How many requests to hand over at once, so that their storing pays.
     [[nodiscard]] virtual std::size_t BatchSize() const noexcept = 0;
     // One outcome per request, in their order. `toCome` counts the requests that will follow, as far as they are known.
-    // Fails with HostError when going on makes no sense; nothing of this call is stored then that was not returned.
+    // Fails with HostError when going on makes no sense; what is stored then of this call, its tickets tell.
     [[nodiscard]] virtual std::vector<Outcome> Issue(std::span<const Request> requests, std::size_t toCome) = 0;
     // Gives back what was set aside and not used.
     virtual void Finish() = 0;
@@ -47,7 +51,11 @@ struct Workplace {
     Patience patience;
 };
 
-// The issuer of the rule's policy.
+// The issuer of the rule's policy; a rule that numbers nothing has nothing to set aside.
 [[nodiscard]] std::unique_ptr<Issuer> MakeIssuer(const Workplace& workplace);
+
+// What the code that is stored for the request's ticket means for the request: it gets that code, or is refused because
+// it was another request then.
+[[nodiscard]] Outcome OutcomeOf(const CodeRow& stored, const Request& request, bool before);
 
 } // namespace ledger

@@ -25,4 +25,6 @@ FieldValues FieldsOf(const std::wstring& text) {
     return values;
 }
 
+bool IsJsonObject(const std::wstring& text) { return text.starts_with(L"{") && Json::accept(hosts::ToUtf8(text)); }
+
 } // namespace ledger

@@ -20,5 +20,6 @@ using Json = nlohmann::ordered_json;
 [[nodiscard]] std::wstring JsonText(const Json& json);
 // The fields of an object that JsonText wrote; none when the text is no object of strings.
 [[nodiscard]] FieldValues FieldsOf(const std::wstring& text);
+[[nodiscard]] bool IsJsonObject(const std::wstring& text);
 
 } // namespace ledger

@@ -1,22 +1,34 @@
 #include "ledger/core/Leases.h"
 
-#include <windows.h>
-
 #include <algorithm>
-#include <array>
 
-#include "ledger/core/Codes.h"
+#include "ledger/core/Seal.h"
+#include "ledger/core/Stamp.h"
 
 namespace ledger {
 
 namespace {
 
-// The machine and the process, for whoever wonders what became of a lease.
-std::wstring ThisProgram() {
-    std::array<wchar_t, MAX_COMPUTERNAME_LENGTH + 1> machine{};
-    auto size = static_cast<DWORD>(machine.size());
-    if (GetComputerNameW(machine.data(), &size) == 0) machine[0] = L'?';
-    return std::wstring(machine.data()) + L":" + std::to_wstring(GetCurrentProcessId());
+const wchar_t* const SelectText =
+    L"SELECT band, series, first_number, last_number, granted_to, owner, taken_at, ticket, state, "
+    L"act, seal FROM kestrel_leases WHERE rule_id = ?";
+
+std::wstring Select(const wchar_t* rest) { return std::wstring(SelectText) + rest; }
+
+Lease ReadRow(const Statement& row) {
+    Lease lease;
+    lease.band = row.Text(1);
+    lease.series = row.Text(2);
+    lease.first = row.Number(3);
+    lease.last = row.Number(4);
+    lease.grantedTo = row.Number(5);
+    lease.owner = row.Text(6);
+    lease.takenAt = row.Text(7);
+    lease.ticket = row.Text(8);
+    lease.state = row.Text(9);
+    lease.act = row.Number(10);
+    lease.seal = row.Text(11);
+    return lease;
 }
 
 } // namespace
@@ -28,6 +40,24 @@ const std::array<const wchar_t*, 2> FirstFreeQueries = {
     L"(SELECT MAX(first_number) FROM kestrel_leases l WHERE l.rule_id = kestrel_leases.rule_id "
     L"AND l.band = kestrel_leases.band AND l.series = kestrel_leases.series)"};
 
+std::wstring SealOf(std::int64_t ruleId, const Lease& lease) {
+    return SealText({})
+        .Add(L"lease")
+        .Add(ruleId)
+        .Add(lease.band)
+        .Add(lease.series)
+        .Add(lease.first)
+        .Add(lease.grantedTo)
+        .Add(lease.owner)
+        .Add(lease.takenAt)
+        .Add(lease.ticket)
+        .Seal();
+}
+
+std::wstring SubjectOf(const Lease& lease) {
+    return lease.band + L" " + lease.series + L" " + std::to_wstring(lease.first);
+}
+
 std::int64_t Leases::FirstFree(const std::wstring& band, const std::wstring& series, std::int64_t start) {
     std::int64_t first = start;
     for (const wchar_t* query : FirstFreeQueries) {
@@ -35,77 +65,83 @@ std::int64_t Leases::FirstFree(const std::wstring& band, const std::wstring& ser
         row.Set(mvarRuleId).Set(band).Set(series).Execute();
         if (!row.Fetch()) continue;
         if (const auto taken = row.NumberIfAny(1)) first = std::max(first, *taken + 1);
+        row.Close();
     }
     return first;
 }
 
 Lease Leases::Take(const std::wstring& band, const std::wstring& series, std::int64_t count, std::int64_t start,
-                   std::int64_t highest) {
-    Lease lease{band, series, FirstFree(band, series, start), 0, 0, ThisProgram(), NowText(), true};
+                   std::int64_t highest, const std::wstring& ticket) {
+    if (auto taken = mvarDatabase.Prepare(Select(L" AND band = ? AND series = ? AND ticket = ?"))
+                         .Set(mvarRuleId)
+                         .Set(band)
+                         .Set(series)
+                         .Set(ticket)
+                         .First(ReadRow))
+        return *std::move(taken);
+    Lease lease;
+    lease.band = band;
+    lease.series = series;
+    lease.first = FirstFree(band, series, start);
     if (lease.first > highest) return lease;
     lease.last = count - 1 < highest - lease.first ? lease.first + count - 1 : highest;
     lease.grantedTo = lease.last;
-    mvarDatabase
-        .Prepare(L"INSERT INTO kestrel_leases (rule_id, band, series, first_number, last_number, granted_to, owner, "
-                 L"taken_at, state) VALUES (?, ?, ?, ?, ?, ?, ?, ?, 'open')")
-        .Set(mvarRuleId)
-        .Set(band)
-        .Set(series)
-        .Set(lease.first)
-        .Set(lease.last)
-        .Set(lease.grantedTo)
-        .Set(lease.owner)
-        .Set(lease.takenAt)
-        .Execute();
+    lease.owner = ThisProgram();
+    lease.takenAt = NowText();
+    lease.ticket = ticket;
+    lease.state = L"open";
+    lease.seal = SealOf(mvarRuleId, lease);
+    Statement& insert = mvarDatabase.Prepare(
+        L"INSERT INTO kestrel_leases (rule_id, band, series, first_number, last_number, granted_to, owner, taken_at, "
+        L"ticket, state, act, seal) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, 'open', 0, ?)");
+    insert.Set(mvarRuleId).Set(band).Set(series).Set(lease.first).Set(lease.last).Set(lease.grantedTo);
+    insert.Set(lease.owner).Set(lease.takenAt).Set(lease.ticket).Set(lease.seal).Execute();
     return lease;
 }
 
-void Leases::Remove(const Lease& lease) {
+void Leases::MarkUsed(const Lease& lease) {
     mvarDatabase
-        .Prepare(L"DELETE FROM kestrel_leases WHERE rule_id = ? AND band = ? AND series = ? AND first_number = ?")
+        .Prepare(L"UPDATE kestrel_leases SET state = 'used' WHERE rule_id = ? AND band = ? AND series = ? AND "
+                 L"first_number = ? AND state = 'open'")
         .Set(mvarRuleId)
         .Set(lease.band)
         .Set(lease.series)
         .Set(lease.first)
         .Execute();
+}
+
+// One that is unused and the last one: as if it had never been.
+bool Leases::RemoveUnused(const Lease& lease) {
+    Statement& removal = mvarDatabase.Prepare(
+        L"DELETE FROM kestrel_leases WHERE rule_id = ? AND band = ? AND series = ? AND first_number = ? AND state = "
+        L"'open'");
+    const auto behind = mvarDatabase
+                            .Prepare(L"SELECT MAX(first_number) FROM kestrel_leases WHERE rule_id = ? AND band = ? AND "
+                                     L"series = ?")
+                            .Set(mvarRuleId)
+                            .Set(lease.band)
+                            .Set(lease.series)
+                            .First([](const Statement& row) { return row.Number(1); });
+    if (behind.value_or(0) > lease.first) return false;
+    removal.Set(mvarRuleId).Set(lease.band).Set(lease.series).Set(lease.first).Execute();
+    return removal.Changed() == 1;
 }
 
 void Leases::Close(const Lease& lease, std::int64_t next) {
-    if (next > lease.grantedTo) return Remove(lease);
-    if (next == lease.first) {
-        // Unused and the last one: as if it had never been.
-        Statement& removal = mvarDatabase.Prepare(
-            L"DELETE FROM kestrel_leases WHERE rule_id = ? AND band = ? AND series = ? AND first_number = ? AND NOT "
-            L"EXISTS (SELECT 1 FROM kestrel_leases l WHERE l.rule_id = kestrel_leases.rule_id AND l.band = "
-            L"kestrel_leases.band AND l.series = kestrel_leases.series AND l.first_number > "
-            L"kestrel_leases.first_number)");
-        removal.Set(mvarRuleId).Set(lease.band).Set(lease.series).Set(lease.first).Execute();
-        if (removal.Changed() == 1) return;
-    }
-    mvarDatabase
-        .Prepare(L"UPDATE kestrel_leases SET last_number = ?, state = 'closed' WHERE rule_id = ? AND band = ? AND "
-                 L"series = ? AND first_number = ?")
-        .Set(next - 1)
-        .Set(mvarRuleId)
-        .Set(lease.band)
-        .Set(lease.series)
-        .Set(lease.first)
-        .Execute();
+    if (next > lease.grantedTo) return MarkUsed(lease);
+    if (next == lease.first && RemoveUnused(lease)) return;
+    Journal journal(mvarDatabase, mvarRuleId);
+    const std::int64_t act = journal.NextNumber();
+    Statement& update = mvarDatabase.Prepare(L"UPDATE kestrel_leases SET last_number = ?, state = 'closed', act = ? "
+                                             L"WHERE rule_id = ? AND band = ? AND series = "
+                                             L"? AND first_number = ? AND state = 'open'");
+    update.Set(next - 1).Set(act).Set(mvarRuleId).Set(lease.band).Set(lease.series).Set(lease.first).Execute();
+    if (update.Changed() == 1)
+        journal.Write(acts::Lease, SubjectOf(lease), std::to_wstring(next - 1), lease.ticket + L" closed");
 }
 
 std::vector<Lease> Leases::All() {
-    return mvarDatabase
-        .Prepare(L"SELECT band, series, first_number, last_number, granted_to, owner, taken_at, state FROM "
-                 L"kestrel_leases WHERE rule_id = ? ORDER BY band, series, first_number")
-        .Set(mvarRuleId)
-        .Rows([](const Statement& row) {
-            return Lease{row.Text(1),   row.Text(2), row.Number(3), row.Number(4),
-                         row.Number(5), row.Text(6), row.Text(7),   row.Text(8) == L"open"};
-        });
-}
-
-void Leases::RemoveAll() {
-    mvarDatabase.Prepare(L"DELETE FROM kestrel_leases WHERE rule_id = ?").Set(mvarRuleId).Execute();
+    return mvarDatabase.Prepare(Select(L" ORDER BY band, series, first_number")).Set(mvarRuleId).Rows(ReadRow);
 }
 
 } // namespace ledger

@@ -1,13 +1,14 @@
 // Blocks of numbers that one program has set aside for itself, so that it needs no transaction per number.
 //
-// A lease is open as long as its program runs; it is closed, and what is left of it goes back where nobody has taken
-// numbers behind it since. A program that ends without closing leaves its lease open, for the audit to find.
+// A lease is open as long as its program runs. Used up, or closed with what is left of it going back where nobody has
+// taken numbers behind it since, it stays as the account of its numbers, which are chained from its seal on. A program
+// that ends without closing leaves its lease open, for the audit to find and for somebody to close.
 #pragma once
 
 #include <array>
 #include <vector>
 
-#include "ledger/db/Database.h"
+#include "ledger/core/Journal.h"
 
 namespace ledger {
 
@@ -17,10 +18,18 @@ struct Lease {
     std::int64_t first = 0;
     std::int64_t last = 0;      // what may be used, or was, when it is closed
     std::int64_t grantedTo = 0; // what was set aside
-    std::wstring owner;
+    std::wstring owner;         // machine and process
     std::wstring takenAt;
-    bool open = true;
+    std::wstring ticket;
+    std::wstring state;   // open, used or closed
+    std::int64_t act = 0; // the act that closed it
+    std::wstring seal;
 };
+
+[[nodiscard]] std::wstring SealOf(std::int64_t ruleId, const Lease& lease);
+
+// How an act of the journal names a lease.
+[[nodiscard]] std::wstring SubjectOf(const Lease& lease);
 
 // What FirstFree asks, so that the plans can be looked at: rule, band and series each.
 extern const std::array<const wchar_t*, 2> FirstFreeQueries;
@@ -31,22 +40,22 @@ class Leases {
     Leases(Database& database, std::int64_t ruleId) : mvarDatabase(database), mvarRuleId(ruleId) {}
 
     // Sets `count` numbers aside, fewer at the band's end: none below `start`, none above `highest`, none that is
-    // stored or set aside already. Two programs that do so at once collide on a key. `highest` must not be reached yet;
-    // a lease whose first number is above it is returned without being stored.
+    // stored or set aside already. Two programs that do so at once collide on a key; the same ticket again gets the
+    // lease that it has. A lease whose first number is above `highest` is returned without being stored.
     Lease Take(const std::wstring& band, const std::wstring& series, std::int64_t count, std::int64_t start,
-               std::int64_t highest);
-    // `next` is the first number of the lease that was not used. A lease that is used up leaves no trace: its numbers
-    // are stored.
+               std::int64_t highest, const std::wstring& ticket);
+    // All numbers of it are stored.
+    void MarkUsed(const Lease& lease);
+    // `next` is the first number of the lease that was not used. Nothing happens to one that is not open any more.
     void Close(const Lease& lease, std::int64_t next);
     // All of the rule's, by band, series and first number.
     [[nodiscard]] std::vector<Lease> All();
-    void RemoveAll();
 
     // The number that the next lease would begin with.
     [[nodiscard]] std::int64_t FirstFree(const std::wstring& band, const std::wstring& series, std::int64_t start);
 
   private:
-    void Remove(const Lease& lease);
+    [[nodiscard]] bool RemoveUnused(const Lease& lease);
 
     Database& mvarDatabase;
     std::int64_t mvarRuleId;

@@ -22,7 +22,7 @@ std::wstring LastStored(const Workplace& workplace, const NumberBand& band, cons
 } // namespace
 
 std::vector<std::wstring> PreviewCodes(const Workplace& workplace, const FieldValues& values, std::size_t count) {
-    return InTransaction(workplace.database, workplace.patience, OnUniqueKey::Fail, [&] {
+    return InSnapshot(workplace.database, workplace.patience, [&] {
         std::map<std::pair<std::wstring, std::wstring>, std::wstring> last; // by band and series
         const LastCodeSource source = [&](const NumberBand& band, const std::wstring& series) {
             const auto known = last.find({band.name, series});

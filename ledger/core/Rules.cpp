@@ -1,10 +1,18 @@
 #include "ledger/core/Rules.h"
 
+#include "hosts/common/Utf8.h"
+#include "ledger/core/Sha256.h"
+
 namespace ledger {
 
 namespace {
 
-const wchar_t* const Columns = L"id, name, policy, lease_size, code_length, revision, definition";
+const wchar_t* const SelectText =
+    L"SELECT r.id, r.name, r.policy, r.lease_size, r.revision, d.number, d.code_length, d.stored_at, d.stored_by, "
+    L"d.text "
+    L"FROM kestrel_rules r JOIN kestrel_definitions d ON d.rule_id = r.id AND d.number = r.definition";
+
+std::wstring Select(const wchar_t* rest) { return std::wstring(SelectText) + rest; }
 
 StoredRule ReadRow(const Statement& row) {
     StoredRule rule;
@@ -12,9 +20,12 @@ StoredRule ReadRow(const Statement& row) {
     rule.name = row.Text(2);
     rule.policy = PolicyOf(row.Text(3)).value_or(Policy::Gapless);
     rule.leaseSize = row.Number(4);
-    rule.codeLength = row.Number(5);
-    rule.revision = row.Number(6);
-    rule.definition = row.Text(7);
+    rule.revision = row.Number(5);
+    rule.definition.number = row.Number(6);
+    rule.definition.codeLength = row.Number(7);
+    rule.definition.storedAt = row.Text(8);
+    rule.definition.storedBy = row.Text(9);
+    rule.definition.text = row.Text(10);
     return rule;
 }
 
@@ -28,58 +39,88 @@ std::optional<Policy> PolicyOf(const std::wstring& name) {
     return std::nullopt;
 }
 
-std::vector<StoredRule> Rules::All() {
-    return mvarDatabase.Prepare(std::wstring(L"SELECT ") + Columns + L" FROM kestrel_rules ORDER BY name")
-        .Rows(ReadRow);
+std::wstring SettingsText(const StoredRule& rule) {
+    return L"policy " + NameOf(rule.policy) + L", lease " + std::to_wstring(rule.leaseSize) + L", revision " +
+           std::to_wstring(rule.revision) + L", code length " + std::to_wstring(rule.definition.codeLength) +
+           L", definition " + HexOf(Sha256Of(hosts::ToUtf8(rule.definition.text))) + L" of " +
+           rule.definition.storedAt + L" by " + rule.definition.storedBy + L", rule " + rule.name;
 }
 
+std::vector<StoredRule> Rules::All() { return mvarDatabase.Prepare(Select(L" ORDER BY r.name")).Rows(ReadRow); }
+
 std::optional<StoredRule> Rules::Find(const std::wstring& name) {
-    Statement& rows = mvarDatabase.Prepare(std::wstring(L"SELECT ") + Columns + L" FROM kestrel_rules WHERE name = ?");
-    rows.Set(name).Execute();
-    if (!rows.Fetch()) return std::nullopt;
-    return ReadRow(rows);
+    return mvarDatabase.Prepare(Select(L" WHERE r.name = ?")).Set(name).First(ReadRow);
 }
 
 void Rules::Add(StoredRule& rule) {
-    Statement& highest = mvarDatabase.Prepare(L"SELECT MAX(id) FROM kestrel_rules");
-    highest.Execute();
-    rule.id = (highest.Fetch() ? highest.Number(1) : 0) + 1;
-    mvarDatabase.Prepare(std::wstring(L"INSERT INTO kestrel_rules (") + Columns + L") VALUES (?, ?, ?, ?, ?, ?, ?)")
+    const auto highest = mvarDatabase.Prepare(L"SELECT MAX(id) FROM kestrel_rules").First([](const Statement& row) {
+        return row.Number(1);
+    });
+    rule.id = highest.value_or(0) + 1;
+    mvarDatabase
+        .Prepare(
+            L"INSERT INTO kestrel_rules (id, name, policy, lease_size, revision, definition, turn) VALUES (?, ?, ?, "
+            L"?, ?, ?, 0)")
         .Set(rule.id)
         .Set(rule.name)
         .Set(NameOf(rule.policy))
         .Set(rule.leaseSize)
-        .Set(rule.codeLength)
         .Set(rule.revision)
-        .Set(rule.definition)
+        .Set(rule.definition.number)
+        .Execute();
+}
+
+void Rules::AddDefinition(std::int64_t ruleId, const Definition& definition) {
+    mvarDatabase
+        .Prepare(
+            L"INSERT INTO kestrel_definitions (rule_id, number, code_length, stored_at, stored_by, text) VALUES (?, "
+            L"?, ?, ?, ?, ?)")
+        .Set(ruleId)
+        .Set(definition.number)
+        .Set(definition.codeLength)
+        .Set(definition.storedAt)
+        .Set(definition.storedBy)
+        .Set(definition.text)
         .Execute();
 }
 
 void Rules::Replace(StoredRule& rule) {
-    mvarDatabase
-        .Prepare(L"UPDATE kestrel_rules SET policy = ?, lease_size = ?, code_length = ?, revision = ?, definition = ? "
-                 L"WHERE id = ?")
-        .Set(NameOf(rule.policy))
+    Statement& update = mvarDatabase.Prepare(L"UPDATE kestrel_rules SET policy = ?, lease_size = ?, revision = ?, "
+                                             L"definition = ? WHERE id = ? AND revision = ?");
+    update.Set(NameOf(rule.policy))
         .Set(rule.leaseSize)
-        .Set(rule.codeLength)
         .Set(rule.revision + 1)
-        .Set(rule.definition)
+        .Set(rule.definition.number)
         .Set(rule.id)
+        .Set(rule.revision)
         .Execute();
+    if (update.Changed() != 1) RefuseChanged(rule);
     ++rule.revision;
+}
+
+std::vector<Definition> Rules::Definitions(std::int64_t ruleId) {
+    return mvarDatabase
+        .Prepare(L"SELECT number, code_length, stored_at, stored_by, text FROM kestrel_definitions WHERE rule_id = ? "
+                 L"ORDER BY number")
+        .Set(ruleId)
+        .Rows([](const Statement& row) {
+            return Definition{row.Number(1), row.Number(2), row.Text(3), row.Text(4), row.Text(5)};
+        });
 }
 
 void Rules::Enter(const StoredRule& rule) {
     bool unchanged = false;
     if (mvarDatabase.EntersByWriting()) {
         Statement& touch =
-            mvarDatabase.Prepare(L"UPDATE kestrel_rules SET revision = revision WHERE id = ? AND revision = ?");
+            mvarDatabase.Prepare(L"UPDATE kestrel_rules SET turn = turn + 1 WHERE id = ? AND revision = ?");
         touch.Set(rule.id).Set(rule.revision).Execute();
         unchanged = touch.Changed() == 1;
     } else {
-        Statement& row = mvarDatabase.Prepare(L"SELECT id FROM kestrel_rules WHERE id = ? AND revision = ?");
-        row.Set(rule.id).Set(rule.revision).Execute();
-        unchanged = row.Fetch();
+        unchanged = mvarDatabase.Prepare(L"SELECT id FROM kestrel_rules WHERE id = ? AND revision = ?")
+                        .Set(rule.id)
+                        .Set(rule.revision)
+                        .First([](const Statement&) { return true; })
+                        .has_value();
     }
     if (!unchanged) RefuseChanged(rule);
 }

@@ -1,4 +1,4 @@
-// The rules that a ledger keeps.
+// The rules that a ledger keeps, and the definitions that each of them has had.
 #pragma once
 
 #include <optional>
@@ -17,15 +17,26 @@ enum class Policy {
 [[nodiscard]] std::wstring NameOf(Policy policy);
 [[nodiscard]] std::optional<Policy> PolicyOf(const std::wstring& name);
 
+struct Definition {
+    std::int64_t number = 0; // from 1
+    std::int64_t codeLength = 0;
+    std::wstring storedAt; // UTC
+    std::wstring storedBy;
+    std::wstring text;
+};
+
 struct StoredRule {
     std::int64_t id = 0;
     std::wstring name;
     Policy policy = Policy::Gapless;
     std::int64_t leaseSize = 100; // how many numbers the fast policy sets aside at once
-    std::int64_t codeLength = 0;
-    std::int64_t revision = 1;
-    std::wstring definition;
+    std::int64_t revision = 1;    // counts the changes of anything here
+    Definition definition;        // the newest one
 };
+
+// What an import or a change of settings writes into the journal: everything of a rule that can be changed, so that an
+// audit can tell what it must be.
+[[nodiscard]] std::wstring SettingsText(const StoredRule& rule);
 
 // Members run in the caller's transaction and fail with DbError.
 class Rules {
@@ -35,13 +46,16 @@ class Rules {
     // In the order of their names.
     [[nodiscard]] std::vector<StoredRule> All();
     [[nodiscard]] std::optional<StoredRule> Find(const std::wstring& name);
-    // Stores a new rule and sets its id; two programs that do so at once collide on a key.
+    // Stores a new rule without a definition and sets its id; two programs that do so at once collide on a key.
     void Add(StoredRule& rule);
-    // Stores everything but the id and the name, and counts the revision up.
+    void AddDefinition(std::int64_t ruleId, const Definition& definition);
+    // Stores the settings and the number of the newest definition, if the rule still has the revision, and counts that
+    // up; fails with HostError if not.
     void Replace(StoredRule& rule);
+    // In the order of their numbers.
+    [[nodiscard]] std::vector<Definition> Definitions(std::int64_t ruleId);
     // To be called first in a transaction that stores something made by the rule, unless what stores it looks for
-    // itself (Codes::AddIssued): fails with HostError when the rule was changed since it was read. Where only one
-    // transaction at a time can write, the right to write is taken too.
+    // itself (Codes::AddIssued): fails with HostError when the rule was changed since it was read.
     void Enter(const StoredRule& rule);
     // Fails with the HostError of a rule that was changed.
     [[noreturn]] static void RefuseChanged(const StoredRule& rule);

@@ -1,37 +1,39 @@
 #include "ledger/core/Series.h"
 
+#include <algorithm>
+
 namespace ledger {
 
-std::vector<Series> AllSeries(Database& database, std::int64_t ruleId) {
-    return database
-        .Prepare(L"SELECT band, series, COUNT(*), MIN(number), MAX(number) FROM kestrel_numbers WHERE rule_id = ? "
-                 L"GROUP BY band, series ORDER BY band, series")
-        .Set(ruleId)
-        .Rows([](const Statement& row) {
-            return Series{row.Text(1), row.Text(2), row.Number(3), row.Number(4), row.Number(5)};
-        });
+namespace {
+
+const NumberBand* FindBand(const std::wstring& name, const std::vector<NumberBand>& bands) {
+    const auto found = std::ranges::find(bands, name, &NumberBand::name);
+    return found == bands.end() ? nullptr : &*found;
 }
 
-std::vector<Gap> AllGaps(Database& database, std::int64_t ruleId) {
-    return database
-        .Prepare(
-            L"SELECT band, series, before_it + 1, number - 1 FROM (SELECT band, series, number, LAG(number) OVER "
-            L"(PARTITION BY band, series ORDER BY number) AS before_it FROM kestrel_numbers WHERE rule_id = ?) pairs "
-            L"WHERE number - before_it > 1 ORDER BY band, series, number")
-        .Set(ruleId)
-        .Rows([](const Statement& row) {
-            return Gap{row.Text(1), row.Text(2), row.Number(3), row.Number(4)};
-        });
+} // namespace
+
+bool IsLeftOfLeases(const Gap& gap, const std::vector<Lease>& leases) {
+    std::int64_t next = gap.first; // leases come by their first number
+    for (const Lease& lease : leases) {
+        if (lease.band != gap.band || lease.series != gap.series || lease.first > next) continue;
+        next = std::max(next, lease.grantedTo + 1);
+    }
+    return next > gap.last;
 }
 
-std::vector<Alike> AllAlike(Database& database, std::int64_t ruleId) {
-    return database
-        .Prepare(L"SELECT UPPER(code), COUNT(*) FROM kestrel_codes WHERE rule_id = ? "
-                 L"GROUP BY UPPER(code) HAVING COUNT(*) > 1 ORDER BY UPPER(code)")
-        .Set(ruleId)
-        .Rows([](const Statement& row) {
-            return Alike{row.Text(1), row.Number(2)};
-        });
+std::optional<Gap> GapBefore(const Series& series, const std::vector<NumberBand>& bands) {
+    const NumberBand* band = FindBand(series.band, bands);
+    if (band == nullptr || series.first <= band->start) return std::nullopt;
+    return Gap{series.band, series.series, band->start, series.first - 1};
+}
+
+std::optional<Room> RoomLeft(const Series& series, const std::vector<NumberBand>& bands) {
+    const NumberBand* band = FindBand(series.band, bands);
+    if (band == nullptr) return std::nullopt;
+    const std::int64_t left = std::max<std::int64_t>(band->highest - series.last, 0);
+    const double all = static_cast<double>(band->highest) - static_cast<double>(band->start) + 1;
+    return Room{left, all < 1 ? 0U : static_cast<unsigned>(100.0 * static_cast<double>(left) / all)};
 }
 
 } // namespace ledger

@@ -1,10 +1,11 @@
-// What a rule's numbers look like as a whole, found by the database.
+// What a series looks like as a whole.
 #pragma once
 
-#include <string>
+#include <optional>
 #include <vector>
 
-#include "ledger/db/Database.h"
+#include "ledger/core/CodeMaker.h"
+#include "ledger/core/Leases.h"
 
 namespace ledger {
 
@@ -16,7 +17,7 @@ struct Series {
     std::int64_t last = 0;
 };
 
-// Numbers that nobody holds, between two that somebody holds.
+// Numbers that nobody holds, before or between those that somebody holds.
 struct Gap {
     std::wstring band;
     std::wstring series;
@@ -24,15 +25,19 @@ struct Gap {
     std::int64_t last = 0;
 };
 
-// Codes that differ in letter case only.
-struct Alike {
-    std::wstring code; // in upper case
-    std::int64_t count = 0;
+// Whether every number of the gap was set aside by a lease, so that the gap is what was left of leases. The leases come
+// by their first numbers.
+[[nodiscard]] bool IsLeftOfLeases(const Gap& gap, const std::vector<Lease>& leases);
+
+// The numbers before the first one of a series that does not begin where its band begins.
+[[nodiscard]] std::optional<Gap> GapBefore(const Series& series, const std::vector<NumberBand>& bands);
+
+struct Room {
+    std::int64_t left = 0; // numbers that the series can still give
+    unsigned percent = 0;  // of all that it could ever give
 };
 
-// Each runs in the caller's transaction and fails with DbError; series come by band and series.
-[[nodiscard]] std::vector<Series> AllSeries(Database& database, std::int64_t ruleId);
-[[nodiscard]] std::vector<Gap> AllGaps(Database& database, std::int64_t ruleId);
-[[nodiscard]] std::vector<Alike> AllAlike(Database& database, std::int64_t ruleId);
+// Nothing when the rule has no such band any more.
+[[nodiscard]] std::optional<Room> RoomLeft(const Series& series, const std::vector<NumberBand>& bands);
 
 } // namespace ledger

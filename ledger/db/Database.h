@@ -61,9 +61,12 @@ class Database {
     [[nodiscard]] virtual bool HasTable(const std::wstring& name) = 0;
     // Whether the database is a file of something else, in which a ledger has no business.
     [[nodiscard]] virtual bool IsForeign() = 0;
-    // A table definition as the engine takes it: TEXT(n) becomes its type for texts of up to n characters, LONGTEXT that
-    // for longer ones; both compare by their characters' codes.
+    // A table definition as the engine takes it: TEXT(n) becomes its type for texts of up to n characters, LONGTEXT
+    // that for longer ones; both compare by their characters' codes.
     [[nodiscard]] virtual std::wstring TableText(std::wstring definition) const = 0;
+    // To be called first in a transaction that changes much: nobody else writes to the table until it ends, where the
+    // engine would otherwise let them and then have to undo one of the two.
+    virtual void KeepWritersOut(const std::wstring& table) = 0;
     // Whether a transaction that relies on a row that it has only read must write that row to be sure of it.
     [[nodiscard]] virtual bool EntersByWriting() const noexcept = 0;
     [[nodiscard]] virtual std::vector<EngineFact> Facts() = 0;

@@ -20,7 +20,8 @@ std::wstring Advice(Fault kind) {
     case Fault::Full: return L"no space is left for the database; free some, nothing was stored of what was under way";
     case Fault::NoDatabase: return L"the file is no database or is damaged; check --database";
     case Fault::Replaced:
-        return L"the database file was deleted or replaced while it was in use; nothing of what was under way is in the "
+        return L"the database file was deleted or replaced while it was in use; nothing of what was under way is in "
+               L"the "
                L"file of that name";
     case Fault::Text: return L"the database cannot hold a character of the values; its encoding should be UTF-8";
     case Fault::Other: return L"the database refused";

@@ -26,8 +26,9 @@ std::unique_ptr<Database> Make(const std::wstring& name) {
     if (name.empty()) throw HostError(L"--database is empty; name a file or give a connection string");
     if (name.find(L'=') == std::wstring::npos) return std::make_unique<SqliteDatabase>(FilePath(name));
     if (const OdbcEngine* engine = EngineOf(name)) return std::make_unique<OdbcDatabase>(name, *engine);
-    throw HostError(L"\"" + name +
-                    L"\" names no driver for PostgreSQL or MariaDB; write Driver={...} in it, or name a file for SQLite");
+    throw HostError(
+        L"\"" + name +
+        L"\" names no driver for PostgreSQL or MariaDB; write Driver={...} in it, or name a file for SQLite");
 }
 
 } // namespace

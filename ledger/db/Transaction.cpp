@@ -76,7 +76,7 @@ void Attempts::Failed(const DbError& error) {
     const bool isLost = error.NeedsConnection() || mvarDatabase.IsDead();
     if (isLost && mvarCommitting) mvarDatabase.SetInDoubt(true);
     mvarDatabase.Rollback();
-    if (!MayRetry(error) || !mvarPatience.Wait()) throw error;
+    if (!MayRetry(error) || !mvarPatience.Wait()) throw; // what the caller is handling
     if (isLost) ConnectPatiently(mvarDatabase, mvarPatience);
 }
 

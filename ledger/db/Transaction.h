@@ -38,8 +38,8 @@ class Attempts {
 
     void Begin(Access access);
     void Commit();
-    // Undoes the transaction. Returns when another attempt makes sense, with the wait before it over and the connection
-    // made anew where it was lost; throws the error otherwise.
+    // To be called while the error is handled. Undoes the transaction. Returns when another attempt makes sense, with
+    // the wait before it over and the connection made anew where it was lost; throws the same error otherwise.
     void Failed(const DbError& error);
     // Undoes the transaction, for good.
     void GiveUp() noexcept;

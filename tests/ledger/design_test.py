@@ -47,7 +47,7 @@ class DesignTest(unittest.TestCase):
         return result.stdout.split("\t")[0]
 
     def definition(self):
-        return self.database.query("SELECT definition FROM kestrel_rules")[0][0]
+        return self.database.query("SELECT text FROM kestrel_definitions ORDER BY number DESC")[0][0]
 
     def wait_for(self, condition, what):
         end = time.monotonic() + LONGEST

@@ -9,16 +9,20 @@ namespace {
 
 struct DriverName {
     const wchar_t* part;
-    const OdbcEngine* engine;
+    const OdbcEngine& (*engine)();
 };
 
 const DriverName DriverNames[] = {
-    {L"postgresql", &Postgres}, {L"psqlodbc", &Postgres}, {L"maodbc", &MariaDb}, {L"mariadb", &MariaDb}, {L"mysql", &MariaDb},
+    {L"postgresql", Postgres}, {L"psqlodbc", Postgres}, {L"maodbc", MariaDb},
+    {L"mariadb", MariaDb},     {L"mysql", MariaDb},
 };
 
 // Drivers report an ended connection under the general state as well.
-const wchar_t* const LostTexts[] = {L"connection has been lost", L"server closed the connection",
-                                    L"no connection to the server", L"connection dead", L"gone away",
+const wchar_t* const LostTexts[] = {L"connection has been lost",
+                                    L"server closed the connection",
+                                    L"no connection to the server",
+                                    L"connection dead",
+                                    L"gone away",
                                     L"Lost connection"};
 
 // Trying again later would bring the same answer.
@@ -40,7 +44,7 @@ bool Names(const std::wstring& text, const std::wstring& name) {
 const OdbcEngine* EngineOf(const std::wstring& connectionString) {
     const auto* found = std::ranges::find_if(
         DriverNames, [&connectionString](const DriverName& name) { return Names(connectionString, name.part); });
-    return found == std::end(DriverNames) ? nullptr : found->engine;
+    return found == std::end(DriverNames) ? nullptr : &found->engine();
 }
 
 std::wstring WithSetting(const std::wstring& connectionString, const std::wstring& name, const std::wstring& value) {

@@ -24,6 +24,12 @@ struct OdbcEngine {
     const wchar_t* shortText;
     const wchar_t* longText;
     const wchar_t* tableEnd; // after the last bracket of a table definition
+    // A lock on a table that keeps writers out, before and after its name; null where rows do it.
+    const wchar_t* lockTable;
+    const wchar_t* lockMode;
+    // A connection is left to the end of the process, which closes it: the driver does more than that when it is told
+    // to.
+    bool leavesAtExit;
     bool entersByWriting;
     bool needsCatalogue; // tables are looked for in the current database only when it is named
     // What the server tells of itself, through a function that returns the first column of a query's first row, or
@@ -32,8 +38,8 @@ struct OdbcEngine {
     std::vector<EngineFact> (*facts)(const Ask& ask);
 };
 
-extern const OdbcEngine Postgres;
-extern const OdbcEngine MariaDb;
+[[nodiscard]] const OdbcEngine& Postgres();
+[[nodiscard]] const OdbcEngine& MariaDb();
 
 // The engine that a connection string is for, as its driver's name tells; null when it does not.
 [[nodiscard]] const OdbcEngine* EngineOf(const std::wstring& connectionString);

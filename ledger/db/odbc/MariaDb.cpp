@@ -46,7 +46,8 @@ EngineFact DurabilityOf(const OdbcEngine::Ask& ask) {
                                    L"'WSREP_CLUSTER_SIZE'");
     EngineFact fact{L"durability", L"innodb_flush_log_at_trx_commit " + flush, {}, false};
     if (flush == L"1") return fact;
-    fact.warning = L"a commit can be lost with the power after it was reported; set innodb_flush_log_at_trx_commit to 1";
+    fact.warning =
+        L"a commit can be lost with the power after it was reported; set innodb_flush_log_at_trx_commit to 1";
     fact.losesCommits = nodes.empty() || nodes == L"0" || nodes == L"1";
     if (!fact.losesCommits) fact.warning += L" (while other nodes live, they have it)";
     return fact;
@@ -69,7 +70,8 @@ EngineFact ReplicasOf(const OdbcEngine::Ask& ask) {
         ask(L"SELECT COUNT(*) FROM information_schema.PROCESSLIST WHERE COMMAND LIKE 'Binlog Dump%'");
     EngineFact fact{L"replicas", replicas, {}, false};
     if (replicas == L"0" || replicas.empty()) return fact;
-    fact.warning = L"a replica that takes over may lack codes that were printed, and they come again; use a Galera cluster";
+    fact.warning =
+        L"a replica that takes over may lack codes that were printed, and they come again; use a Galera cluster";
     fact.losesCommits = true;
     return fact;
 }
@@ -87,19 +89,25 @@ std::vector<EngineFact> Facts(const OdbcEngine::Ask& ask) {
 
 } // namespace
 
-const OdbcEngine MariaDb = {L"MariaDB",
-                            ConnectionString,
-                            Settings,
-                            Classify,
-                            {L"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ",
-                             L"START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY"},
-                            {},
-                            L"VARCHAR(%n) CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin",
-                            L"LONGTEXT CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin",
-                            L" ENGINE=InnoDB",
-                            // Another node knows nothing of what was only read here.
-                            true,
-                            true,
-                            Facts};
+const OdbcEngine& MariaDb() {
+    static const OdbcEngine engine = {
+        L"MariaDB",
+        ConnectionString,
+        Settings,
+        Classify,
+        {L"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ", L"START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY"},
+        {},
+        L"VARCHAR(%n) CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin",
+        L"LONGTEXT CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin",
+        L" ENGINE=InnoDB",
+        nullptr,
+        L"",
+        false,
+        // Another node knows nothing of what was only read here.
+        true,
+        true,
+        Facts};
+    return engine;
+}
 
 } // namespace ledger

@@ -38,17 +38,22 @@ struct OdbcDatabase::Open {
     std::map<std::wstring, OdbcStatement> statements;
 };
 
-OdbcDatabase::OdbcDatabase(std::wstring connectionString, const OdbcEngine& engine)
+OdbcDatabase::OdbcDatabase(const std::wstring& connectionString, const OdbcEngine& engine)
     : mvarEngine(engine), mvarConnectionString(engine.connectionString(connectionString)),
-      mvarEnvironment(SQL_HANDLE_ENV, SQL_NULL_HANDLE),
-      mvarDeadline{std::chrono::steady_clock::time_point::max(), std::chrono::hours(24)},
+      mvarEnvironment(SQL_HANDLE_ENV, SQL_NULL_HANDLE), mvarDeadline{std::chrono::steady_clock::time_point::max(),
+                                                                     std::chrono::hours(24)},
       mvarOpen(nullptr, [](Open* open) { delete open; }) {
     mvarEnvironment.Check(SQLSetEnvAttr(mvarEnvironment.Get(), SQL_ATTR_ODBC_VERSION, AsPointer(SQL_OV_ODBC3), 0));
 }
 
 OdbcDatabase::~OdbcDatabase() {
     Rollback();
-    Disconnect();
+    if (!mvarOpen || !mvarEngine.leavesAtExit || mvarOpen->session.IsStuck()) {
+        Disconnect();
+        return;
+    }
+    mvarOpen->session.EndThread();
+    static_cast<void>(mvarOpen.release());
 }
 
 // What a call that never returned still uses is left to the end of the process.
@@ -57,7 +62,8 @@ void OdbcDatabase::Disconnect() noexcept {
     mvarOpen->statements.clear();
     if (!mvarOpen->session.IsStuck()) {
         try {
-            mvarOpen->session.Limit({std::chrono::steady_clock::now() + std::chrono::seconds(2), std::chrono::seconds(2)});
+            mvarOpen->session.Limit(
+                {std::chrono::steady_clock::now() + std::chrono::seconds(2), std::chrono::seconds(2)});
             mvarOpen->session.Call([connection = mvarOpen->session.Connection()] { return SQLDisconnect(connection); });
         } catch (const DbError&) { // it is gone one way or the other
         }
@@ -73,7 +79,8 @@ void OdbcDatabase::Connect() {
     session.Limit(mvarDeadline);
     try {
         session.Call([connection = session.Connection(), text = std::make_shared<std::wstring>(mvarConnectionString)] {
-            return SQLDriverConnectW(connection, nullptr, text->data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+            return SQLDriverConnectW(connection, nullptr, text->data(), SQL_NTS, nullptr, 0, nullptr,
+                                     SQL_DRIVER_NOPROMPT);
         });
         CheckProduct(session);
         for (const std::wstring& setting : mvarEngine.settings(mvarDeadline.each))
@@ -94,7 +101,7 @@ void OdbcDatabase::CheckProduct(OdbcSession& session) const {
     const SQLRETURN code = SQLGetInfoW(session.Connection(), SQL_DBMS_NAME, name.data(), sizeof(name), &length);
     if (!SQL_SUCCEEDED(code)) throw DbError(Fault::Lost, L"the server does not tell its name");
     const std::wstring product = name.data();
-    if (!Names(product, mvarEngine.product) && !(&mvarEngine == &MariaDb && Names(product, L"MySQL")))
+    if (!Names(product, mvarEngine.product) && !(&mvarEngine == &MariaDb() && Names(product, L"MySQL")))
         throw hosts::HostError(L"the server is \"" + product + L"\"; the ledger works with PostgreSQL and MariaDB");
 }
 
@@ -158,6 +165,10 @@ std::wstring OdbcDatabase::TableText(std::wstring definition) const {
     ReplaceShortTexts(definition, mvarEngine.shortText);
     Replace(definition, L"\1", mvarEngine.longText);
     return definition.starts_with(L"CREATE TABLE") ? definition + mvarEngine.tableEnd : definition;
+}
+
+void OdbcDatabase::KeepWritersOut(const std::wstring& table) {
+    if (mvarEngine.lockTable != nullptr) Run(mvarEngine.lockTable + (L" " + table) + mvarEngine.lockMode);
 }
 
 std::wstring OdbcDatabase::Ask(const std::wstring& sql) {

@@ -11,7 +11,7 @@ namespace ledger {
 class OdbcDatabase final : public Database {
   public:
     // The engine that the connection string's driver is for.
-    OdbcDatabase(std::wstring connectionString, const OdbcEngine& engine);
+    OdbcDatabase(const std::wstring& connectionString, const OdbcEngine& engine);
     ~OdbcDatabase() override;
 
     void Connect() override;
@@ -25,6 +25,7 @@ class OdbcDatabase final : public Database {
     // Servers keep many things in one database.
     [[nodiscard]] bool IsForeign() override { return false; }
     [[nodiscard]] std::wstring TableText(std::wstring definition) const override;
+    void KeepWritersOut(const std::wstring& table) override;
     [[nodiscard]] bool EntersByWriting() const noexcept override { return mvarEngine.entersByWriting; }
     [[nodiscard]] std::vector<EngineFact> Facts() override;
 

@@ -23,12 +23,14 @@ class OdbcSession {
     SQLRETURN Call(const Handle& handle, CallThread::Call call);
     SQLRETURN Call(CallThread::Call call) { return Call(mvarConnection, std::move(call)); }
     // Whether a call has never returned: then nothing of the session may be touched or freed any more.
-    [[nodiscard]] bool IsStuck() const noexcept { return mvarThread.IsStuck(); }
+    [[nodiscard]] bool IsStuck() const noexcept { return mvarThread && mvarThread->IsStuck(); }
+    // Ends the thread; nothing more can be called.
+    void EndThread() noexcept { mvarThread.reset(); }
 
   private:
     const OdbcEngine& mvarEngine;
     Handle mvarConnection;
-    CallThread mvarThread;
+    std::unique_ptr<CallThread> mvarThread = std::make_unique<CallThread>();
     Deadline mvarDeadline{std::chrono::steady_clock::time_point::max(), std::chrono::hours(24)};
 };
 

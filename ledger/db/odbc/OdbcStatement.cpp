@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace ledger {
 
@@ -14,8 +15,8 @@ SQLWCHAR* Writable(const std::wstring& text) { return const_cast<SQLWCHAR*>(text
 
 } // namespace
 
-OdbcStatement::OdbcStatement(OdbcSession& session, const std::wstring& sql)
-    : mvarSession(session), mvarHandle(SQL_HANDLE_STMT, session.Connection()), mvarSql(sql) {
+OdbcStatement::OdbcStatement(OdbcSession& session, std::wstring sql)
+    : mvarSession(session), mvarHandle(SQL_HANDLE_STMT, session.Connection()), mvarSql(std::move(sql)) {
     mvarSession.Call(mvarHandle, [handle = mvarHandle.Get(), text = Writable(mvarSql)] {
         return SQLPrepareW(handle, text, SQL_NTS);
     });
@@ -27,7 +28,7 @@ OdbcStatement::Parameter& OdbcStatement::NextParameter() {
 }
 
 void OdbcStatement::Bind(SQLSMALLINT cType, SQLSMALLINT sqlType, std::size_t size, void* value,
-                     Parameter& parameter) const {
+                         Parameter& parameter) const {
     mvarHandle.Check(SQLBindParameter(mvarHandle.Get(), static_cast<SQLUSMALLINT>(mvarSet), SQL_PARAM_INPUT, cType,
                                       sqlType, size, 0, value, 0, &parameter.length),
                      &mvarSession.Engine());
@@ -75,7 +76,8 @@ std::wstring OdbcStatement::Text(unsigned column) const {
     std::array<SQLWCHAR, 512> piece{};
     for (;;) {
         SQLLEN left = 0;
-        const SQLRETURN code = SQLGetData(mvarHandle.Get(), static_cast<SQLUSMALLINT>(column), SQL_C_WCHAR, piece.data(), sizeof(piece), &left);
+        const SQLRETURN code = SQLGetData(mvarHandle.Get(), static_cast<SQLUSMALLINT>(column), SQL_C_WCHAR,
+                                          piece.data(), sizeof(piece), &left);
         mvarHandle.Check(code);
         if (code == SQL_NO_DATA || left == SQL_NULL_DATA) return text;
         text += piece.data();
@@ -86,7 +88,8 @@ std::wstring OdbcStatement::Text(unsigned column) const {
 std::optional<std::int64_t> OdbcStatement::NumberIfAny(unsigned column) const {
     std::int64_t number = 0;
     SQLLEN length = 0;
-    mvarHandle.Check(SQLGetData(mvarHandle.Get(), static_cast<SQLUSMALLINT>(column), SQL_C_SBIGINT, &number, sizeof number, &length));
+    mvarHandle.Check(SQLGetData(mvarHandle.Get(), static_cast<SQLUSMALLINT>(column), SQL_C_SBIGINT, &number,
+                                sizeof number, &length));
     return length == SQL_NULL_DATA ? std::nullopt : std::optional(number);
 }
 

@@ -10,7 +10,7 @@ namespace ledger {
 
 class OdbcStatement final : public Statement {
   public:
-    OdbcStatement(OdbcSession& session, const std::wstring& sql);
+    OdbcStatement(OdbcSession& session, std::wstring sql);
 
     Statement& Set(const std::wstring& text) override;
     Statement& Set(std::int64_t number) override;

@@ -30,7 +30,8 @@ std::wstring ConnectionString(const std::wstring& given) {
 
 std::vector<std::wstring> Settings(std::chrono::milliseconds each) {
     const std::wstring milliseconds = std::to_wstring(each.count());
-    return {L"SET SESSION CHARACTERISTICS AS TRANSACTION ISOLATION LEVEL SERIALIZABLE", L"SET lock_timeout = " + milliseconds,
+    return {L"SET SESSION CHARACTERISTICS AS TRANSACTION ISOLATION LEVEL SERIALIZABLE",
+            L"SET lock_timeout = " + milliseconds,
             // A transaction whose program is cut off holds its rows until somebody ends it.
             L"SET idle_in_transaction_session_timeout = '60s'", L"SET standard_conforming_strings = on"};
 }
@@ -46,7 +47,8 @@ EngineFact DurabilityOf(const OdbcEngine::Ask& ask) {
     const std::wstring sync = ask(L"SELECT current_setting('fsync')");
     EngineFact fact{L"durability", L"synchronous_commit " + commit + L", fsync " + sync, {}, false};
     if (commit == L"off" || sync == L"off") {
-        fact.warning = L"a commit can be lost with the power after it was reported; set synchronous_commit and fsync to on";
+        fact.warning =
+            L"a commit can be lost with the power after it was reported; set synchronous_commit and fsync to on";
         fact.losesCommits = true;
     }
     return fact;
@@ -54,8 +56,7 @@ EngineFact DurabilityOf(const OdbcEngine::Ask& ask) {
 
 EngineFact StandbysOf(const OdbcEngine::Ask& ask) {
     const std::wstring all = ask(L"SELECT count(*) FROM pg_stat_replication");
-    const std::wstring sync =
-        ask(L"SELECT count(*) FROM pg_stat_replication WHERE sync_state IN ('sync', 'quorum')");
+    const std::wstring sync = ask(L"SELECT count(*) FROM pg_stat_replication WHERE sync_state IN ('sync', 'quorum')");
     const std::wstring lag = ask(L"SELECT COALESCE(CAST(max(replay_lag) AS text), '0') FROM pg_stat_replication");
     EngineFact fact{L"standbys", all + L", " + sync + L" of them synchronous, lag " + lag, {}, false};
     if (all != L"0" && sync == L"0") {
@@ -69,7 +70,8 @@ EngineFact StandbysOf(const OdbcEngine::Ask& ask) {
 EngineFact EncodingOf(const OdbcEngine::Ask& ask) {
     const std::wstring encoding = ask(L"SELECT current_setting('server_encoding')");
     return {L"encoding", encoding,
-            encoding == L"UTF8" ? L"" : L"records with other characters are refused; make the database with UTF8", false};
+            encoding == L"UTF8" ? L"" : L"records with other characters are refused; make the database with UTF8",
+            false};
 }
 
 std::vector<EngineFact> Facts(const OdbcEngine::Ask& ask) {
@@ -85,19 +87,26 @@ std::vector<EngineFact> Facts(const OdbcEngine::Ask& ask) {
 
 } // namespace
 
-const OdbcEngine Postgres = {
-    L"PostgreSQL",
-    ConnectionString,
-    Settings,
-    Classify,
-    // A snapshot; it disturbs nobody and nobody disturbs it.
-    {L"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY"},
-    {},
-    L"VARCHAR(%n) COLLATE \"C\"",
-    L"TEXT COLLATE \"C\"",
-    L"",
-    false,
-    false,
-    Facts};
+const OdbcEngine& Postgres() {
+    static const OdbcEngine engine = {
+        L"PostgreSQL",
+        ConnectionString,
+        Settings,
+        Classify,
+        // A snapshot; it disturbs nobody and nobody disturbs it.
+        {L"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY"},
+        {},
+        L"VARCHAR(%n) COLLATE \"C\"",
+        L"TEXT COLLATE \"C\"",
+        L"",
+        L"LOCK TABLE",
+        L" IN SHARE ROW EXCLUSIVE MODE",
+        // Its log of communication, which its package switches on, comes back for the last line.
+        true,
+        false,
+        false,
+        Facts};
+    return engine;
+}
 
 } // namespace ledger

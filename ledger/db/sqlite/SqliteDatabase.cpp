@@ -129,7 +129,8 @@ std::vector<EngineFact> SqliteDatabase::Facts() {
     return {{L"engine", L"SQLite " + hosts::FromOwnUtf8(sqlite3_libversion()), {}, false},
             {L"file", mvarFile, {}, false},
             {L"journal", mode,
-             mode == L"wal" ? L"" : L"readers and writers wait for each other; make the file and its folder writable", false},
+             mode == L"wal" ? L"" : L"readers and writers wait for each other; make the file and its folder writable",
+             false},
             {L"durability", L"each commit is on the disk before it is reported", {}, false},
             {L"isolation", L"one transaction at a time writes", {}, false}};
 }

@@ -33,8 +33,7 @@ Fault FaultOfSqlite(int code) noexcept {
 
 void CheckSqlite(sqlite3* connection, int code) {
     if (code == SQLITE_OK || code == SQLITE_ROW || code == SQLITE_DONE) return;
-    const std::wstring text =
-        connection == nullptr ? L"out of memory" : hosts::FromOwnUtf8(sqlite3_errmsg(connection));
+    const std::wstring text = connection == nullptr ? L"out of memory" : hosts::FromOwnUtf8(sqlite3_errmsg(connection));
     throw DbError(FaultOfSqlite(code), text);
 }
 

@@ -1,4 +1,4 @@
-#include "ledger/core/Findings.h"
+#include "ledger/core/Series.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,13 @@ using ledger::Series;
 namespace {
 
 Lease Leased(std::int64_t first, std::int64_t last) {
-    return {L"Number", L"A-??", first, last, last, L"machine:1", L"", true};
+    Lease lease;
+    lease.band = L"Number";
+    lease.series = L"A-??";
+    lease.first = first;
+    lease.last = last;
+    lease.grantedTo = last;
+    return lease;
 }
 
 const std::vector<NumberBand> Bands = {{L"Number", 2, 2, 1, 99, {}}};
@@ -20,7 +26,7 @@ Series Counted(std::int64_t first, std::int64_t last) { return {L"Number", L"A-?
 
 } // namespace
 
-TEST(FindingsTest, AGapIsLeftOfLeasesWhenTheyCoverAllOfIt) {
+TEST(SeriesTest, AGapIsLeftOfLeasesWhenTheyCoverAllOfIt) {
     const Gap gap{L"Number", L"A-??", 11, 20};
     EXPECT_TRUE(IsLeftOfLeases(gap, {Leased(1, 20)}));
     EXPECT_TRUE(IsLeftOfLeases(gap, {Leased(11, 20)}));
@@ -32,12 +38,12 @@ TEST(FindingsTest, AGapIsLeftOfLeasesWhenTheyCoverAllOfIt) {
     EXPECT_FALSE(IsLeftOfLeases(gap, {Leased(1, 12), Leased(14, 30)}));
 }
 
-TEST(FindingsTest, LeasesOfOtherSeriesExplainNothing) {
+TEST(SeriesTest, LeasesOfOtherSeriesExplainNothing) {
     EXPECT_FALSE(IsLeftOfLeases({L"Number", L"B-??", 11, 20}, {Leased(1, 20)}));
     EXPECT_FALSE(IsLeftOfLeases({L"Other", L"A-??", 11, 20}, {Leased(1, 20)}));
 }
 
-TEST(FindingsTest, ASeriesThatBeginsLateMissesWhatComesBefore) {
+TEST(SeriesTest, ASeriesThatBeginsLateMissesWhatComesBefore) {
     EXPECT_FALSE(GapBefore(Counted(1, 5), Bands));
     const auto gap = GapBefore(Counted(4, 5), Bands);
     ASSERT_TRUE(gap);
@@ -46,7 +52,7 @@ TEST(FindingsTest, ASeriesThatBeginsLateMissesWhatComesBefore) {
     EXPECT_FALSE(GapBefore(Counted(4, 5), {})) << "the rule has no such band any more";
 }
 
-TEST(FindingsTest, RoomIsWhatTheBandCanStillGive) {
+TEST(SeriesTest, RoomIsWhatTheBandCanStillGive) {
     EXPECT_EQ(RoomLeft(Counted(1, 0), Bands)->percent, 100U);
     EXPECT_EQ(RoomLeft(Counted(1, 90), Bands)->left, 9);
     EXPECT_EQ(RoomLeft(Counted(1, 90), Bands)->percent, 9U);

@@ -1,0 +1,90 @@
+#include "ledger/core/Journal.h"
+
+#include "ledger/core/Seal.h"
+#include "ledger/core/Stamp.h"
+
+namespace ledger {
+
+namespace {
+
+const wchar_t* const SelectText =
+    L"SELECT number, act, subject, detail, acted_at, acted_by, ticket, seal FROM kestrel_journal WHERE rule_id = ?";
+
+std::wstring Select(const wchar_t* rest) { return std::wstring(SelectText) + rest; }
+
+Act ReadRow(const Statement& row) {
+    Act act;
+    act.number = row.Number(1);
+    act.kind = row.Text(2);
+    act.subject = row.Text(3);
+    act.detail = row.Text(4);
+    act.at = row.Text(5);
+    act.by = row.Text(6);
+    act.ticket = row.Text(7);
+    act.seal = row.Text(8);
+    return act;
+}
+
+} // namespace
+
+std::wstring SealOf(std::int64_t ruleId, const Act& act, const std::wstring& before) {
+    return SealText(before)
+        .Add(L"journal")
+        .Add(ruleId)
+        .Add(act.number)
+        .Add(act.kind)
+        .Add(act.subject)
+        .Add(act.detail)
+        .Add(act.at)
+        .Add(act.by)
+        .Add(act.ticket)
+        .Seal();
+}
+
+std::optional<Act> Journal::Newest() {
+    return mvarDatabase.Prepare(Select(L" AND number = (SELECT MAX(number) FROM kestrel_journal WHERE rule_id = ?)"))
+        .Set(mvarRuleId)
+        .Set(mvarRuleId)
+        .First(ReadRow);
+}
+
+std::int64_t Journal::NextNumber() {
+    const auto newest = Newest();
+    return newest ? newest->number + 1 : 1;
+}
+
+std::int64_t Journal::Write(const std::wstring& kind, const std::wstring& subject, const std::wstring& detail,
+                            const std::wstring& ticket) {
+    const auto newest = Newest();
+    Act act{newest ? newest->number + 1 : 1, kind, subject, detail, NowText(), ThisUser(), ticket, {}};
+    act.seal = SealOf(mvarRuleId, act, newest ? newest->seal : std::wstring());
+    mvarDatabase
+        .Prepare(
+            L"INSERT INTO kestrel_journal (rule_id, number, act, subject, detail, acted_at, acted_by, ticket, seal) "
+            L"VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)")
+        .Set(mvarRuleId)
+        .Set(act.number)
+        .Set(act.kind)
+        .Set(act.subject)
+        .Set(act.detail)
+        .Set(act.at)
+        .Set(act.by)
+        .Set(act.ticket)
+        .Set(act.seal)
+        .Execute();
+    return act.number;
+}
+
+std::optional<Act> Journal::OfTicket(const std::wstring& ticket) {
+    return mvarDatabase.Prepare(Select(L" AND ticket = ?")).Set(mvarRuleId).Set(ticket).First(ReadRow);
+}
+
+std::optional<Act> Journal::At(std::int64_t number) {
+    return mvarDatabase.Prepare(Select(L" AND number = ?")).Set(mvarRuleId).Set(number).First(ReadRow);
+}
+
+std::vector<Act> Journal::All() {
+    return mvarDatabase.Prepare(Select(L" ORDER BY number")).Set(mvarRuleId).Rows(ReadRow);
+}
+
+} // namespace ledger

@@ -1,0 +1,99 @@
+#include "ledger/core/Repair.h"
+
+#include <algorithm>
+#include <cwchar>
+
+#include "ledger/core/Journal.h"
+#include "ledger/core/Rules.h"
+#include "ledger/core/Seal.h"
+#include "ledger/core/Stamp.h"
+
+namespace ledger {
+
+namespace {
+
+// The text of a detail that follows a word and ends before a comma, or with the detail.
+std::wstring Part(const std::wstring& detail, const std::wstring& word, bool isLast = false) {
+    const std::size_t at = detail.find(word);
+    if (at == std::wstring::npos) return {};
+    const std::size_t begin = at + word.size();
+    return isLast ? detail.substr(begin) : detail.substr(begin, detail.find(L',', begin) - begin);
+}
+
+class RuleRepair {
+  public:
+    RuleRepair(Database& database, std::int64_t ruleId)
+        : mvarDatabase(database), mvarRuleId(ruleId), mvarJournal(database, ruleId) {}
+
+    std::int64_t Run() {
+        const std::int64_t voids = RepairVoids();
+        const std::int64_t settings = RepairSettings();
+        if (voids + settings > 0)
+            mvarJournal.Write(acts::Repair,
+                              std::to_wstring(voids) + L" void marks, " + std::to_wstring(settings) + L" settings",
+                              SealSum().Text(), NewTicket());
+        return voids + settings;
+    }
+
+  private:
+    std::int64_t RepairVoids() {
+        std::int64_t repaired = 0;
+        Statement& missing = mvarDatabase.Prepare(
+            L"UPDATE kestrel_codes SET void_act = ? WHERE rule_id = ? AND code = ? AND void_act <> ?");
+        for (const Act& act : mvarJournal.All()) {
+            if (act.kind != acts::Void) continue;
+            missing.Set(act.number).Set(mvarRuleId).Set(act.subject).Set(act.number).Execute();
+            repaired += missing.Changed();
+        }
+        Statement& marked = mvarDatabase.Prepare(
+            L"UPDATE kestrel_codes SET void_act = 0 WHERE rule_id = ? AND void_act <> 0 AND NOT EXISTS (SELECT 1 FROM "
+            L"kestrel_journal j WHERE j.rule_id = kestrel_codes.rule_id AND j.number = kestrel_codes.void_act AND "
+            L"j.act = "
+            L"'void' AND j.subject = kestrel_codes.code)");
+        marked.Set(mvarRuleId).Execute();
+        return repaired + marked.Changed();
+    }
+
+    std::int64_t RepairSettings() {
+        const std::vector<Act> all = mvarJournal.All();
+        const auto last = std::find_if(all.rbegin(), all.rend(), [](const Act& act) {
+            return act.kind == acts::Import || act.kind == acts::Settings || act.kind == acts::Upgrade;
+        });
+        if (last == all.rend()) return 0;
+        const auto number = [](const std::wstring& text) {
+            return static_cast<std::int64_t>(std::wcstoll(text.c_str(), nullptr, 10));
+        };
+        const std::wstring policy = Part(last->detail, L"policy ");
+        const std::wstring name = Part(last->detail, L", rule ", true);
+        const std::int64_t lease = number(Part(last->detail, L", lease "));
+        const std::int64_t revision = number(Part(last->detail, L", revision "));
+        Statement& update = mvarDatabase.Prepare(
+            L"UPDATE kestrel_rules SET name = ?, policy = ?, lease_size = ?, revision = ?, definition = ? WHERE id = ? "
+            L"AND "
+            L"NOT (name = ? AND policy = ? AND lease_size = ? AND revision = ? AND definition = ?)");
+        const std::int64_t definition = number(last->subject);
+        update.Set(name).Set(policy).Set(lease).Set(revision).Set(definition).Set(mvarRuleId);
+        update.Set(name).Set(policy).Set(lease).Set(revision).Set(definition).Execute();
+        return update.Changed();
+    }
+
+    Database& mvarDatabase;
+    std::int64_t mvarRuleId;
+    Journal mvarJournal;
+};
+
+} // namespace
+
+std::int64_t RepairLedger(Database& database, Patience patience) {
+    return InTransaction(database, patience, OnUniqueKey::Retry, [&database] {
+        std::int64_t repaired = 0;
+        const auto rules = database.Prepare(L"SELECT id FROM kestrel_rules ORDER BY id").Rows([](const Statement& row) {
+            return row.Number(1);
+        });
+        for (const std::int64_t rule : rules)
+            repaired += RuleRepair(database, rule).Run();
+        return repaired;
+    });
+}
+
+} // namespace ledger

@@ -1,0 +1,32 @@
+// A rule's new definition or settings, where codes may have been issued by the old ones.
+#pragma once
+
+#include "ledger/core/CodeMaker.h"
+#include "ledger/core/Rules.h"
+#include "ledger/db/Transaction.h"
+
+namespace ledger {
+
+struct RuleChange {
+    std::wstring name;
+    std::wstring definition;
+    std::optional<Policy> policy; // nothing: as it is, gapless for a new rule
+    std::optional<std::int64_t> leaseSize;
+    std::optional<std::int64_t> revision; // the one that the change is of; nothing: whichever it is
+};
+
+struct ChangeReport {
+    StoredRule rule;
+    bool changed = true;
+    std::int64_t codes = 0;   // stored for the rule
+    std::int64_t foreign = 0; // of them, those that the new definition could not have made; they keep their numbers
+    std::int64_t shared = 0;  // of them, those whose number in a series of the new definition another one holds
+};
+
+// Stores the change, or the rule when there is none of that name, all at once; every code that is stored is counted in
+// the series of the new definition as well. The maker was made of the definition. Fails with HostError, and changes
+// nothing, when codes of another length are stored or the rule has another revision.
+[[nodiscard]] ChangeReport ChangeRule(Database& database, Patience patience, const RuleChange& change,
+                                      CodeMaker& maker);
+
+} // namespace ledger

@@ -1,0 +1,490 @@
+"""What the ledger promises: a request gets one code, and whatever was changed behind its back is found."""
+import os
+import pathlib
+import re
+import shutil
+import signal
+import socket
+import subprocess
+import tempfile
+import threading
+import time
+import unittest
+
+import rules
+from databases import OnPostgres, OnSqlite, SqliteFile
+from ledger_case import LedgerCase
+from windows_program import ROOT, command, path, run
+
+DATABASE_FAILED, STOPPED = 5, 6
+# turn means nothing, see Schema.h.
+MEANINGLESS = {("kestrel_rules", "turn")}
+LONG_TEXTS = ("fields", "text", "detail")
+TABLES = ("rules", "definitions", "codes", "numbers", "leases", "journal")
+
+
+class PromiseTests:
+    def issue_keys(self, *keys, rule="rule", code=0, years=None):
+        years = years or ["2024"] * len(keys)
+        records = self.file("keys.csv", "Key,Year\n" + "".join(f"{key},{year}\n" for key, year in zip(keys, years)))
+        return self.objects("issue", records, "--rule", rule, "--key-column", "Key", code=code)[:-1]
+
+    def test_the_same_key_gets_the_same_code(self):
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy, name=policy)
+            first = self.issue_keys("a", "b", "a", rule=policy)
+            self.assertEqual([line["code"] for line in first], ["2024-000001", "2024-000002", "2024-000001"])
+            self.assertEqual([line.get("before", False) for line in first], [False, False, True])
+            again = self.issue_keys("b", "c", "a", rule=policy)
+            self.assertEqual([line["code"] for line in again[::2]], ["2024-000002", "2024-000001"])
+            self.assertEqual([line.get("before", False) for line in again], [True, False, True])
+            one = self.kledger("issue", "--rule", policy, "--key", "own", "--field", "Year=2024")
+            self.assertEqual((one.returncode, one.stderr), (0, ""))
+            same = self.kledger("issue", "--rule", policy, "--key", "own", "--field", "Year=2024")
+            self.assertEqual((same.returncode, same.stdout), (0, one.stdout))
+            self.assertIn("was issued before for key", same.stderr)
+            self.assertEqual(self.done("audit", "--rule", policy)[-1].split(",")[1], " 0 findings")
+
+    def test_the_same_key_with_other_values_is_refused_with_both_shown(self):
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy, name=policy)
+            lines = self.issue_keys("a", "a", rule=policy, years=["2024", "2023"], code=3)
+            self.assertIn('key "a" has code 2024-000001 for {', lines[1]["refused"])
+            self.assertIn('"Year":"2024"', lines[1]["refused"])
+            self.assertIn('"Year":"2023"', lines[1]["refused"])
+            self.assertEqual(self.issue_keys("a", rule=policy, years=["2022"], code=3)[0]["line"], 2)
+
+    def test_bad_keys_are_refused(self):
+        self.import_rule(rules.numbered())
+        lines = self.issue_keys("", "x" * 121, "k", code=3)
+        self.assertEqual([line.get("code") for line in lines], [None, None, "2024-000001"])
+        self.assertIn("the key is empty", lines[0]["refused"])
+        self.assertIn("121 characters", lines[1]["refused"])
+        self.assertIn("check --key-column", self.refused("issue", self.file("r.csv", "Year\n2024\n"), "--key-column", "Key"))
+
+    def test_programs_at_once_with_the_same_keys_share_the_codes(self):
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy, "--lease", "10", name=policy)
+            records = self.file("records.csv", "Key,Year\n" + "".join(f"k{number},2024\n" for number in range(40)))
+            line = command("kledger", ["--database", self.database.name, "--json", "issue", records, "--rule", policy,
+                                       "--key-column", "Key"])
+            running = [subprocess.Popen(line, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, encoding="utf-8")
+                       for _ in range(3)]
+            outputs = [process.communicate(timeout=120)[0] for process in running]
+            self.assertEqual([process.returncode for process in running], [0, 0, 0])
+            codes = [re.findall(r'"code":"([^"]+)"', output) for output in outputs]
+            self.assertEqual(len(set(codes[0])), 40)
+            self.assertEqual(codes[0], codes[1])
+            self.assertEqual(codes[0], codes[2])
+            audit = self.kledger("audit", "--rule", policy)
+            self.assertEqual(audit.returncode, 0, audit.stdout)
+
+    def test_a_ticket_is_found(self):
+        self.import_rule(rules.numbered())
+        self.done("issue", "--key", "order 7", "--field", "Year=2024")
+        found = self.objects("find", "--ticket", "order 7")[0]
+        self.assertEqual((found["code"], found["rule"], found["fields"]), ("2024-000001", "rule", {"Year": "2024"}))
+        self.assertIn('no code has ticket "order 8"', self.refused("find", "--ticket", "order 8"))
+        own = self.objects("explain", self.issue("2024"))[0]["ticket"]
+        self.assertEqual(self.objects("find", "--ticket", own)[0]["code"], "2024-000002")
+
+    def test_definitions_are_kept(self):
+        self.import_rule(rules.numbered())
+        old = self.issue("2024")
+        self.import_rule(rules.numbered(dash="/"))
+        new = self.issue("2024")
+        self.assertEqual(new, "2024/000001")
+        for code, definition, dash in ((old, 1, "-"), (new, 2, "/")):
+            shown = self.objects("explain", code)[0]
+            self.assertEqual((shown["definition"], shown["bands"]["Dash"]), (definition, dash))
+        self.import_rule(rules.numbered(dash="/"), "--policy", "fast")
+        history = self.objects("rule", "history")
+        self.assertEqual([line["what"] for line in history if "act" in line], ["import", "import", "settings"])
+        self.assertEqual([line["text"] for line in history if "text" in line], [rules.numbered(), rules.numbered(dash="/")])
+        self.assertEqual(self.done("audit")[-1], "2 codes, 0 findings")
+
+    def test_the_same_definition_again_changes_nothing(self):
+        self.import_rule(rules.numbered())
+        self.assertIn("(unchanged)", self.import_rule(rules.numbered())[0])
+        self.assertEqual(len(self.objects("rule", "history")), 2)
+
+    def test_a_renamed_number_band_goes_on(self):
+        self.import_rule(rules.numbered())
+        self.issue("2024")
+        self.import_rule(rules.numbered().replace("0=Number", "0=Counter"))
+        self.assertEqual(self.issue("2024"), "2024-000002")
+        self.assertEqual(self.done("audit")[-1], "2 codes, 0 findings")
+
+    def test_void_needs_a_reason_and_tells_when_and_who(self):
+        self.import_rule(rules.numbered())
+        code = self.issue("2024")
+        for reason in ("--reason=", "--reason= "):
+            self.assertIn("the reason is empty", self.refused("void", code, reason, "--rule", "rule"))
+        self.done("void", code, "--reason", "twice")
+        shown = self.objects("explain", code)[0]
+        self.assertEqual((shown["state"], shown["reason"]), ("void", "twice"))
+        self.assertRegex(shown["voidAt"], r"^\d{4}-\d\d-\d\dT")
+        self.assertIn("@", shown["voidBy"])
+
+    def test_of_two_voids_at_once_one_is_told(self):
+        self.import_rule(rules.numbered())
+        code = self.issue("2024")
+        running = [subprocess.Popen(command("kledger", ["--database", self.database.name, "void", code, "--reason", reason]),
+                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8")
+                   for reason in ("one", "two")]
+        results = [process.communicate(timeout=60) for process in running]
+        self.assertEqual(sorted(process.returncode for process in running), [0, 1], results)
+        loser = next(error for process, (_, error) in zip(running, results) if process.returncode == 1)
+        self.assertIn("is void already: " + self.objects("explain", code)[0]["reason"], loser)
+
+    def test_values_that_no_table_holds_are_refused(self):
+        self.import_rule(rules.lettered())
+        text = "Text\nabc\na\0c\nxyz\n".encode("utf-16") + b""
+        lines = self.objects("issue", self.file("records.csv", text), code=3)
+        self.assertEqual([line.get("code") for line in lines[:-1]], ["abc001", None, "xyz001"])
+        half = "\ufeffText\nab".encode("utf-16-le") + b"\x00\xd8" + "\n".encode("utf-16-le")
+        lines = self.objects("issue", self.file("records.csv", half), code=3)
+        self.assertIn("half a surrogate pair", lines[0]["refused"])
+        self.assertEqual(self.codes(), ["abc001", "xyz001"])
+
+    def test_no_line_can_be_forged(self):
+        self.import_rule(rules.numbered())
+        records = self.file("records.csv", 'Year,Note\n2024,"x\n2024-999999\t2024"\n')
+        self.assertEqual(self.done("issue", records, "--keep"), ["2024-000001\t2024\tx\\n2024-999999\\t2024"])
+        shown = self.objects("explain", "2024-000001")[0]
+        self.assertEqual(shown["stored"]["Note"], "x\n2024-999999\t2024")
+        self.import_rule(rules.lettered(), name="letters")
+        lines = self.objects("issue", self.file("letters.csv", 'Text\n"a\nb"\n'), "--rule", "letters", code=3)
+        self.assertIn("control character", lines[0]["refused"])
+
+    def test_utf_8_named_as_a_code_page_keeps_no_byte_order_mark(self):
+        self.import_rule(rules.numbered())
+        records = self.file("records.csv", "\ufeffYear\n2024\n".encode())
+        self.assertEqual(self.done("issue", records, "--code-page", "65001"), ["2024-000001\t2024"])
+
+    def leave_a_lease(self):
+        """A program of the fast policy that is killed at work."""
+        records = self.file("many.csv", "Year\n" + "2025\n" * 60_000)
+        process = subprocess.Popen(command("kledger", ["--database", self.database.name, "issue", records, "--rule", "fast"]),
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        process.stdout.readline()
+        process.kill()
+        process.wait(timeout=30)
+        process.stdout.close()
+
+    def test_leases_of_programs_that_are_gone_are_closed(self):
+        self.import_rule(rules.numbered(), "--policy", "fast", name="fast")
+        self.leave_a_lease()
+        self.assertIn("gone; close it with: kledger lease close", "\n".join(self.done("doctor")))
+        self.assertRegex(self.done("lease", "close")[-1], r"^[12] leases closed$")
+        self.assertEqual(self.done("lease", "close")[-1], "0 leases closed")
+        before = len(self.codes())
+        self.done("issue", "--rule", "fast", "--field", "Year=2025")
+        lines = self.done("audit")
+        self.assertEqual(lines[-1], f"{before + 1} codes, 0 findings")
+        self.assertFalse([line for line in lines if line.startswith("lease: ")])
+
+    def full_ledger(self):
+        """Something in every table, in each state that rows can have."""
+        self.import_rule(rules.numbered())
+        self.done("issue", self.file("r.csv", "Year\n" + "2024\n" * 4 + "2023\n" * 2))
+        self.done("void", "2024-000002", "--reason", "twice")
+        self.done("adopt", self.file("a.csv", "Code\n2024-000005\n2022-000001\n"))
+        self.import_rule(rules.numbered(tracks=("Dash",)))
+        self.done("issue", "--rule", "rule", "--field", "Year=2024")
+        self.import_rule(rules.numbered(), "--policy", "fast", "--lease", "4", name="fast")
+        self.done("issue", self.file("r.csv", "Year\n" + "2024\n" * 6), "--rule", "fast")
+        self.leave_a_lease()
+        self.done("lease", "close")
+        self.assertEqual(self.done("audit")[-1].split(", ")[1], "0 findings")
+        heads = path(self.folder / "heads")
+        self.done("audit", "--write-heads", heads)
+        self.assertEqual(self.done("audit", "--against", heads)[-1].split(", ")[1], "0 findings")
+        return heads
+
+    def rows(self, table):
+        names = self.columns(table)
+        return names, [dict(zip(names, map(str, row)))
+                       for row in self.database.query(f"SELECT {', '.join(names)} FROM {table} ORDER BY 1, 2, 3, 4")]
+
+    def at(self, names, row):
+        return " AND ".join(f"{name} = '{row[name]}'".replace("\r", "' || CHR(13) || '") for name in names
+                            if name not in LONG_TEXTS)
+
+    def assert_found(self, heads, what):
+        lines = self.kledger("--json", "audit", "--against", heads)
+        self.assertEqual(lines.returncode, 4, f"{what} is not found")
+
+    def change_each(self, table, sample, heads):
+        """Each column of one row, put back afterwards."""
+        names, rows = self.rows(table)
+        row = sample(rows)
+        for name in names:
+            if (table, name) in MEANINGLESS:
+                continue
+            where = self.at([other for other in names if other != name], row)
+            changed, back = self.change_of(name, row[name])
+            count = len(self.database.query(f"SELECT 1 FROM {table} WHERE {where}"))
+            self.assertEqual(count, 1, where)
+            self.database.query(f"UPDATE {table} SET {name} = {changed} WHERE {where}")
+            self.assert_found(heads, f"{table}.{name}")
+            self.database.query(f"UPDATE {table} SET {name} = {back} WHERE {where}")
+
+    @staticmethod
+    def change_of(name, value):
+        """What a column is set to, and how it is set back; short texts keep their length."""
+        if name != "subject" and re.fullmatch(r"\d{1,9}", value):
+            return f"{name} + 100000", value
+        if name in LONG_TEXTS:
+            return f"'x' || {name}", f"SUBSTR({name}, 2)"
+        return f"'x' || SUBSTR({name}, 2)", f"'{value}'"
+
+    def test_every_change_of_a_column_is_found(self):
+        heads = self.full_ledger()
+        for table in TABLES:
+            self.change_each(f"kestrel_{table}", lambda rows: rows[0], heads)
+        self.change_each("kestrel_leases", lambda rows: rows[-1], heads)
+        audit = self.kledger("audit", "--against", heads)
+        self.assertEqual(audit.returncode, 0, "all is as it was again: " + audit.stdout)
+
+    def test_audits_run_while_programs_issue(self):
+        self.import_rule(rules.numbered(), "--policy", "fast", "--lease", "7", name="fast")
+        records = self.file("many.csv", "Year\n" + "2025\n" * 3_000)
+        process = subprocess.Popen(command("kledger", ["--database", self.database.name, "issue", records]),
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        process.stdout.readline()
+        reader = threading.Thread(target=process.stdout.read)
+        reader.start()
+        audits = 0
+        while process.poll() is None:
+            audit = self.kledger("audit")
+            self.assertEqual(audit.returncode, 0, audit.stdout)
+            audits += 1
+        reader.join()
+        process.stdout.close()
+        self.assertEqual(process.returncode, 0)
+        self.assertGreater(audits, 0)
+
+    def test_what_can_be_put_right_is(self):
+        self.import_rule(rules.numbered())
+        code = self.issue("2024")
+        self.done("void", code, "--reason", "twice")
+        self.database.query("UPDATE kestrel_codes SET void_act = 0")
+        self.database.query("UPDATE kestrel_rules SET policy = 'fast', lease_size = 7")
+        found = {line["finding"] for line in self.objects("audit", code=4) if "finding" in line}
+        self.assertEqual(found, {"void", "settings"})
+        self.assertEqual(self.done("audit", "--repair")[-1], "1 codes, 0 findings")
+        self.assertEqual(self.objects("explain", code)[0]["state"], "void")
+        self.assertEqual(self.objects("rule", "history")[-2]["what"], "repair")
+
+    def test_doctor_tells_what_the_database_promises(self):
+        self.import_rule(rules.numbered())
+        facts = {line["fact"]: line for line in self.objects("doctor")}
+        self.assertLessEqual({"engine", "durability", "isolation", "clock"}, set(facts))
+        self.assertFalse([line for line in facts.values() if "losesCommits" in line])
+
+    def test_output_that_nobody_takes_ends_the_run(self):
+        self.import_rule(rules.numbered())
+        records = self.file("many.csv", "Year\n" + "2025\n" * 2_000)
+        with open("/dev/full", "wb") as full:
+            process = subprocess.run(command("kledger", ["--database", self.database.name, "issue", records]), check=False,
+                                     stdin=subprocess.DEVNULL, stdout=full, stderr=subprocess.PIPE, encoding="utf-8", timeout=60)
+        self.assertEqual(process.returncode, STOPPED, process.stderr)
+        self.assertEqual(self.codes(), ["2025-000001"])
+        self.assertIn("line 2: code 2025-000001 is stored and perhaps not shown", process.stderr)
+
+    def test_a_signal_ends_the_run_after_the_transaction_in_hand(self):
+        self.import_rule(rules.numbered())
+        records = self.file("many.csv", "Year\n" + "2025\n" * 60_000)
+        process, out = self.start(records)
+        process.send_signal(signal.SIGINT)
+        error = process.communicate(timeout=60)[1]
+        self.assertEqual(process.returncode, STOPPED, error)
+        self.assertIn("kledger: stopped; everything that was stored is shown", error)
+        self.assertEqual([line.split("\t")[0] for line in out.read_text().splitlines()], self.codes())
+
+    def start(self, records):
+        """A program that has begun to print into a file."""
+        out = self.folder / "out"
+        with open(out, "wb") as file:
+            process = subprocess.Popen(command("kledger", ["--database", self.database.name, "issue", records]),
+                                       stdin=subprocess.DEVNULL, stdout=file, stderr=subprocess.PIPE, encoding="utf-8")
+        while not out.read_text():
+            self.assertIsNone(process.poll())
+            time.sleep(0.02)
+        return process, out
+
+
+class Sqlite(OnSqlite, PromiseTests, LedgerCase):
+    def columns(self, table):
+        return [row[1] for row in self.database.query(f"PRAGMA table_info({table})")]
+
+    def at(self, names, row):
+        return super().at(names, row).replace("CHR(13)", "CHAR(13)")
+
+    def test_every_row_that_is_removed_or_swapped_is_found(self):
+        """One after the other on a copy; an older copy put back is found as well."""
+        self.import_rule(rules.numbered())
+        older = self.folder / "older.db"
+        self.done("issue", "--field", "Year=2021")
+        self.snapshot(older)
+        whole = self.folder / "whole.db"
+        heads = self.full_ledger()
+        self.snapshot(whole)
+        for table in TABLES:
+            names, rows = self.rows(f"kestrel_{table}")
+            for row in rows[:12] + rows[-3:]:
+                self.database.query(f"DELETE FROM kestrel_{table} WHERE {self.at(names, row)}")
+                self.assert_found(heads, f"{table} without {row}")
+                self.restore(whole)
+        for swap in ("UPDATE kestrel_numbers SET code = CASE code WHEN '2024-000001' THEN '2024-000003' ELSE '2024-000001' END "
+                     "WHERE rule_id = 1 AND code IN ('2024-000001', '2024-000003') AND band = 'Number' AND series LIKE '2024%'",
+                     "UPDATE kestrel_codes SET fields = '{}' WHERE code = '2024-000001'"):
+            self.database.query(swap)
+            self.assert_found(heads, swap)
+            self.restore(whole)
+        self.restore(older)
+        self.assert_found(heads, "an older copy")
+
+    def snapshot(self, file):
+        self.database.query("PRAGMA wal_checkpoint(TRUNCATE)")
+        shutil.copy(self.database.file, file)
+
+    def restore(self, file):
+        for suffix in ("-wal", "-shm"):
+            pathlib.Path(f"{self.database.file}{suffix}").unlink(missing_ok=True)
+        shutil.copy(file, self.database.file)
+
+    def test_a_file_that_is_deleted_or_replaced_at_work_is_noticed(self):
+        self.import_rule(rules.numbered())
+        records = self.file("many.csv", "Year\n" + "2025\n" * 60_000)
+        process, out = self.start(records)
+        self.database.file.rename(self.folder / "moved.db")
+        error = process.communicate(timeout=60)[1]
+        self.assertEqual(process.returncode, DATABASE_FAILED, error)
+        self.assertIn("was deleted or replaced while it was in use", error)
+        self.assertLess(len(out.read_text().splitlines()), 2_000)
+
+    def test_a_ledger_of_the_version_before_is_brought_up(self):
+        shutil.copy(ROOT / "tests" / "ledger" / "data" / "schema1.db", self.database.file)
+        before = self.database.file.read_bytes()
+        for arguments in (("rule", "list"), ("audit",), ("issue", "--rule", "items", "--field", "Year=2024")):
+            self.assertIn("bring it up with: kledger upgrade", self.refused(*arguments))
+        self.assertEqual([row[0] for row in self.database.query("SELECT version FROM kestrel_schema")], [1])
+        self.assertEqual(len(before), len(self.database.file.read_bytes()))
+        self.assertEqual(self.done("upgrade"), ["brought up from schema 1 to 2: 3 rules, 42 codes"])
+        self.assertEqual(self.done("upgrade"), ["the ledger is up already (schema 2)"])
+        self.assertEqual(self.database.query("SELECT name FROM sqlite_schema WHERE name LIKE '%old%'"), [])
+        shown = self.objects("explain", "2024-000001", "--rule", "documents")[0]
+        self.assertEqual((shown["state"], shown["reason"]), ("void", "a typing error"))
+        self.assertEqual(self.objects("explain", "2024-000007", "--rule", "documents")[0]["stored"], {"Year": "2024", "Who": "x"})
+        self.assertEqual([line["codes"] for line in self.objects("rule", "list")], [6, 35, 1])
+        found = {line["finding"] for line in self.objects("audit", code=4) if "finding" in line}
+        self.assertEqual(found, {"gap"}, "the numbers that adoption had left out")
+        self.assertEqual(self.done("issue", "--rule", "documents", "--field", "Year=2024"), ["2024/000002\t2024"])
+        self.assertEqual(self.done("issue", "--rule", "items", "--field", "Year=2025"), ["2025-000021\t2025"])
+
+    def test_what_is_no_ledger_is_left_alone(self):
+        self.assertIn("is a folder", self.refused_on(path(self.folder)))
+        other = SqliteFile()
+        try:
+            other.query("CREATE TABLE addresses (name TEXT)")
+            self.assertIn("a database of something else", self.refused_on(other.name))
+            self.assertEqual(other.query("SELECT name FROM sqlite_schema"), [("addresses",)])
+        finally:
+            other.close()
+        (self.folder / "it's.db").write_bytes(b"")
+        self.assertEqual(run("kledger", "--database", path(self.folder / "it's.db"), "rule", "list").returncode, 0)
+
+    def refused_on(self, database):
+        result = run("kledger", "--database", database, "rule", "list")
+        self.assertEqual((result.returncode, result.stdout, len(result.stderr.splitlines())), (1, "", 1), result.stderr)
+        return result.stderr
+
+
+class SilentServer:
+    """Takes connections and never says a word."""
+
+    def __enter__(self):
+        self.listener = socket.socket()
+        self.listener.bind(("127.0.0.1", 0))
+        self.listener.listen(16)
+        return self.listener.getsockname()[1]
+
+    def __exit__(self, *_):
+        self.listener.close()
+
+
+class Postgres(OnPostgres, PromiseTests, LedgerCase):
+    def columns(self, table):
+        return [row[0] for row in self.database.query(
+            f"SELECT column_name FROM information_schema.columns WHERE table_name = '{table}' ORDER BY ordinal_position")]
+
+    def test_patience_bounds_every_wait(self):
+        self.import_rule(rules.numbered())
+        with SilentServer() as port:
+            silent = self.database.name.replace(f"Port={self.server.port}", f"Port={port}")
+            self.assert_gives_up(silent, 3)
+        closed = self.database.name.replace(f"Port={self.server.port}", "Port=1")
+        self.assert_gives_up(closed, 3)
+        locked = subprocess.Popen([*self.server.prefix, str(self.server.programs / "psql"), "-h", str(self.server.folder), "-p",
+                                   str(self.server.port), "-U", "postgres", "-d", self.database.database, "-c",
+                                   "BEGIN; LOCK TABLE kestrel_codes; SELECT pg_sleep(20)"], stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd="/")
+        try:
+            time.sleep(1)
+            self.assert_gives_up(self.database.name, 3)
+        finally:
+            locked.kill()
+            locked.wait()
+
+    def assert_gives_up(self, database, patience):
+        begin = time.monotonic()
+        result = run("kledger", "--database", database, "--patience", patience, "issue", "--field", "Year=2024")
+        took = time.monotonic() - begin
+        self.assertEqual(result.returncode, DATABASE_FAILED, result.stderr)
+        self.assertGreater(took, patience - 1, result.stderr)
+        self.assertLess(took, patience + 6, result.stderr)
+
+    def test_a_commit_that_comes_late_is_the_requests_own(self):
+        """The COMMIT waits in the server while its client is cut off; it takes effect after the client has come back."""
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy, name=policy)
+            self.database.query(
+                "CREATE OR REPLACE FUNCTION slow() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN PERFORM pg_sleep(4); RETURN NULL; "
+                "END $$")
+            self.database.query("CREATE CONSTRAINT TRIGGER slow AFTER INSERT ON kestrel_codes DEFERRABLE INITIALLY DEFERRED "
+                                "FOR EACH ROW WHEN (NEW.fields LIKE '%2031%') EXECUTE FUNCTION slow()")
+            result = run("kledger", "--database", self.database.name, "--json", "--patience", "6", "issue", "--rule", policy,
+                         "--field", "Year=2031")
+            self.database.query("DROP TRIGGER slow ON kestrel_codes")
+            self.assertEqual(result.returncode, 0, result.stderr)
+            time.sleep(4)
+            rows = self.database.query("SELECT code FROM kestrel_codes WHERE rule_id = (SELECT id FROM kestrel_rules WHERE "
+                                       f"name = '{policy}')")
+            self.assertEqual(rows, [("2031-000001",)])
+            self.assertIn('"code":"2031-000001"', result.stdout)
+
+    def test_a_database_without_all_characters_refuses_the_record_only(self):
+        self.server.query("postgres", "DROP DATABASE IF EXISTS latin")
+        self.server.query("postgres", "CREATE DATABASE latin ENCODING LATIN1 LC_COLLATE 'C' LC_CTYPE 'C' TEMPLATE template0")
+        name = self.server.connection_string("latin")
+        run("kledger", "--database", name, "rule", "import", self.file("rule.rule", rules.lettered()))
+        for policy in ("gapless", "fast"):
+            run("kledger", "--database", name, "rule", "import", self.file(f"{policy}.rule", rules.lettered()), "--policy", policy)
+            records = self.file("records.csv", "Text\nabc\na\u20acc\nxyz\n")
+            result = run("kledger", "--database", name, "issue", records, "--rule", policy)
+            self.assertEqual(result.returncode, 3, result.stderr)
+            self.assertEqual([line.split("\t")[0] for line in result.stdout.splitlines()], ["abc001", "xyz001"])
+            self.assertIn("cannot hold a character", result.stderr)
+        self.server.query("postgres", "DROP DATABASE latin WITH (FORCE)")
+
+    def test_the_driver_leaves_no_log(self):
+        logs = pathlib.Path(tempfile.gettempdir())
+        before = set(logs.glob("*psqlodbc*")) | set(logs.glob("mylog*"))
+        self.done("rule", "list")
+        self.assertEqual((set(logs.glob("*psqlodbc*")) | set(logs.glob("mylog*"))) - before, set())
+
+
+if __name__ == "__main__":
+    unittest.main()
