@@ -14,7 +14,6 @@ configuration_is_usable() {
 configure() {
     local preset="$1" folder="$BUILD/$1"
     configuration_is_usable "$folder" && return 0
-    case "$preset" in x86 | x64) "$ROOT/tools/sqlite.sh" || return 1 ;; esac
     rm -rf "$folder"
     note "configure $preset"
     with_log "configure-$preset" cmake --preset "$preset" || return 1
@@ -24,6 +23,7 @@ configure() {
 build() {
     local preset="${1%%:*}" targets=()
     [[ "$1" != *:* ]] || IFS=, read -ra targets <<<"--target,${1#*:}"
+    case "$preset" in x86 | x64) "$ROOT/tools/sqlite.sh" || return 1 ;; esac
     configure "$preset" || return 1
     note "build $preset"
     with_log "build-$preset" cmake --build --preset "$preset" -j "$JOBS" "${targets[@]}"
