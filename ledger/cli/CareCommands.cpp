@@ -59,7 +59,7 @@ std::optional<bool> IsAtWork(const Lease& lease) {
     const std::wstring self = ThisProgram();
     const std::size_t length = self.rfind(L':') + 1; // of the machine's name and the colon
     if (lease.owner.compare(0, length, self, 0, length) != 0) return std::nullopt;
-    const DWORD id = static_cast<DWORD>(std::wcstoul(lease.owner.c_str() + length, nullptr, 10));
+    const auto id = static_cast<DWORD>(std::wcstoul(lease.owner.c_str() + length, nullptr, 10));
     const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, id);
     if (process == nullptr) return false;
     const bool runs = WaitForSingleObject(process, 0) == WAIT_TIMEOUT;

@@ -126,7 +126,8 @@ class ConcurrencyCase(unittest.TestCase):
         (self.folder / "records.csv").write_text("Year\n" + "2024\n" * CODES)
         before = len(self.stored())
         self.assert_all_done([self.start()])
-        self.assertEqual(len(self.assert_nothing_lost(policy)), before + CODES)
+        # What a killed program had sent to be committed may have been stored after they were counted.
+        self.assertGreaterEqual(len(self.assert_nothing_lost(policy)), before + CODES)
 
 
     def change_while_issuing(self, policy):
