@@ -68,7 +68,7 @@ class Report {
     }
 
     // The number of findings.
-    std::size_t Close() const {
+    [[nodiscard]] std::size_t Close() const {
         mvarSession.output.Line(std::to_wstring(mvarCodes) + L" codes, " + std::to_wstring(mvarFindings) + L" findings",
                                 {{"codes", mvarCodes}, {"findings", mvarFindings}});
         return mvarFindings;
@@ -85,8 +85,8 @@ class Report {
             return;
         }
         Json json = {{"finding", ToJson(kind.name)}};
-        for (const auto& [name, value] : finding.facts)
-            std::visit([&json, &name](const auto& known) { AddFact(json, name, known); }, value);
+        for (const Fact& fact : finding.facts)
+            std::visit([&json, &fact](const auto& value) { AddFact(json, fact.first, value); }, fact.second);
         json["rule"] = ToJson(mvarRule);
         json["text"] = ToJson(finding.text);
         json["meaning"] = ToJson(kind.meaning);

@@ -8,18 +8,21 @@ namespace ledger {
 
 namespace {
 
-std::atomic<bool> Stopped{false};
+std::atomic<bool>& Stopped() noexcept {
+    static std::atomic<bool> stopped{false};
+    return stopped;
+}
 
 // Called on a thread of the system's own.
 BOOL WINAPI Note(DWORD) noexcept {
-    Stopped = true;
+    Stopped() = true;
     return TRUE;
 }
 
 } // namespace
 
 StopSignal::StopSignal() {
-    Stopped = false;
+    Stopped() = false;
     // A program started without a console may have been told to ignore it.
     SetConsoleCtrlHandler(nullptr, FALSE);
     SetConsoleCtrlHandler(Note, TRUE);
@@ -27,6 +30,6 @@ StopSignal::StopSignal() {
 
 StopSignal::~StopSignal() { SetConsoleCtrlHandler(Note, FALSE); }
 
-bool WasStopped() noexcept { return Stopped; }
+bool WasStopped() noexcept { return Stopped(); }
 
 } // namespace ledger
