@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need, and nothing when all are there already.
+# usage: tools/packages.sh [clusters]   (clusters: also what only the clusters of ./test-clusters need)
 # shellcheck source=tools/common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -9,14 +10,19 @@ PACKAGES_NATIVE=(
     g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev
     wine wine64 xvfb xdotool imagemagick fonts-wine fonts-liberation iso-codes
     python3 libcli11-dev nlohmann-json3-dev unixodbc libodbc2 odbc-postgresql postgresql tcl
+    mariadb-server mariadb-client libmariadb3
 )
-PACKAGES_I386=(wine32:i386 libwine:i386 libodbc2:i386 odbc-postgresql:i386)
+PACKAGES_I386=(wine32:i386 libwine:i386 libodbc2:i386 odbc-postgresql:i386 libmariadb3:i386)
+PACKAGES_CLUSTERS=(galera-4 rsync)
+DRIVERS=(amd64 i386)
+POLICY=/usr/sbin/policy-rc.d
 
+# Prints those of the packages that are not installed. usage: missing_packages PACKAGE...
 missing_packages() {
     local package native installed
     native="$(dpkg --print-architecture)"
     installed="$(dpkg-query -W -f='${db:Status-Abbrev}${Package}:${Architecture}\n')"
-    for package in "${PACKAGES_NATIVE[@]}" "${PACKAGES_I386[@]}"; do
+    for package in "$@"; do
         # A bare name means this machine's architecture, or a package that is the same on all.
         grep -qxF -e "ii $package" -e "ii $package:$native" -e "ii $package:all" <<<"$installed" || printf '%s\n' "$package"
     done
@@ -38,8 +44,50 @@ sources_without_security() {
 
 apt_quiet() { DEBIAN_FRONTEND=noninteractive apt-get -q "$@"; }
 
-install_plainly() {
-    apt_quiet update && apt_quiet install -y --no-install-recommends "$@"
+# No server that a package brings is to run: the tests start their own, with data of their own. Packages ask this file
+# before they start a service; the machine's own one, if there is any, stays as it is.
+keep_services_down() {
+    [ ! -e "$POLICY" ] || return 0
+    printf '#!/bin/sh\nexit 101\n' >"$POLICY"
+    chmod 755 "$POLICY"
+    trap 'rm -f "$POLICY"' EXIT
+    trap 'exit 130' INT TERM HUP
+}
+
+# The ODBC driver for MariaDB, which is not installable for two architectures at once, is unpacked for each.
+# usage: unpack_drivers APT_OPTION...
+unpack_drivers() {
+    local work architecture status=0
+    work="$(mktemp -d)"
+    (cd "$work" && apt_quiet "$@" download "${DRIVERS[@]/#/odbc-mariadb:}") || status=1
+    for architecture in "${DRIVERS[@]}"; do
+        [ "$status" -eq 0 ] || break
+        dpkg-deb -x "$work"/odbc-mariadb_*_"$architecture.deb" "$work/$architecture" || status=1
+        mkdir -p "$BUILD/odbc/$architecture"
+        mv "$work/$architecture"/usr/lib/*/odbc/libmaodbc.so "$BUILD/odbc/$architecture/" || status=1
+    done
+    rm -rf "$work"
+    return "$status"
+}
+
+drivers_are_there() {
+    local architecture
+    for architecture in "${DRIVERS[@]}"; do
+        [ -f "$BUILD/odbc/$architecture/libmaodbc.so" ] || return 1
+    done
+}
+
+# usage: install_from APT_OPTION... -- PACKAGE...
+install_from() {
+    local options=()
+    while [ "$1" != -- ]; do
+        options+=("$1")
+        shift
+    done
+    shift
+    apt_quiet "${options[@]}" update || return 1
+    [ $# -eq 0 ] || apt_quiet "${options[@]}" install -y --no-install-recommends "$@" || return 1
+    drivers_are_there || unpack_drivers "${options[@]}"
 }
 
 install_without_security() {
@@ -51,23 +99,25 @@ install_without_security() {
     mv "$work/kestrel.sources" "$work/parts/"
     [ -f "$work/kestrel.sources.list" ] && mv "$work/kestrel.sources.list" "$work/parts/kestrel.list"
     options=(-o Dir::Etc::sourcelist=/dev/null -o "Dir::Etc::sourceparts=$work/parts" -o "Dir::State::Lists=$work/lists")
-    { apt_quiet "${options[@]}" update && apt_quiet "${options[@]}" install -y --no-install-recommends "$@"; } || status=$?
+    install_from "${options[@]}" -- "$@" || status=$?
     rm -rf "$work"
     return "$status"
 }
 
 main() {
-    local missing
-    mapfile -t missing < <(missing_packages)
-    [ "${#missing[@]}" -eq 0 ] && return 0
-    say "Installing ${#missing[@]} packages"
-    command -v apt-get >/dev/null || fail "these packages are missing and there is no apt-get here: ${missing[*]}"
-    [ "$(id -u)" -eq 0 ] || fail "not root, so these packages cannot be installed: ${missing[*]}"
+    local missing wanted=("${PACKAGES_NATIVE[@]}" "${PACKAGES_I386[@]}")
+    [ "${1:-}" != clusters ] || wanted+=("${PACKAGES_CLUSTERS[@]}")
+    mapfile -t missing < <(missing_packages "${wanted[@]}")
+    [ "${#missing[@]}" -eq 0 ] && drivers_are_there && return 0
+    say "Installing ${missing[*]:-the driver for MariaDB}"
+    command -v apt-get >/dev/null || fail "packages are missing and there is no apt-get here: ${missing[*]:-odbc-mariadb}"
+    [ "$(id -u)" -eq 0 ] || fail "not root, so packages cannot be installed: ${missing[*]:-odbc-mariadb}"
     dpkg --add-architecture i386
-    with_log packages install_plainly "${missing[@]}" 2>/dev/null && return 0
+    keep_services_down
+    with_log packages install_from -- "${missing[@]}" 2>/dev/null && return 0
     note "the plain way failed; once more without the security suites"
     with_log packages-retry install_without_security "${missing[@]}" ||
-        fail "no package source has these packages, see build/logs/packages-retry.log: ${missing[*]}"
+        fail "no package source has these packages, see build/logs/packages-retry.log: ${missing[*]:-odbc-mariadb}"
 }
 
 main "$@"
