@@ -1,0 +1,218 @@
+"""A way to a server that breaks around COMMIT, as networks do.
+
+    PASS     nothing happens
+    BEFORE   the connection is cut, the COMMIT does not reach the server
+    DURING   the COMMIT reaches the server, and the connection is reset at the same moment
+    AFTER    the COMMIT was carried out, and its answer does not reach the client
+    LATE     the connection is cut for the client at once, and the server gets the COMMIT some time later
+    SILENT   the COMMIT is carried out, and the client is left waiting for an answer
+"""
+import asyncio
+import collections
+import dataclasses
+import enum
+import random
+import socket
+import struct
+import threading
+import time
+
+from rig.server import LOOPBACK
+from rig.wire import WIRES
+
+PIECE = 65536
+RESET = struct.pack("ii", 1, 0)  # for SO_LINGER
+
+
+class Kind(enum.Enum):
+    PASS, BEFORE, DURING, AFTER, LATE, SILENT = "pass", "before", "during", "after", "late", "silent"
+
+
+@dataclasses.dataclass
+class Cut:
+    """A late COMMIT comes after so many seconds, or as soon as other connections have sent so many frames since."""
+
+    kind: Kind
+    seconds: float = 0.0
+    frames: int = 0  # 0: by the time alone
+
+
+class Chances:
+    """A plan by chance: each COMMIT is cut with the probability, until as many cuts of each kind are made as wanted."""
+
+    def __init__(self, wanted, probability, seed, latest=1.0):
+        self.left = dict(wanted)
+        self.probability = probability
+        self.latest = latest
+        self.generator = random.Random(seed)
+
+    def __call__(self):
+        if not self.left or self.generator.random() >= self.probability:
+            return Cut(Kind.PASS)
+        kind = self.generator.choice([kind for kind, count in self.left.items() for _ in range(count)])
+        self.left[kind] -= 1
+        if self.left[kind] == 0:
+            del self.left[kind]
+        frames = self.generator.choice([0, self.generator.randint(1, 12)])
+        return Cut(kind, self.generator.uniform(0.05, self.latest), frames)
+
+    def is_done(self):
+        return not self.left
+
+
+class Proxy:
+    """Listens on `port`; `target` is the server's port, for connections made from now on. `plan` is called for each
+    COMMIT that stores something, and for what is stored without one, and returns its Cut. `made` counts the cuts by
+    kind, and `stored` those that the server carried out."""
+
+    def __init__(self, protocol, target, plan=lambda: Cut(Kind.PASS)):
+        self.wire = WIRES[protocol]
+        self.target = target
+        self.plan = plan
+        self.made = collections.Counter()
+        self.stored = collections.Counter()
+        self.frames = 0
+        self.pending = 0  # cuts whose end is still to come
+        self.connections = set()
+        self.loop = asyncio.new_event_loop()
+        listener = socket.create_server((LOOPBACK, 0), backlog=100)
+        self.port = listener.getsockname()[1]
+        self.thread = threading.Thread(target=self._run, args=(listener,), daemon=True)
+        self.thread.start()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def close(self):
+        self.loop.call_soon_threadsafe(self.loop.stop)
+        self.thread.join()
+
+    def cut_all(self):
+        """Cuts every connection there is, as a failing router does."""
+        self.loop.call_soon_threadsafe(lambda: [connection.abort() for connection in list(self.connections)])
+
+    def settle(self, longest=30):
+        """Waits until every late COMMIT has reached the server and was answered."""
+        end = time.monotonic() + longest
+        while self.pending:
+            if time.monotonic() > end:
+                raise RuntimeError(f"{self.pending} late commits are still under way")
+            time.sleep(0.02)
+
+    def _run(self, listener):
+        asyncio.set_event_loop(self.loop)
+        self.loop.set_exception_handler(lambda *_: None)  # connections that end are the purpose
+        server = self.loop.run_until_complete(asyncio.start_server(self._serve, sock=listener))
+        self.loop.run_forever()
+        server.close()
+        tasks = asyncio.all_tasks(self.loop)
+        for task in tasks:
+            task.cancel()
+        self.loop.run_until_complete(asyncio.gather(*tasks, return_exceptions=True))
+        self.loop.close()
+
+    async def _serve(self, reader, writer):
+        connection = Connection(self, reader, writer)
+        self.connections.add(connection)
+        try:
+            await connection.serve()
+        finally:
+            self.connections.discard(connection)
+            connection.abort()
+
+
+class Connection:
+    """One client and its connection to the server."""
+
+    def __init__(self, proxy, reader, writer):
+        self.proxy = proxy
+        self.wire = proxy.wire()
+        self.client = (reader, writer)
+        self.server = None
+        self.answers_to = None  # the cut whose answer is to be swallowed
+        self.answer = b""
+        self.answered = asyncio.Event()
+
+    def abort(self):
+        for end in (self.client, self.server):
+            if end is not None:
+                end[1].transport.abort()
+
+    async def serve(self):
+        try:
+            self.server = await asyncio.open_connection(LOOPBACK, self.proxy.target)
+        except OSError:
+            return
+        answers = asyncio.ensure_future(self._answer())
+        try:
+            await self._forward()
+        except OSError:
+            pass
+        finally:
+            answers.cancel()
+
+    async def _forward(self):
+        """From the client to the server, until one of them ends or a COMMIT is cut."""
+        while data := await self.client[0].read(PIECE):
+            for frame in self.wire.frames(data):
+                self.proxy.frames += 1
+                cut = self.proxy.plan() if self.wire.stores(frame) else Cut(Kind.PASS)
+                if cut.kind is Kind.PASS:
+                    self.server[1].write(frame)
+                    continue
+                self.proxy.pending += 1
+                try:
+                    await self._cut(cut, frame)
+                finally:
+                    self.proxy.made[cut.kind] += 1
+                    self.proxy.pending -= 1
+                return
+            await self.server[1].drain()
+
+    async def _answer(self):
+        """From the server to the client; swallowed when it answers a COMMIT that is cut."""
+        try:
+            while data := await self.server[0].read(PIECE):
+                if self.answers_to is None:
+                    self.client[1].write(data)
+                    await self.client[1].drain()
+                    continue
+                self.answer += data
+                if (done := self.wire.answer(self.answer)) is not None:
+                    self.proxy.stored[self.answers_to] += done
+                    self.answered.set()
+        except OSError:
+            pass
+        finally:
+            self.answered.set()
+            if self.answers_to is None:
+                self.client[1].transport.abort()
+
+    async def _cut(self, cut, frame):
+        if cut.kind is Kind.BEFORE:
+            return
+        self.answers_to = cut.kind
+        if cut.kind in (Kind.DURING, Kind.LATE):
+            self._drop_client(cut.kind is Kind.DURING)
+        if cut.kind is Kind.LATE:
+            await self._wait_for_the_moment(cut)
+        self.server[1].write(frame)
+        if cut.kind is Kind.DURING:
+            self.server[1].write_eof()
+        await self.answered.wait()
+        if cut.kind is Kind.SILENT:
+            await self.client[0].read()
+
+    def _drop_client(self, with_reset):
+        if with_reset:
+            self.client[1].get_extra_info("socket").setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, RESET)
+        self.client[1].transport.abort()
+
+    async def _wait_for_the_moment(self, cut):
+        end = time.monotonic() + cut.seconds
+        frames = self.proxy.frames + cut.frames
+        while time.monotonic() < end and not (cut.frames and self.proxy.frames >= frames):
+            await asyncio.sleep(0.002)
