@@ -41,12 +41,22 @@ class Chances:
     """A plan by chance: each COMMIT is cut with the probability, until as many cuts of each kind are made as wanted."""
 
     def __init__(self, wanted, probability, seed, latest=1.0):
+        self.lock = threading.Lock()  # several proxies may share a plan
         self.left = dict(wanted)
         self.probability = probability
         self.latest = latest
         self.generator = random.Random(seed)
 
     def __call__(self):
+        with self.lock:
+            return self._choose()
+
+    def stop(self):
+        """From now on nothing is cut."""
+        with self.lock:
+            self.left = {}
+
+    def _choose(self):
         if not self.left or self.generator.random() >= self.probability:
             return Cut(Kind.PASS)
         kind = self.generator.choice([kind for kind, count in self.left.items() for _ in range(count)])

@@ -1,0 +1,64 @@
+"""Whether every request has exactly one code, read from the database itself and not from the program that wrote it."""
+import collections
+import json
+
+STORED = ("SELECT r.name, c.code, c.ticket, c.state, c.reason, c.fields FROM kestrel_codes c "
+          "JOIN kestrel_rules r ON r.id = c.rule_id")
+NUMBER_FROM = 5  # characters of a code before its number: a year and a dash
+EXAMPLES = 3
+
+Row = collections.namedtuple("Row", "rule code ticket state reason key")
+
+
+def stored_rows(stage):
+    """Each stored code with the key of its request, which is one of its fields."""
+    return [Row(rule, code, ticket, state, reason, json.loads(fields).get("Note", ""))
+            for rule, code, ticket, state, reason, fields in stage.query(STORED)]
+
+
+def gaps(codes):
+    """The codes that are missing among those that are numbered together, from the first number on."""
+    numbers = collections.defaultdict(set)
+    for code in codes:
+        numbers[code[:NUMBER_FROM]].add(int(code[NUMBER_FROM:]))
+    return [f"{series}{number:06}" for series, have in numbers.items() for number in range(1, max(have) + 1)
+            if number not in have]
+
+
+def findings(book, rows, gapless, with_keys):
+    """What is wrong, by what it is: a list of examples each, empty where all is well."""
+    by_key = collections.defaultdict(list)
+    for row in rows:
+        by_key[row.key].append(row)
+    times = collections.Counter((row.rule, row.code) for row in rows)
+    acts = {(row.rule, row.code): (row.state, row.reason) for row in rows}
+    found = {
+        "requests without a code": [key for key in book.rules if key not in by_key],
+        "requests with several codes": [f"{key}: {[row.code for row in by_key[key]]}" for key in book.rules
+                                        if len(by_key[key]) > 1],
+        "requests without an answer": [key for key in book.rules if key not in book.answers],
+        "requests with several answers": [f"{key}: {sorted(codes)}" for key, codes in book.answers.items()
+                                          if len(codes) > 1],
+        "answers that are not stored": [f"{key}: {code}" for key, codes in book.answers.items() for code in codes
+                                        if (book.rules[key], code) not in times],
+        "answers of other requests": [f"{key}: {code}" for key, codes in book.answers.items() for code in codes
+                                      if code not in [row.code for row in by_key[key]]],
+        "codes that nobody asked for": [f"{row.rule} {row.code}" for row in rows if row.key not in book.rules
+                                        and (row.rule, row.code) not in book.adopted],
+        "codes stored twice": [f"{rule} {code}" for (rule, code), count in times.items() if count > 1],
+        "gaps in gapless": [f"{rule} {code}" for rule in gapless
+                            for code in gaps([row.code for row in rows if row.rule == rule])],
+        "adopted codes that are lost": [f"{rule} {code}" for rule, code in book.adopted if (rule, code) not in times],
+        "voids that are lost": [f"{rule} {code}" for (rule, code), reason in book.voided.items()
+                                if acts.get((rule, code)) != ("void", reason)],
+        "refused": book.refused,
+    }
+    if with_keys:
+        found["codes with another key"] = [f"{row.key}: {row.ticket}" for row in rows
+                                           if row.key in book.rules and row.ticket != row.key]
+    return found
+
+
+def told(found):
+    """Lines for people: each finding with its number and some examples."""
+    return [f"{len(examples)} {what}: {'; '.join(examples[:EXAMPLES])}" for what, examples in found.items() if examples]

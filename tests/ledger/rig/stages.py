@@ -1,0 +1,135 @@
+"""The databases that programs are disturbed on: each with the ways to it, and what can happen to it."""
+import pathlib
+import shutil
+import sqlite3
+import tempfile
+import time
+
+from rig.mariadb import GaleraCluster, MariaDbServer
+from rig.mariadb import connection_string as mariadb_string
+from rig.postgres import PostgresPair, PostgresServer
+from rig.postgres import connection_string as postgres_string
+from rig.proxy import Proxy
+from windows_program import BUILD, path
+
+DATABASE = "ledger"
+BITS = 64 if BUILD.name == "x64" else 32
+AWAY = 0.3  # seconds that a server is gone for
+
+
+class Stage:
+    """`databases` are the names that programs open it by, in turn. `plan` decides on cuts, see Proxy."""
+
+    def __init__(self, cluster, plan):
+        self.cluster = cluster
+        self.proxies = []
+        self.databases = []
+        try:
+            cluster.create_database(DATABASE)
+            self.proxies = [Proxy(cluster.protocol, server.port, plan) for server in cluster.servers]
+            self.databases = self.names([proxy.port for proxy in self.proxies])
+        except BaseException:
+            self.close()
+            raise
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def close(self):
+        for proxy in self.proxies:
+            proxy.close()
+        self.cluster.close()
+
+    def query(self, sql):
+        return self.cluster.query(DATABASE, sql)
+
+    def counts(self, of):
+        """Cuts over all ways, by kind; of is "made" or "stored"."""
+        return sum((getattr(proxy, of) for proxy in self.proxies[1:]), getattr(self.proxies[0], of).copy())
+
+    def settle(self):
+        for proxy in self.proxies:
+            proxy.settle()
+
+
+class Postgres(Stage):
+    def __init__(self, plan):
+        super().__init__(PostgresServer(), plan)
+
+    def names(self, ports):
+        return [postgres_string(ports, DATABASE)]
+
+    def restart(self, number):
+        self.cluster.stop(("fast", "immediate", "kill")[number % 3])
+        time.sleep(AWAY)
+        self.cluster.start()
+
+
+class MariaDb(Stage):
+    def __init__(self, plan):
+        super().__init__(MariaDbServer(), plan)
+
+    def names(self, ports):
+        return [mariadb_string(port, DATABASE, BITS) for port in ports]
+
+    def restart(self, number):
+        self.cluster.kill() if number % 2 else self.cluster.stop()
+        time.sleep(AWAY)
+        self.cluster.start()
+
+
+class Pair(Stage):
+    """PostgreSQL with a standby; programs know both servers."""
+
+    def __init__(self, plan, synchronous=True):
+        super().__init__(PostgresPair(synchronous), plan)
+
+    def names(self, ports):
+        return [postgres_string(ports, DATABASE)]
+
+    def fail_over(self, _):
+        self.cluster.fail_over()
+        time.sleep(AWAY)
+        self.cluster.rejoin()
+
+
+class Galera(Stage):
+    """Programs on each of three nodes, of which one is killed and comes back."""
+
+    def __init__(self, plan):
+        super().__init__(GaleraCluster(), plan)
+
+    def names(self, ports):
+        return [mariadb_string(port, DATABASE, BITS) for port in ports]
+
+    def fail_over(self, number):
+        node = self.cluster.servers[number % len(self.cluster.servers)]
+        node.kill()
+        time.sleep(AWAY)
+        node.start()
+
+
+class Sqlite(Stage):
+    """A file that programs open themselves: nothing can be cut."""
+
+    def __init__(self, _):
+        self.proxies = []
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="kestrel-"))
+        self.file = self.folder / "ledger.db"
+        self.databases = [path(self.file)]
+
+    def close(self):
+        shutil.rmtree(self.folder)
+
+    def query(self, sql):
+        connection = sqlite3.connect(self.file)
+        try:
+            return [tuple(str(value) for value in row) for row in connection.execute(sql)]
+        finally:
+            connection.close()
+
+
+STAGES = {"postgres": Postgres, "mariadb": MariaDb, "pair": Pair, "galera": Galera, "sqlite": Sqlite}
