@@ -22,11 +22,13 @@ CUT_KINDS = (Kind.BEFORE, Kind.DURING, Kind.AFTER, Kind.LATE)
 GAPLESS, FAST = ("gapless1", "gapless2"), ("fast1", "fast2")
 DASHES = "-/.:"
 YEARS = ("2023", "2024")
-PATIENCE = 60  # seconds that a program is told to wait
+PATIENCE = 40  # seconds that a program is told to wait
+HUNG_AFTER = PATIENCE + 40
 FILE_RECORDS = {"gapless": 60, "fast": 400}
 ADOPTED_AT_ONCE = 5
+FILE_TAKES = 60  # seconds at the very most
 CHANGED = "was changed meanwhile; start again"
-ENDS_WITHIN = 180  # seconds for what is under way when all has happened
+ENDS_WITHIN = 100  # seconds for what is under way when all has happened
 
 
 @dataclasses.dataclass
@@ -81,8 +83,11 @@ class Storm:
 
     def kledger(self, *arguments, database=0):
         """Runs a command to its end, through the way that also the others take."""
-        return run("kledger", "--database", self.stage.databases[database % len(self.stage.databases)], "--patience",
-                   PATIENCE, *arguments, timeout=PATIENCE + 120)
+        name = self.stage.databases[database % len(self.stage.databases)]
+        try:
+            return run("kledger", "--database", name, "--patience", PATIENCE, *arguments, timeout=HUNG_AFTER)
+        except subprocess.TimeoutExpired:
+            return subprocess.CompletedProcess(arguments, "hung", "", f"no end after {HUNG_AFTER} seconds")
 
     def must(self, *arguments, database=0):
         """A command that has to succeed, whatever happens meanwhile."""
@@ -173,7 +178,7 @@ class Storm:
         with self.lock:
             self.running[program] = False
         try:
-            code = program.wait(PATIENCE + ENDS_WITHIN)
+            code = program.wait(HUNG_AFTER + FILE_TAKES)
         except subprocess.TimeoutExpired:
             program.kill()
             program.wait()
