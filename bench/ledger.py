@@ -165,7 +165,7 @@ def main():
     parser.add_argument("--proof", action="store_true")
     options = parser.parse_args()
     measure("SQLite", SqliteFile, options)
-    server = PostgresServer()
+    server = PostgresServer(in_memory=False)
     try:
         measure("PostgreSQL", lambda: PostgresDatabase(server), options)
     finally:

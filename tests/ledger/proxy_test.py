@@ -232,6 +232,17 @@ class ProxyTests:
         waiting.join()
         self.assertNotEqual(ended, [0])
 
+    def test_mute(self):
+        self.proxy.mute = True
+        client = self.start("INSERT INTO t VALUES (1);\n")
+        with self.assertRaises(subprocess.TimeoutExpired):
+            client.wait(1)
+        client.kill()
+        client.wait()
+        self.proxy.mute = False
+        self.assertTrue(self.store(2))
+        self.assertEqual(self.stored(), [2])
+
     def test_another_target(self):
         port, self.proxy.target = self.proxy.target, 1
         self.assertFalse(self.store(1))

@@ -9,7 +9,7 @@ import time
 import unittest
 
 import rules
-from databases import free_port
+from rig.server import free_port
 from windows_program import path, run
 
 DATABASE_FAILED = 5

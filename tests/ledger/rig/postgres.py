@@ -76,8 +76,8 @@ class PostgresServer(Cluster):
 
     protocol = "postgres"
 
-    def __init__(self, *settings):
-        super().__init__("postgres")
+    def __init__(self, *settings, in_memory=True):
+        super().__init__("postgres", in_memory)
         try:
             self.server = Node(self.place, "postgres")
             self.server.settings = settings

@@ -82,6 +82,7 @@ class Proxy:
         self.made = collections.Counter()
         self.stored = collections.Counter()
         self.frames = 0
+        self.mute = False
         self.pending = 0  # cuts whose end is still to come
         self.connections = set()
         self.loop = asyncio.new_event_loop()
@@ -152,6 +153,9 @@ class Connection:
                 end[1].transport.abort()
 
     async def serve(self):
+        while self.proxy.mute:
+            if not await self.client[0].read(PIECE):
+                return
         try:
             self.server = await asyncio.open_connection(LOOPBACK, self.proxy.target)
         except OSError:
@@ -167,6 +171,8 @@ class Connection:
     async def _forward(self):
         """From the client to the server, until one of them ends or a COMMIT is cut."""
         while data := await self.client[0].read(PIECE):
+            if self.proxy.mute:
+                continue
             for frame in self.wire.frames(data):
                 self.proxy.frames += 1
                 cut = self.proxy.plan() if self.wire.stores(frame) else Cut(Kind.PASS)
@@ -186,6 +192,8 @@ class Connection:
         """From the server to the client; swallowed when it answers a COMMIT that is cut."""
         try:
             while data := await self.server[0].read(PIECE):
+                if self.proxy.mute:
+                    continue
                 if self.answers_to is None:
                     self.client[1].write(data)
                     await self.client[1].drain()

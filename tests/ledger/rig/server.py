@@ -58,8 +58,8 @@ class Place:
     """A folder that belongs to the user that its servers run as, and goes with them when close() is called or the
     process that made it has ended in any other way."""
 
-    def __init__(self, user):
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="kestrel-", dir=parent_folder()))
+    def __init__(self, user, in_memory=True):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="kestrel-", dir=parent_folder() if in_memory else None))
         self.identity = {}
         self.owner = user if os.getuid() == 0 else pwd.getpwuid(os.getuid()).pw_name
         if os.getuid() == 0:  # servers refuse to run as root
@@ -143,8 +143,8 @@ class Server:
 class Cluster:
     """Servers in one place; closing it ends them all at once. The servers of a subclass stand in `servers`."""
 
-    def __init__(self, user):
-        self.place = Place(user)
+    def __init__(self, user, in_memory=True):
+        self.place = Place(user, in_memory)
         self.servers = []
 
     def __enter__(self):
