@@ -26,6 +26,7 @@ PATIENCE = 40  # seconds that a program is told to wait
 HUNG_AFTER = PATIENCE + 40
 FILE_RECORDS = {"gapless": 60, "fast": 400}
 ADOPTED_AT_ONCE = 5
+IMPORTS_AT_ONCE = 2
 FILE_TAKES = 60  # seconds at the very most
 CHANGED = "was changed meanwhile; start again"
 ENDS_WITHIN = 100  # seconds for what is under way when all has happened
@@ -96,15 +97,15 @@ class Storm:
             self.troubles.append(f"{' '.join(map(str, arguments[:2]))}: {result.returncode} {result.stderr.strip()[-300:]}")
         return result
 
-    def _import(self, rule, dash="-"):
-        file = self.folder / f"{rule}.rule"
+    def _import(self, rule, dash, file_name):
+        file = self.folder / file_name
         file.write_bytes(rules.numbered(dash=dash).encode())
         policy = "gapless" if rule in GAPLESS else "fast"
         return self.must("rule", "import", path(file), "--name", rule, "--policy", policy, "--lease", "50")
 
     def _import_all(self):
         for rule in GAPLESS + FAST:
-            self._import(rule)
+            self._import(rule, DASHES[0], "first.rule")
 
     # Threads
 
@@ -127,12 +128,11 @@ class Storm:
         self.plan.stop()
 
     def _repeat(self, name, act):
-        """As often as wanted; a failure of the test itself is trouble as well."""
+        """As often as wanted; each call says how often it happened. A failure of the test itself is trouble as well."""
         generator = random.Random(f"{self.seed} {name}")
         while self.done[name] < getattr(self.numbers, name) and not self.over.is_set():
             try:
-                if act(self.done[name], generator):
-                    self.done[name] += 1
+                self.done[name] += act(self.done[name], generator)
             except (RuntimeError, OSError, subprocess.SubprocessError) as error:
                 self.troubles.append(f"{name}: {error}")
                 return
@@ -193,37 +193,43 @@ class Storm:
         with self.lock:
             alive = [program for program, killed in self.running.items() if not killed and program.poll() is None]
             if not alive:
-                return False
+                return 0
             program = generator.choice(alive)
             self.running[program] = True
             program.send_signal(signal.SIGKILL)
-        return True
+        return 1
 
     def _restart(self, number, generator):
         time.sleep(generator.uniform(1.0, 2.0))
         self.stage.restart(number)
-        return True
+        return 1
 
     def _fail_over(self, number, generator):
         time.sleep(generator.uniform(2.0, 4.0))
         self.stage.fail_over(number)
-        return True
+        return 1
 
     def _change(self, number, generator):
         time.sleep(generator.uniform(0.5, 2.0))
-        self._import(generator.choice(GAPLESS + FAST), DASHES[number % len(DASHES)])
-        return True
+        rule = generator.choice(GAPLESS + FAST)
+        both = [threading.Thread(target=self._import, args=(rule, DASHES[(number + more) % len(DASHES)], f"{more}.rule"))
+                for more in range(IMPORTS_AT_ONCE)]
+        for thread in both:
+            thread.start()
+        for thread in both:
+            thread.join()
+        return IMPORTS_AT_ONCE
 
     def _void(self, number, generator):
         rule = generator.choice(GAPLESS + FAST)
         codes = [code for code in self.book.answered_codes(rule) if (rule, code) not in self.book.voided]
         if not codes:
             time.sleep(0.2)
-            return False
+            return 0
         code, reason = generator.choice(codes), f"reason {number}"
         self.book.voided[rule, code] = reason
         self.must("void", code, "--rule", rule, "--reason", reason, database=number)
-        return True
+        return 1
 
     def _adopt(self, number, _):
         """Codes of a year that nobody issues in, in the order of their numbers."""
@@ -234,12 +240,12 @@ class Storm:
         file.write_text("Code\n" + "".join(f"{code}\n" for code in codes))
         self.book.adopted.update(((rule, code), number) for code in codes)
         self.must("adopt", path(file), "--rule", rule, database=number)
-        return True
+        return 1
 
     def _audit(self, number, _):
         rule = (GAPLESS + FAST)[number % len(GAPLESS + FAST)]
         self.troubles += [f"audit meanwhile: {line}" for line in self._findings_of_the_audit(rule, number)]
-        return True
+        return 1
 
     def _findings_of_the_audit(self, rule, database=0):
         audit = self.kledger("audit", "--rule", rule, database=database)

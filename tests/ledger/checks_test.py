@@ -1,0 +1,82 @@
+"""The checks of the proof find each thing that can be wrong."""
+import unittest
+
+from rig.checks import Row, findings, told
+from rig.requests import Book
+
+
+class ChecksTest(unittest.TestCase):
+    def setUp(self):
+        self.book = Book()
+        self.keys = self.book.new_requests("gapless", 2) + self.book.new_requests("fast", 1)
+        self.rows = [Row(key.split("-")[0], code, key, "issued", "", key) for key, code in
+                     zip(self.keys, ("2024-000001", "2024-000002", "2024-000007"), strict=True)]
+        for row in self.rows:
+            self.book.answer(row.key, row.code)
+        self.rows.append(Row("gapless", "1999-000001", "t", "issued", "", ""))
+        self.book.adopted["gapless", "1999-000001"] = 0
+
+    def found(self):
+        return {what for what, examples in findings(self.book, self.rows, ("gapless",), True).items() if examples}
+
+    def change(self, number, **values):
+        self.rows[number] = self.rows[number]._replace(**values)
+
+    def test_all_is_well(self):
+        self.assertEqual(self.found(), set())
+
+    def test_a_request_with_two_codes(self):
+        self.rows.append(self.rows[1]._replace(code="2024-000003"))
+        self.assertEqual(self.found(), {"requests with several codes"})
+
+    def test_a_code_that_is_lost(self):
+        del self.rows[1]
+        self.assertEqual(self.found(), {"requests without a code", "answers that are not stored",
+                                        "answers of other requests"})
+
+    def test_a_request_that_was_answered_twice(self):
+        self.book.answer(self.keys[0], "2024-000002")
+        self.assertEqual(self.found(), {"requests with several answers", "answers of other requests"})
+
+    def test_a_request_that_was_never_answered(self):
+        del self.book.answers[self.keys[0]]
+        self.assertEqual(self.found(), {"requests without an answer"})
+
+    def test_a_code_that_nobody_asked_for(self):
+        self.rows.append(Row("fast", "2024-000008", "t", "issued", "", "other"))
+        self.assertEqual(self.found(), {"codes that nobody asked for"})
+
+    def test_a_code_that_is_there_twice(self):
+        self.rows.append(self.rows[3])
+        self.assertEqual(self.found(), {"codes stored twice"})
+
+    def test_a_gap(self):
+        self.change(1, code="2024-000003")
+        self.book.answers[self.keys[1]] = {"2024-000003"}
+        self.assertEqual(self.found(), {"gaps in gapless"})
+        self.assertEqual(told(findings(self.book, self.rows, ("gapless",), True)), ["1 gaps in gapless: gapless 2024-000002"])
+
+    def test_an_adopted_code_that_is_lost(self):
+        del self.rows[3]
+        self.assertEqual(self.found(), {"adopted codes that are lost"})
+
+    def test_a_void_that_is_lost(self):
+        self.book.voided["fast", "2024-000007"] = "why"
+        self.assertEqual(self.found(), {"voids that are lost"})
+        self.change(2, state="void", reason="other")
+        self.assertEqual(self.found(), {"voids that are lost"})
+        self.change(2, reason="why")
+        self.assertEqual(self.found(), set())
+
+    def test_a_code_with_another_key(self):
+        self.change(0, ticket="other")
+        self.assertEqual(self.found(), {"codes with another key"})
+
+    def test_what_was_refused(self):
+        self.book.read('{"line": 2, "refused": "no"}\n{"line": 3, "code": "2024-000002"}\n{"line": 2, "co', self.keys)
+        self.assertEqual(self.found(), {"refused"})
+        self.assertEqual(self.book.refused, [f"{self.keys[0]}: no"])
+
+
+if __name__ == "__main__":
+    unittest.main()
