@@ -1,4 +1,5 @@
 """The proxy that breaks connections around COMMIT, with clients that know nothing of it."""
+import socket
 import struct
 import subprocess
 import threading
@@ -104,7 +105,7 @@ class MariaDbWireTest(WireCase):
 
 class ChancesTest(unittest.TestCase):
     def test_as_many_of_each_kind_as_wanted(self):
-        chances = Chances({Kind.BEFORE: 3, Kind.LATE: 2}, 0.5, seed=1)
+        chances = Chances({Kind.BEFORE: 3, Kind.LATE: 2}, 0.5, seed=1, latest=1.0)
         kinds = [chances().kind for _ in range(100)]
         self.assertTrue(chances.is_done())
         self.assertEqual((kinds.count(Kind.BEFORE), kinds.count(Kind.LATE), kinds.count(Kind.PASS)), (3, 2, 95))
@@ -221,16 +222,20 @@ class ProxyTests:
         self.assertEqual(self.counts(Kind.LATE), (1, 0))
         self.assertEqual(self.stored(), [])
 
-    def test_every_connection_is_cut(self):
+    def test_refuse_and_listen(self):
         ended = []
         client = self.start(f"SELECT {self.SLEEP};\n")
         waiting = threading.Thread(target=lambda: ended.append(client.wait(10)))
         waiting.start()
         time.sleep(MEANWHILE)
         self.assertEqual(ended, [])
-        self.proxy.cut_all()
+        self.proxy.refuse()
         waiting.join()
         self.assertNotEqual(ended, [0])
+        with self.assertRaises(ConnectionRefusedError):
+            socket.create_connection((LOOPBACK, self.proxy.port))
+        self.proxy.listen()
+        self.assertTrue(self.store(1))
 
     def test_mute(self):
         self.proxy.mute = True

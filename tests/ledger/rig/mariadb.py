@@ -21,8 +21,10 @@ def driver(bits):
     return file
 
 
-def connection_string(port, database, bits):
-    return f"Driver={{{driver(bits)}}};Server={LOOPBACK};Port={port};Database={database};Uid={USER}"
+def connection_string(ports, database, bits):
+    """For the ODBC driver. With several ports it takes the first server that it reaches."""
+    servers = ",".join(f"{LOOPBACK}:{port}" for port in ports)
+    return f"Driver={{{driver(bits)}}};Server={servers};Database={database};Uid={USER}"
 
 
 class Node(Server):
@@ -57,7 +59,7 @@ class Node(Server):
         return [tuple(line.split("\t")) for line in done.stdout.splitlines()]
 
     def connection_string(self, database, bits, port=None):
-        return connection_string(port or self.port, database, bits)
+        return connection_string([port or self.port], database, bits)
 
 
 class Started(Cluster):

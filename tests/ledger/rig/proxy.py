@@ -17,7 +17,7 @@ import struct
 import threading
 import time
 
-from rig.server import LOOPBACK
+from rig.server import LOOPBACK, free_port
 from rig.wire import WIRES
 
 PIECE = 65536
@@ -40,7 +40,7 @@ class Cut:
 class Chances:
     """A plan by chance: each COMMIT is cut with the probability, until as many cuts of each kind are made as wanted."""
 
-    def __init__(self, wanted, probability, seed, latest=1.0):
+    def __init__(self, wanted, probability, seed, latest):
         self.lock = threading.Lock()  # several proxies may share a plan
         self.left = dict(wanted)
         self.probability = probability
@@ -85,11 +85,12 @@ class Proxy:
         self.mute = False
         self.pending = 0  # cuts whose end is still to come
         self.connections = set()
+        self.port = free_port()
+        self.listener = None
         self.loop = asyncio.new_event_loop()
-        listener = socket.create_server((LOOPBACK, 0), backlog=100)
-        self.port = listener.getsockname()[1]
-        self.thread = threading.Thread(target=self._run, args=(listener,), daemon=True)
+        self.thread = threading.Thread(target=self._run, daemon=True)
         self.thread.start()
+        self.listen()
 
     def __enter__(self):
         return self
@@ -98,12 +99,17 @@ class Proxy:
         self.close()
 
     def close(self):
+        self.refuse()
         self.loop.call_soon_threadsafe(self.loop.stop)
         self.thread.join()
 
-    def cut_all(self):
-        """Cuts every connection there is, as a failing router does."""
-        self.loop.call_soon_threadsafe(lambda: [connection.abort() for connection in list(self.connections)])
+    def listen(self):
+        """Takes connections, again after refuse()."""
+        self._do(self._listen())
+
+    def refuse(self):
+        """Cuts every connection there is and refuses new ones, as a machine does that is down."""
+        self._do(self._refuse())
 
     def settle(self, longest=30):
         """Waits until every late COMMIT has reached the server and was answered."""
@@ -113,12 +119,21 @@ class Proxy:
                 raise RuntimeError(f"{self.pending} late commits are still under way")
             time.sleep(0.02)
 
-    def _run(self, listener):
+    def _do(self, coroutine):
+        asyncio.run_coroutine_threadsafe(coroutine, self.loop).result()
+
+    async def _listen(self):
+        self.listener = await asyncio.start_server(self._serve, LOOPBACK, self.port)
+
+    async def _refuse(self):
+        self.listener.close()
+        for connection in list(self.connections):
+            connection.abort()
+
+    def _run(self):
         asyncio.set_event_loop(self.loop)
         self.loop.set_exception_handler(lambda *_: None)  # connections that end are the purpose
-        server = self.loop.run_until_complete(asyncio.start_server(self._serve, sock=listener))
         self.loop.run_forever()
-        server.close()
         tasks = asyncio.all_tasks(self.loop)
         for task in tasks:
             task.cancel()

@@ -73,7 +73,7 @@ class MariaDb(Stage):
         super().__init__(MariaDbServer(), plan)
 
     def names(self, ports):
-        return [mariadb_string(port, DATABASE, BITS) for port in ports]
+        return [mariadb_string(ports, DATABASE, BITS)]
 
     def restart(self, number):
         self.cluster.kill() if number % 2 else self.cluster.stop()
@@ -91,25 +91,31 @@ class Pair(Stage):
         return [postgres_string(ports, DATABASE)]
 
     def fail_over(self, _):
+        proxy = self.proxies[self.cluster.servers.index(self.cluster.primary)]
+        proxy.refuse()
         self.cluster.fail_over()
         time.sleep(AWAY)
         self.cluster.rejoin()
+        proxy.listen()
 
 
 class Galera(Stage):
-    """Programs on each of three nodes, of which one is killed and comes back."""
+    """Programs on each of three nodes, of which one is killed and comes back; they know the other two as well."""
 
     def __init__(self, plan):
         super().__init__(GaleraCluster(), plan)
 
     def names(self, ports):
-        return [mariadb_string(port, DATABASE, BITS) for port in ports]
+        return [mariadb_string(ports[number:] + ports[:number], DATABASE, BITS) for number in range(len(ports))]
 
     def fail_over(self, number):
-        node = self.cluster.servers[number % len(self.cluster.servers)]
+        number %= len(self.cluster.servers)
+        node, proxy = self.cluster.servers[number], self.proxies[number]
+        proxy.refuse()
         node.kill()
         time.sleep(AWAY)
         node.start()
+        proxy.listen()
 
 
 class Sqlite(Stage):

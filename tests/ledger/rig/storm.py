@@ -20,6 +20,8 @@ from windows_program import command, path, run
 
 CUT_KINDS = (Kind.BEFORE, Kind.DURING, Kind.AFTER, Kind.LATE)
 GAPLESS, FAST = ("gapless1", "gapless2"), ("fast1", "fast2")
+PROBABILITY = 0.5  # of a cut at a COMMIT
+LATEST = 3.0  # seconds that a COMMIT is late by
 DASHES = "-/.:"
 YEARS = ("2023", "2024")
 PATIENCE = 40  # seconds that a program is told to wait
@@ -65,7 +67,7 @@ class Storm:
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="kestrel-"))
         each, more = divmod(numbers.cuts, len(CUT_KINDS))
         wanted = {kind: each + (number < more) for number, kind in enumerate(CUT_KINDS)}
-        self.plan = Chances({kind: count for kind, count in wanted.items() if count}, 0.5, seed)
+        self.plan = Chances({kind: count for kind, count in wanted.items() if count}, PROBABILITY, seed, LATEST)
         self.figures = {}
         self.findings = {}
 
