@@ -55,14 +55,14 @@ def free_port():
 
 
 class Place:
-    """A folder that belongs to the user that its servers run as, and goes with them when close() is called or the
-    process that made it has ended in any other way."""
+    """A folder that belongs to the user that its servers run as, if any, and goes with them when close() is called or
+    the process that made it has ended in any other way."""
 
-    def __init__(self, user, in_memory=True):
+    def __init__(self, user=None, in_memory=True):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="kestrel-", dir=parent_folder() if in_memory else None))
         self.identity = {}
         self.owner = user if os.getuid() == 0 else pwd.getpwuid(os.getuid()).pw_name
-        if os.getuid() == 0:  # servers refuse to run as root
+        if user is not None and os.getuid() == 0:  # servers refuse to run as root
             entry = pwd.getpwnam(user)
             os.chown(self.folder, entry.pw_uid, entry.pw_gid)
             self.identity = {"user": entry.pw_uid, "group": entry.pw_gid, "extra_groups": []}

@@ -1,8 +1,5 @@
 """The databases that programs are disturbed on: each with the ways to it, and what can happen to it."""
-import pathlib
-import shutil
 import sqlite3
-import tempfile
 import time
 
 from rig.mariadb import GaleraCluster, MariaDbServer
@@ -10,6 +7,7 @@ from rig.mariadb import connection_string as mariadb_string
 from rig.postgres import PostgresPair, PostgresServer
 from rig.postgres import connection_string as postgres_string
 from rig.proxy import Proxy
+from rig.server import Place
 from windows_program import BUILD, path
 
 DATABASE = "ledger"
@@ -123,12 +121,12 @@ class Sqlite(Stage):
 
     def __init__(self, _):
         self.proxies = []
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="kestrel-"))
-        self.file = self.folder / "ledger.db"
+        self.place = Place()
+        self.file = self.place.folder / "ledger.db"
         self.databases = [path(self.file)]
 
     def close(self):
-        shutil.rmtree(self.folder)
+        self.place.close()
 
     def query(self, sql):
         connection = sqlite3.connect(self.file)

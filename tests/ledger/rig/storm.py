@@ -2,12 +2,9 @@
 restarted; it goes on until everything has happened as often as wanted."""
 import collections
 import dataclasses
-import pathlib
 import random
-import shutil
 import signal
 import subprocess
-import tempfile
 import threading
 import time
 
@@ -15,6 +12,7 @@ import rules
 from rig import checks
 from rig.proxy import Chances, Kind
 from rig.requests import Book
+from rig.server import Place
 from rig.stages import STAGES
 from windows_program import command, path, run
 
@@ -64,7 +62,8 @@ class Storm:
         self.done = collections.Counter()
         self.troubles = []
         self.over = threading.Event()
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="kestrel-"))
+        self.place = Place()
+        self.folder = self.place.folder
         each, more = divmod(numbers.cuts, len(CUT_KINDS))
         wanted = {kind: each + (number < more) for number, kind in enumerate(CUT_KINDS)}
         self.plan = Chances({kind: count for kind, count in wanted.items() if count}, PROBABILITY, seed, LATEST)
@@ -79,7 +78,7 @@ class Storm:
                 self._rage()
                 self._conclude()
         finally:
-            shutil.rmtree(self.folder)
+            self.place.close()
         self.figures["seconds"] = round(time.monotonic() - begin)
 
     # Programs
