@@ -10,7 +10,7 @@ import time
 
 import rules
 from rig import checks
-from rig.proxy import Chances, Kind
+from rig.proxy import Chances, Cut, Kind
 from rig.requests import Book
 from rig.server import Place
 from rig.stages import STAGES
@@ -23,6 +23,7 @@ LATEST = 3.0  # seconds that a COMMIT is late by
 DASHES = "-/.:"
 YEARS = ("2023", "2024")
 PATIENCE = 40  # seconds that a program is told to wait
+MOST_TROUBLES = 100  # after which there is nothing to wait for any more
 HUNG_AFTER = PATIENCE + 40
 FILE_RECORDS = {"gapless": 60, "fast": 400}
 ADOPTED_AT_ONCE = 5
@@ -67,18 +68,21 @@ class Storm:
         each, more = divmod(numbers.cuts, len(CUT_KINDS))
         wanted = {kind: each + (number < more) for number, kind in enumerate(CUT_KINDS)}
         self.plan = Chances({kind: count for kind, count in wanted.items() if count}, PROBABILITY, seed, LATEST)
+        self.raging = False
         self.figures = {}
         self.findings = {}
 
     def run(self):
         begin = time.monotonic()
         try:
-            with STAGES[self.engine](self.plan) as self.stage:
+            with STAGES[self.engine](self._cut) as self.stage:
                 self._import_all()
-                self._rage()
-                self._conclude()
+                if not self.troubles:
+                    self._rage()
+                    self._conclude()
         finally:
             self.place.close()
+        self.findings["troubles"] = self.troubles
         self.figures["seconds"] = round(time.monotonic() - begin)
 
     # Programs
@@ -105,12 +109,17 @@ class Storm:
         return self.must("rule", "import", path(file), "--name", rule, "--policy", policy, "--lease", "50")
 
     def _import_all(self):
+        """Before anything is cut: without its rules nothing can be shown."""
         for rule in GAPLESS + FAST:
             self._import(rule, DASHES[0], "first.rule")
 
     # Threads
 
+    def _cut(self):
+        return self.plan() if self.raging else Cut(Kind.PASS)
+
     def _rage(self):
+        self.raging = True
         workers = [threading.Thread(target=self._work, args=(number,)) for number in range(self.programs)]
         others = [threading.Thread(target=self._repeat, args=(name, act)) for name, act in (
             ("kills", self._kill), ("restarts", self._restart), ("failovers", self._fail_over), ("imports", self._change),
@@ -124,7 +133,9 @@ class Storm:
 
     def _wait_for_all(self, others):
         end = time.monotonic() + self.limit
-        while (any(thread.is_alive() for thread in others) or not self.plan.is_done()) and time.monotonic() < end:
+        while any(thread.is_alive() for thread in others) or not self.plan.is_done():
+            if time.monotonic() > end or len(self.troubles) > MOST_TROUBLES:
+                break
             time.sleep(0.1)
         self.plan.stop()
 
@@ -148,7 +159,7 @@ class Storm:
             end = None
             while not self._issue(number, rule, keys):
                 end = end or (time.monotonic() + ENDS_WITHIN if self.over.is_set() else None)
-                if end and time.monotonic() > end:
+                if (end and time.monotonic() > end) or len(self.troubles) > MOST_TROUBLES:
                     self.troubles.append(f"the records of {rule} were not done in time")
                     return
 
@@ -260,7 +271,6 @@ class Storm:
         self.findings = checks.findings(self.book, rows, GAPLESS, self.with_keys)
         self.findings["findings of the audit"] = [line for rule in GAPLESS + FAST
                                                   for line in self._findings_of_the_audit(rule)]
-        self.findings["troubles"] = self.troubles
         self.findings["not done in time"] = [
             f"{name} {self.done[name]} of {wanted}" for name, wanted in dataclasses.asdict(self.numbers).items()
             if name != "cuts" and self.done[name] < wanted]
