@@ -88,13 +88,22 @@ class MariaDbWireTest(WireCase):
                                          [mariadb_frame(b"me", 1), self.query("SELECT 1"), self.query("COMMIT")])
 
     def test_what_stores(self):
-        execute = b"\x17" + struct.pack("<I", 2) + bytes(5)
-        last = b"\x17" + MariaDbWire.LAST + bytes(5)
-        for done in (execute, last):
+        for number in (7, 8, 9, 0xFFFFFFFF):
             wire = MariaDbWire()
-            frames = [mariadb_frame(b"\x03COMMIT", 1), self.query("SET AUTOCOMMIT=0"), mariadb_frame(b"\x16SELECT 1"),
-                      mariadb_frame(b"\x16INSERT INTO t VALUES (?)"), mariadb_frame(done), self.query("COMMIT")]
-            self.assertEqual([wire.stores(frame) for frame in frames], [False] * 5 + [True])
+            frames = [mariadb_frame(b"\x03COMMIT", 1), self.query("SET AUTOCOMMIT=0")]
+            for told, text in ((7, b"SELECT 1"), (8, b"INSERT INTO t VALUES (?)")):
+                self.assertFalse(wire.stores(mariadb_frame(b"\x16" + text)))
+                answer = mariadb_frame(b"\0" + struct.pack("<I", told) + bytes(7), 1)
+                wire.hear(answer[:6])
+                wire.hear(answer[6:])
+            frames += [mariadb_frame(b"\x17" + struct.pack("<I", number) + bytes(5)), self.query("COMMIT")]
+            self.assertEqual([wire.stores(frame) for frame in frames], [False] * 3 + [number in (8, 0xFFFFFFFF)])
+
+    def test_a_statement_that_the_server_refuses_to_prepare_has_no_number(self):
+        wire = MariaDbWire()
+        wire.stores(mariadb_frame(b"\x16INSERT INTO nowhere VALUES (?)"))
+        wire.hear(mariadb_frame(b"\xff" + struct.pack("<I", 8), 1))
+        self.assertFalse(wire.stores(mariadb_frame(b"\x17" + struct.pack("<I", 8) + bytes(5))))
 
     def test_answers(self):
         self.assertIsNone(MariaDbWire.answer(b"\x07\0\0"))

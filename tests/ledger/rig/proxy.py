@@ -210,6 +210,7 @@ class Connection:
                 if self.proxy.mute:
                     continue
                 if self.answers_to is None:
+                    self.wire.hear(data)
                     self.client[1].write(data)
                     await self.client[1].drain()
                     continue

@@ -90,6 +90,9 @@ class PostgresWire:
             return self.portal
         return None
 
+    def hear(self, data):
+        """What the server says; here a client gives the names itself."""
+
     @staticmethod
     def answer(data):
         """What the whole answer to a COMMIT says: True carried out, False not, None when it is not whole yet. A
@@ -114,12 +117,14 @@ class MariaDbWire:
     """Frames have a length of three bytes and a number. Whatever a client sends on its own account has number 0."""
 
     QUERY, PREPARE, EXECUTE = 0x03, 0x16, 0x17
-    LAST = struct.pack("<I", 0xFFFFFFFF)  # in the place of a number: the statement that was prepared last
+    LAST = b"\xff" * 4  # in the place of a number: the statement that was prepared last
 
     def __init__(self):
         self.buffer = b""
         self.transactions = Transactions()
-        self.prepared = []  # texts; the server numbers a connection's statements from 1
+        self.asked = None  # the text of a statement whose number the server is about to tell
+        self.told = b""
+        self.prepared = {}  # texts by number
 
     def frames(self, data):
         self.buffer += data
@@ -138,11 +143,21 @@ class MariaDbWire:
         if frame[4] == self.QUERY:
             return frame[5:].decode("utf-8", "replace")
         if frame[4] == self.PREPARE:
-            self.prepared.append(frame[5:].decode("utf-8", "replace"))
+            self.asked, self.told = frame[5:].decode("utf-8", "replace"), b""
+            self.prepared[self.LAST] = self.asked
         elif frame[4] == self.EXECUTE:
-            number = len(self.prepared) if frame[5:9] == self.LAST else int.from_bytes(frame[5:9], "little")
-            return self.prepared[number - 1] if 0 < number <= len(self.prepared) else None
+            return self.prepared.get(frame[5:9])
         return None
+
+    def hear(self, data):
+        """What the server says, of which only the number of a prepared statement matters."""
+        if self.asked is None:
+            return
+        self.told += data
+        if len(self.told) >= 9:
+            if self.told[4] == 0:
+                self.prepared[self.told[5:9]] = self.asked
+            self.asked = None
 
     @staticmethod
     def answer(data):
