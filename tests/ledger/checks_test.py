@@ -14,7 +14,7 @@ class ChecksTest(unittest.TestCase):
         for row in self.rows:
             self.book.answer(row.key, row.code)
         self.rows.append(Row("gapless", "1999-000001", "t", "issued", "", ""))
-        self.book.adopted["gapless", "1999-000001"] = 0
+        self.book.adopted.add(("gapless", "1999-000001"))
 
     def found(self):
         return {what for what, examples in findings(self.book, self.rows, ("gapless",), True).items() if examples}
@@ -35,8 +35,15 @@ class ChecksTest(unittest.TestCase):
                                         "answers of other requests"})
 
     def test_a_request_that_was_answered_twice(self):
-        self.book.answer(self.keys[0], "2024-000002")
+        self.book.answer(self.keys[0], "2024-000002", marked_as_before=True)
         self.assertEqual(self.found(), {"requests with several answers", "answers of other requests"})
+
+    def test_a_request_that_was_answered_again(self):
+        again = '{"line": 2, "code": "2024-000001", "before": %s}\n'
+        self.book.read(again % "true", self.keys)
+        self.assertEqual(self.found(), set())
+        self.book.read(again % "false", self.keys)
+        self.assertEqual(self.found(), {"answered again without a mark"})
 
     def test_a_request_that_was_never_answered(self):
         del self.book.answers[self.keys[0]]
@@ -73,7 +80,7 @@ class ChecksTest(unittest.TestCase):
         self.assertEqual(self.found(), {"codes with another key"})
 
     def test_what_was_refused(self):
-        self.book.read('{"line": 2, "refused": "no"}\n{"line": 3, "code": "2024-000002"}\n{"line": 2, "co', self.keys)
+        self.book.read('{"line": 2, "refused": "no"}\n{"issued": 0}\n{"line": 3, "co', self.keys)
         self.assertEqual(self.found(), {"refused"})
         self.assertEqual(self.book.refused, [f"{self.keys[0]}: no"])
 

@@ -51,6 +51,7 @@ def findings(book, rows, gapless, with_keys):
         "adopted codes that are lost": [f"{rule} {code}" for rule, code in book.adopted if (rule, code) not in times],
         "voids that are lost": [f"{rule} {code}" for (rule, code), reason in book.voided.items()
                                 if acts.get((rule, code)) != ("void", reason)],
+        "answered again without a mark": book.unmarked,
         "refused": book.refused,
     }
     if with_keys:

@@ -10,9 +10,10 @@ class Book:
         self.lock = threading.Lock()
         self.rules = {}  # key -> rule
         self.answers = {}  # key -> the codes printed for it, which should be one, however often it was asked for
-        self.adopted = {}  # (rule, code) of those taken over from elsewhere -> the number of times
+        self.adopted = set()  # (rule, code) of those taken over from elsewhere
         self.voided = {}  # (rule, code) -> the reason
         self.refused = []  # what was said of requests that got no code
+        self.unmarked = []  # keys that were answered again as if for the first time
 
     def new_requests(self, rule, count):
         with self.lock:
@@ -20,8 +21,10 @@ class Book:
             self.rules.update(dict.fromkeys(keys, rule))
         return keys
 
-    def answer(self, key, code):
+    def answer(self, key, code, marked_as_before=False):
         with self.lock:
+            if key in self.answers and not marked_as_before:
+                self.unmarked.append(key)
             self.answers.setdefault(key, set()).add(code)
 
     def read(self, output, keys):
@@ -30,7 +33,7 @@ class Book:
         for line in output[:output.rfind("\n") + 1].splitlines():
             told = json.loads(line)
             if "code" in told:
-                self.answer(keys[told["line"] - 2], told["code"])
+                self.answer(keys[told["line"] - 2], told["code"], told.get("before", False))
             elif "refused" in told and "line" in told:
                 self.refused.append(f"{keys[told['line'] - 2]}: {told['refused']}")
 

@@ -1,4 +1,5 @@
 """The databases that programs are disturbed on: each with the ways to it, and what can happen to it."""
+import collections
 import sqlite3
 import time
 
@@ -46,7 +47,7 @@ class Stage:
 
     def counts(self, of):
         """Cuts over all ways, by kind; of is "made" or "stored"."""
-        return sum((getattr(proxy, of) for proxy in self.proxies[1:]), getattr(self.proxies[0], of).copy())
+        return sum((getattr(proxy, of) for proxy in self.proxies), collections.Counter())
 
     def settle(self):
         for proxy in self.proxies:

@@ -1,0 +1,73 @@
+"""What happens while programs issue. Each function is told which time it is and given a source of chance, and returns how
+often it happened."""
+import threading
+import time
+
+from rig.programs import RULES
+from windows_program import path
+
+DASHES = "-/.:"
+CHANGED_RULES = ("gapless1", "fast1")
+ADOPTING_RULE = "gapless2"  # what is adopted has the form of its first definition, so that one stays
+ADOPTED_AT_ONCE = 5
+IMPORTS_AT_ONCE = 2
+
+
+class Happenings:
+    def __init__(self, stage, programs, book):
+        self.stage = stage
+        self.programs = programs
+        self.book = book
+
+    def kills(self, _, generator):
+        time.sleep(generator.uniform(0.0, 0.4))
+        return self.programs.kill_one(generator)
+
+    def restarts(self, number, generator):
+        time.sleep(generator.uniform(1.0, 2.0))
+        self.stage.restart(number)
+        return 1
+
+    def failovers(self, number, generator):
+        time.sleep(generator.uniform(2.0, 4.0))
+        self.stage.fail_over(number)
+        return 1
+
+    def imports(self, number, generator):
+        """New definitions of one rule, all at once."""
+        time.sleep(generator.uniform(0.5, 2.0))
+        rule = generator.choice(CHANGED_RULES)
+        imports = [threading.Thread(target=self.programs.import_rule,
+                                    args=(number, rule, DASHES[(number + more) % len(DASHES)], f"{more}.rule"))
+                   for more in range(IMPORTS_AT_ONCE)]
+        for thread in imports:
+            thread.start()
+        for thread in imports:
+            thread.join()
+        return IMPORTS_AT_ONCE
+
+    def voids(self, number, generator):
+        rule = generator.choice(RULES)
+        codes = [code for code in self.book.answered_codes(rule) if (rule, code) not in self.book.voided]
+        if not codes:
+            time.sleep(0.2)
+            return 0
+        code, reason = generator.choice(codes), f"reason {number}"
+        self.book.voided[rule, code] = reason
+        self.programs.must(number, "void", code, "--rule", rule, "--reason", reason)
+        return 1
+
+    def adoptions(self, number, _):
+        """Codes of a year that nobody issues in, in the order of their numbers."""
+        first = ADOPTED_AT_ONCE * number + 1
+        codes = [f"1999-{at:06}" for at in range(first, first + ADOPTED_AT_ONCE)]
+        file = self.programs.folder / "adopted.csv"
+        file.write_text("Code\n" + "".join(f"{code}\n" for code in codes))
+        self.book.adopted.update((ADOPTING_RULE, code) for code in codes)
+        self.programs.must(number, "adopt", path(file), "--rule", ADOPTING_RULE)
+        return 1
+
+    def audits(self, number, _):
+        rule = RULES[number % len(RULES)]
+        self.programs.troubles += [f"audit meanwhile: {line}" for line in self.programs.audit(number, rule)]
+        return 1

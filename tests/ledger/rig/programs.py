@@ -1,0 +1,99 @@
+"""kledger as a program: commands that have to succeed, and programs that issue for whole files of records."""
+import subprocess
+import threading
+
+import rules
+from windows_program import command, path, run
+
+GAPLESS, FAST = ("gapless1", "gapless2"), ("fast1", "fast2")
+RULES = GAPLESS + FAST
+PATIENCE = 40  # seconds that a program is told to wait
+HUNG_AFTER = PATIENCE + 40
+FILE_TAKES = 60  # seconds at the very most
+YEARS = ("2023", "2024")
+# The one reason for which a program may end without having done all.
+CHANGED = "was changed meanwhile; start again"
+
+
+class Programs:
+    """Runs programs on a stage's databases, in a folder for their files. What goes wrong is added to `troubles`."""
+
+    def __init__(self, stage, folder, book, with_keys):
+        self.stage = stage
+        self.folder = folder
+        self.book = book
+        self.with_keys = with_keys
+        self.troubles = []
+        self.lock = threading.Lock()
+        self.running = {}  # program -> whether it was killed by us
+
+    def _database(self, number):
+        return self.stage.databases[number % len(self.stage.databases)]
+
+    def _run(self, number, *arguments):
+        try:
+            return run("kledger", "--database", self._database(number), "--patience", PATIENCE, *arguments,
+                       timeout=HUNG_AFTER)
+        except subprocess.TimeoutExpired:
+            return subprocess.CompletedProcess(arguments, "hung", "", f"no end after {HUNG_AFTER} seconds")
+
+    def must(self, number, *arguments):
+        """A command that has to succeed, whatever happens meanwhile; the number chooses its way to the database."""
+        result = self._run(number, *arguments)
+        if result.returncode != 0:
+            words = " ".join(map(str, arguments[:2]))
+            self.troubles.append(f"{words}: {result.returncode} {result.stderr.strip()[-300:]}")
+
+    def import_rule(self, number, rule, dash, file_name):
+        file = self.folder / file_name
+        file.write_bytes(rules.numbered(dash=dash).encode())
+        policy = "gapless" if rule in GAPLESS else "fast"
+        self.must(number, "rule", "import", path(file), "--name", rule, "--policy", policy, "--lease", "50")
+
+    def audit(self, number, rule):
+        """The audit's findings, none where all is well."""
+        audit = self._run(number, "audit", "--rule", rule)
+        return [] if audit.returncode == 0 else (audit.stdout + audit.stderr).splitlines()
+
+    def issue(self, number, rule, keys):
+        """One program for the records of those keys; whether it did all of them."""
+        if not self.with_keys:
+            keys = self.book.unanswered(keys)
+        records, out, error = (self.folder / f"{number}.{suffix}" for suffix in ("csv", "out", "err"))
+        records.write_text("Year,Key,Note\n" + "".join(
+            f"{YEARS[index % len(YEARS)]},{key},{key}\n" for index, key in enumerate(keys)))
+        arguments = ["--database", self._database(number), "--json", "--patience", PATIENCE, "issue", path(records),
+                     "--rule", rule, "--keep", *(["--key-column", "Key"] if self.with_keys else [])]
+        with open(out, "wb") as out_stream, open(error, "wb") as error_stream:
+            program = subprocess.Popen(command("kledger", arguments), stdin=subprocess.DEVNULL, stdout=out_stream,
+                                       stderr=error_stream)
+        code = self._wait(program)
+        self.book.read(out.read_text(encoding="utf-8"), keys)
+        said = error.read_text(encoding="utf-8").strip()
+        if code not in (0, None) and CHANGED not in said:
+            self.troubles.append(f"issue: {code} {said[-300:]}")
+        return code == 0
+
+    def _wait(self, program):
+        """The exit code; None for one that was killed."""
+        with self.lock:
+            self.running[program] = False
+        try:
+            code = program.wait(HUNG_AFTER + FILE_TAKES)
+        except subprocess.TimeoutExpired:
+            program.kill()
+            program.wait()
+            code = "hung"
+        with self.lock:
+            return None if self.running.pop(program) and code != 0 else code
+
+    def kill_one(self, generator):
+        """Of those that issue; how many there were to kill, 1 or 0."""
+        with self.lock:
+            alive = [program for program, killed in self.running.items() if not killed and program.poll() is None]
+            if not alive:
+                return 0
+            program = generator.choice(alive)
+            self.running[program] = True
+            program.kill()
+        return 1
