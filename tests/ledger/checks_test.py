@@ -61,7 +61,8 @@ class ChecksTest(unittest.TestCase):
         self.change(1, code="2024-000003")
         self.book.answers[self.keys[1]] = {"2024-000003"}
         self.assertEqual(self.found(), {"gaps in gapless"})
-        self.assertEqual(told(findings(self.book, self.rows, ("gapless",), True)), ["1 gaps in gapless: gapless 2024-000002"])
+        self.assertEqual(told(findings(self.book, self.rows, ("gapless",), True)),
+                         ["1 gaps in gapless: gapless 2024-000002"])
 
     def test_an_adopted_code_that_is_lost(self):
         del self.rows[3]

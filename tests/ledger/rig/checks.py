@@ -5,7 +5,8 @@ import json
 STORED = ("SELECT r.name, c.code, c.ticket, c.state, c.reason, c.fields FROM kestrel_codes c "
           "JOIN kestrel_rules r ON r.id = c.rule_id")
 NUMBER_FROM = 5  # characters of a code before its number: a year and a dash
-EXAMPLES = 3
+EXAMPLES = 5
+ALIKE = 50  # characters by which two examples are the same
 
 Row = collections.namedtuple("Row", "rule code ticket state reason key")
 
@@ -61,5 +62,10 @@ def findings(book, rows, gapless, with_keys):
 
 
 def told(found):
-    """Lines for people: each finding with its number and some examples."""
-    return [f"{len(examples)} {what}: {'; '.join(examples[:EXAMPLES])}" for what, examples in found.items() if examples]
+    """Lines for people: each finding with its number and some examples that are not all alike."""
+    lines = []
+    for what, examples in found.items():
+        different = list({example[:ALIKE]: example for example in examples}.values())
+        if examples:
+            lines.append(f"{len(examples)} {what}: {'; '.join(different[:EXAMPLES])}")
+    return lines

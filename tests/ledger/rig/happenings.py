@@ -1,5 +1,5 @@
-"""What happens while programs issue. Each function is told which time it is and given a source of chance, and returns how
-often it happened."""
+"""What happens while programs issue. Each function is told which time it is and given a source of chance, and returns
+how often it happened."""
 import threading
 import time
 

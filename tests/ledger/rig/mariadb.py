@@ -22,7 +22,7 @@ def driver(bits):
 
 
 def connection_string(ports, database, bits):
-    """For the ODBC driver. With several ports it takes the first server that it reaches; only such a list holds ports."""
+    """For the ODBC driver. With several ports it takes the first server that it reaches; only a list may hold ports."""
     servers = f"{LOOPBACK};Port={ports[0]}" if len(ports) == 1 else ",".join(f"{LOOPBACK}:{port}" for port in ports)
     return f"Driver={{{driver(bits)}}};Server={servers};Database={database};Uid={USER}"
 

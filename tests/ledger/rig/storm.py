@@ -113,7 +113,7 @@ class Storm:
             try:
                 self.done[name] += happen(self.done[name], generator)
             except (RuntimeError, OSError, subprocess.SubprocessError) as error:
-                self.programs.troubles.append(f"{name}: {error}")
+                self.programs.troubles.insert(0, f"{name}: {error}")
                 return
             time.sleep(0.05)
 
@@ -144,7 +144,8 @@ class Storm:
         made, stored = (self.stage.counts(of) for of in ("made", "stored"))
         counts = [("cuts", sum(made.values()), self.numbers.cuts)]
         counts += [(name, self.done[name], wanted) for name, wanted in self.numbers.happenings().items()]
-        self.findings["not done in time"] = [f"{name} {done} of {wanted}" for name, done, wanted in counts if done < wanted]
+        self.findings["not done in time"] = [f"{name} {done} of {wanted}" for name, done, wanted in counts
+                                             if done < wanted]
         self.figures = {"requests": len(self.book.rules), "codes": len(rows)}
         self.figures.update({f"cut {kind.value}": made[kind] for kind in CUT_KINDS})
         self.figures["of them stored"] = sum(stored.values())
