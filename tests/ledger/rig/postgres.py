@@ -143,7 +143,8 @@ class PostgresPair(Cluster):
     def fail_over(self):
         """The primary is killed and the standby takes its place, alone until rejoin()."""
         self.primary.kill()
-        self.standby.query("postgres", "SELECT pg_promote(true, 30)")
+        if self.standby.query("postgres", f"SELECT pg_promote(true, {CAUGHT_UP_WITHIN})") != [("t",)]:
+            raise RuntimeError(f"the standby was not promoted:\n{self.standby.log()[-3000:]}")
         self.primary, self.standby = self.standby, self.primary
 
     def query(self, database, sql):
