@@ -9,11 +9,11 @@ class ChecksTest(unittest.TestCase):
     def setUp(self):
         self.book = Book()
         self.keys = self.book.new_requests("gapless", 2) + self.book.new_requests("fast", 1)
-        self.rows = [Row(key.split("-")[0], code, key, "issued", "", key) for key, code in
+        self.rows = [Row(key.split("-")[0], code, key, "", "", key) for key, code in
                      zip(self.keys, ("2024-000001", "2024-000002", "2024-000007"), strict=True)]
         for row in self.rows:
             self.book.answer(row.key, row.code)
-        self.rows.append(Row("gapless", "1999-000001", "t", "issued", "", ""))
+        self.rows.append(Row("gapless", "1999-000001", "t", "", "", ""))
         self.book.adopted.add(("gapless", "1999-000001"))
 
     def found(self):
@@ -50,7 +50,7 @@ class ChecksTest(unittest.TestCase):
         self.assertEqual(self.found(), {"requests without an answer"})
 
     def test_a_code_that_nobody_asked_for(self):
-        self.rows.append(Row("fast", "2024-000008", "t", "issued", "", "other"))
+        self.rows.append(Row("fast", "2024-000008", "t", "", "", "other"))
         self.assertEqual(self.found(), {"codes that nobody asked for"})
 
     def test_a_code_that_is_there_twice(self):
@@ -71,7 +71,7 @@ class ChecksTest(unittest.TestCase):
     def test_a_void_that_is_lost(self):
         self.book.voided["fast", "2024-000007"] = "why"
         self.assertEqual(self.found(), {"voids that are lost"})
-        self.change(2, state="void", reason="other")
+        self.change(2, act="void", reason="other")
         self.assertEqual(self.found(), {"voids that are lost"})
         self.change(2, reason="why")
         self.assertEqual(self.found(), set())

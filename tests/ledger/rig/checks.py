@@ -2,19 +2,21 @@
 import collections
 import json
 
-STORED = ("SELECT r.name, c.code, c.ticket, c.state, c.reason, c.fields FROM kestrel_codes c "
-          "JOIN kestrel_rules r ON r.id = c.rule_id")
+# With the act that made it void, if any.
+STORED = ("SELECT r.name, c.code, c.ticket, COALESCE(j.act, ''), COALESCE(j.detail, ''), c.fields FROM kestrel_codes c "
+          "JOIN kestrel_rules r ON r.id = c.rule_id "
+          "LEFT JOIN kestrel_journal j ON j.rule_id = c.rule_id AND j.number = c.void_act")
 NUMBER_FROM = 5  # characters of a code before its number: a year and a dash
 EXAMPLES = 5
 ALIKE = 50  # characters by which two examples are the same
 
-Row = collections.namedtuple("Row", "rule code ticket state reason key")
+Row = collections.namedtuple("Row", "rule code ticket act reason key")
 
 
 def stored_rows(stage):
     """Each stored code with the key of its request, which is one of its fields."""
-    return [Row(rule, code, ticket, state, reason, json.loads(fields).get("Note", ""))
-            for rule, code, ticket, state, reason, fields in stage.query(STORED)]
+    return [Row(rule, code, ticket, act, reason, json.loads(fields).get("Note", ""))
+            for rule, code, ticket, act, reason, fields in stage.query(STORED)]
 
 
 def gaps(codes):
@@ -32,7 +34,7 @@ def findings(book, rows, gapless, with_keys):
     for row in rows:
         by_key[row.key].append(row)
     times = collections.Counter((row.rule, row.code) for row in rows)
-    acts = {(row.rule, row.code): (row.state, row.reason) for row in rows}
+    acts = {(row.rule, row.code): (row.act, row.reason) for row in rows}
     found = {
         "requests without a code": [key for key in book.rules if key not in by_key],
         "requests with several codes": [f"{key}: {[row.code for row in by_key[key]]}" for key in book.rules
