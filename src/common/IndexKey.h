@@ -21,8 +21,8 @@ class IndexKey {
     IndexKey(const wchar_t* key) : mvarValue(String(key)) {}
     // NOLINTEND(google-explicit-constructor)
 
-    // What a host passed and what can name nothing. It is refused with that error where it is looked up, and nowhere
-    // before: an operation does first what comes first.
+    // What can name nothing. It is refused with that error where it is looked up: what comes before is done before.
+    // NOLINTNEXTLINE(bugprone-exception-escape): a number put into the variant throws nothing
     [[nodiscard]] static IndexKey Unusable(Message refusal) noexcept {
         IndexKey indexKey;
         indexKey.mvarValue = refusal;

@@ -188,7 +188,7 @@ class Check {
     // -------------------------------------------------------------------------------------------------- tracked bands
 
     void CheckTracked(const Band& band) {
-        const auto names = band.TrackedNames();
+        const auto& names = band.TrackedNames();
         // Issuing joins the names before it looks whether there are any.
         const bool none = !names || names->Count() == 0 || (names->Count() == 1 && names->Item(1).empty());
         if (!none) {
@@ -202,7 +202,7 @@ class Check {
     }
 
     void CheckTrackedNames(const Band& band) {
-        const auto names = band.TrackedNames();
+        const auto& names = band.TrackedNames();
         for (std::int32_t position = 1; names && position <= names->Count(); ++position)
             CheckTrackedName(band, names->Item(position));
     }

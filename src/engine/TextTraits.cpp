@@ -42,9 +42,8 @@ constexpr std::uint64_t Weight4 = Weight3 * Weight;
 // The characters, lowered where they are ASCII, as numbers; and all their kinds together.
 class Look {
   public:
-    explicit Look(const String& text) {
+    explicit Look(const String& text) : mvarHash(text.size()) {
         std::size_t i = 0;
-        mvarHash = text.size();
         for (; i + 4 <= text.size(); i += 4)
             mvarHash = mvarHash * Weight4 + (Lowered(text[i]) * Weight3 + Lowered(text[i + 1]) * Weight2) +
                        (Lowered(text[i + 2]) * Weight + Lowered(text[i + 3]));
@@ -57,13 +56,13 @@ class Look {
 
   private:
     std::uint64_t Lowered(wchar_t character) noexcept {
-        const auto code = static_cast<std::uint32_t>(character);
+        const auto code = static_cast<std::uint32_t>(character); // NOLINT(bugprone-signed-char-misuse): never negative
         const Character known = code < AsciiCount ? Ascii[code] : Character{};
         mvarKinds |= known.kind;
         return code < AsciiCount ? known.lowered : code;
     }
 
-    std::uint64_t mvarHash = 0;
+    std::uint64_t mvarHash;
     unsigned mvarKinds = Plain;
 };
 

@@ -1,5 +1,7 @@
 #include "engine/TreeSurvey.h"
 
+#include <algorithm>
+
 #include "common/Ports.h"
 #include "engine/FormatTrials.h"
 #include "engine/TextTraits.h"
@@ -134,8 +136,9 @@ class Surveyor {
             place = mvarParents[static_cast<std::size_t>(place)];
             depth = place == ParentHasLeft ? OutsideTheTree : Unknown;
         }
-        for (auto node = mvarChain.rbegin(); node != mvarChain.rend(); ++node)
-            mvarDepths[*node] = depth = depth == OutsideTheTree ? OutsideTheTree : depth + 1;
+        std::for_each(mvarChain.rbegin(), mvarChain.rend(), [&](std::size_t node) {
+            mvarDepths[node] = depth = depth == OutsideTheTree ? OutsideTheTree : depth + 1;
+        });
         return mvarDepths[offset];
     }
 

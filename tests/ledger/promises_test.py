@@ -14,6 +14,8 @@ import unittest
 import rules
 from databases import OnPostgres, OnSqlite, SqliteFile
 from ledger_case import LedgerCase
+from rig import postgres
+from rig.server import LOOPBACK
 from windows_program import ROOT, command, path, run
 
 DATABASE_FAILED, STOPPED = 5, 6
@@ -427,10 +429,10 @@ class Postgres(OnPostgres, PromiseTests, LedgerCase):
             self.assert_gives_up(silent, 3)
         closed = self.database.name.replace(f"Port={self.server.port}", "Port=1")
         self.assert_gives_up(closed, 3)
-        locked = subprocess.Popen([*self.server.prefix, str(self.server.programs / "psql"), "-h", str(self.server.folder), "-p",
-                                   str(self.server.port), "-U", "postgres", "-d", self.database.database, "-c",
+        locked = subprocess.Popen([postgres.programs() / "psql", "-h", LOOPBACK, "-p", str(self.server.port), "-U", "postgres",
+                                   "-d", self.database.database, "-c",
                                    "BEGIN; LOCK TABLE kestrel_codes; SELECT pg_sleep(20)"], stdin=subprocess.DEVNULL,
-                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd="/")
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         try:
             time.sleep(1)
             self.assert_gives_up(self.database.name, 3)

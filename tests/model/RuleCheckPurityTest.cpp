@@ -77,13 +77,15 @@ Ref<CodeClass> RuleOfGroups(int groups) {
         const String number = ToText(group);
         text += L"\r16\r0=Prefix " + number + L"\r1=0\r3=inv\r17";
         text += L"\r16\r0=Period " + number + L"\r1=1\r4=yymm\r5=5\r6=Day\r17";
-        text += L"\r16\r0=Number " + number + L"\r1=3\r3=" + number + L"\r4=00\r5=2\r9=0\r17";
+        text.append(L"\r16\r0=Number ").append(number).append(L"\r1=3\r3=").append(number);
+        text += L"\r4=00\r5=2\r9=0\r17";
     }
     auto rule = Make<CodeClass>();
     rule->Load(text);
     for (int group = 1; group <= groups; ++group) {
         const String number = ToText(group);
-        rule->Band(L"Number " + number)->TrackBands()->ImportNames(L"Prefix " + number + L";Gone " + number);
+        const String tracked = String(L"Prefix ").append(number).append(L";Gone ").append(number);
+        rule->Band(L"Number " + number)->TrackBands()->ImportNames(tracked);
     }
     return rule;
 }

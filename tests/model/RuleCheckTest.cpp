@@ -17,7 +17,7 @@ class RuleCheckTest : public testing::Test {
     Ref<Band> CountingRule(std::int32_t length, const String& start, const String& format) {
         rule = Make<CodeClass>();
         AddFixed(*rule, L"P", L"P");
-        const auto band = AddNumber(*rule, L"N", length, start);
+        auto band = AddNumber(*rule, L"N", length, start);
         band->SetFormate(format);
         band->TrackBands()->Add(L"P");
         return band;
@@ -25,7 +25,7 @@ class RuleCheckTest : public testing::Test {
     // A rule with a band bound to a macro.
     Ref<Band> MacroRule(std::int32_t length, const String& format) {
         rule = GoodRule();
-        const auto band = AddMacro(*rule, L"M", L"Any", length);
+        auto band = AddMacro(*rule, L"M", L"Any", length);
         band->SetFormate(format);
         return band;
     }

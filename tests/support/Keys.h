@@ -26,6 +26,7 @@ namespace kestrel::test {
 // Keys of 32 characters, numbered in a row.
 [[nodiscard]] inline std::vector<String> HarmlessKeys(int count) {
     std::vector<String> keys;
+    keys.reserve(static_cast<std::size_t>(count));
     for (int number = 0; number < count; ++number)
         keys.push_back(L"K" + Padded(number, 31));
     return keys;
