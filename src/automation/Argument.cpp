@@ -68,7 +68,7 @@ ComPtr<IUnknown> ObjectFor(const Given& given, REFIID iid) {
     return object;
 }
 
-HostVariable::HostVariable(const Given& given, VARTYPE type) : mvarVariable(nullptr) {
+HostVariable::HostVariable(const Given& given, VARTYPE type) {
     if (given.passed == nullptr || IsMissingValue(*given.passed)) throw ComFailure{DISP_E_PARAMNOTOPTIONAL};
     mvarValue = ConvertedCopy(*given.passed, type);
     if ((V_VT(given.passed) & VT_BYREF) != 0) mvarVariable = &Innermost(*given.passed);

@@ -117,7 +117,7 @@ class HostVariable {
 
   private:
     Variant mvarValue;
-    const VARIANT* mvarVariable; // the host's reference; null when it passed a value
+    const VARIANT* mvarVariable = nullptr; // the host's reference; null when it passed a value
 };
 
 template <class Enumeration>

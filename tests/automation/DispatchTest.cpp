@@ -4,6 +4,7 @@
 // Two objects in the same state take the two calls, so that neither call sees what the other did.
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <ostream>
 
@@ -255,8 +256,9 @@ Outcome Called(const MemberFacts& member, const Arguments& arguments, const Invo
         values.push_back(std::make_unique<Value>(arguments.kinds[i],
                                                  i < member.parameters.size() ? member.parameters[i] : VARTYPE{VT_I4}));
     std::vector<VARIANT> passed;
-    for (auto value = values.rbegin(); value != values.rend(); ++value)
-        passed.push_back((*value)->Passed());
+    passed.reserve(values.size());
+    std::transform(values.rbegin(), values.rend(), std::back_inserter(passed),
+                   [](const auto& value) { return value->Passed(); });
     std::vector<DISPID> names;
     if (IsPut(member)) names.push_back(DISPID_PROPERTYPUT);
     for (auto place = values.size(); arguments.named && place > 0; --place)

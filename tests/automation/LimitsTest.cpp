@@ -1,6 +1,7 @@
 // Lengths and texts at the limits, through every member: what fails does so with an error of the library or the
 // platform, and no text of the language's own library reaches a host.
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <set>
 
@@ -36,7 +37,7 @@ std::vector<Extremes> Rounds() {
 // The members of the library itself that open a dialog or a box, which no test here could answer.
 bool NeedsAPerson(const String& name) {
     static const std::set<String> members{L"ShowDesigner", L"ShowFieldManage", L"ShowOptions", L"Save"};
-    return members.count(name) != 0;
+    return members.contains(name);
 }
 
 bool IsOfTheStringTable(const String& description) {
@@ -86,7 +87,7 @@ class LimitsTest : public ComTest {
         }
     }
 
-    int Calls() const noexcept { return mvarCalls; }
+    [[nodiscard]] int Calls() const noexcept { return mvarCalls; }
 
   private:
     void CallOne(IDispatch* object, ITypeInfo& info, const FUNCDESC& function, const String& name,
@@ -121,8 +122,9 @@ class LimitsTest : public ComTest {
 
     static LateResult Call(IDispatch* object, const FUNCDESC& function, const std::vector<Variant>& values) {
         std::vector<VARIANT> reversed;
-        for (auto value = values.rbegin(); value != values.rend(); ++value)
-            reversed.push_back(value->Get());
+        reversed.reserve(values.size());
+        std::transform(values.rbegin(), values.rend(), std::back_inserter(reversed),
+                       [](const Variant& value) { return value.Get(); });
         return CallReversed(object, function.memid, static_cast<WORD>(function.invkind), std::move(reversed));
     }
 
@@ -146,7 +148,7 @@ ComPtr<_Band> NumberOf(const ComPtr<_CodeClass>& rule, LONG length) {
 
 Failure FailureOfCode(const ComPtr<_CodeClass>& rule) {
     Bstr code;
-    const Failure early = FailureOf(rule->GetCode(gsNewCode, code.Out()));
+    Failure early = FailureOf(rule->GetCode(gsNewCode, code.Out()));
     const auto late = Call(rule.Get(), L"GetCode", {Number(gsNewCode)});
     EXPECT_EQ(late.failure, early);
     return early;

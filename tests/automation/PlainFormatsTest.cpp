@@ -45,7 +45,7 @@ std::vector<String> Values() {
                                 L"1.234,5",
                                 L"true",
                                 L"null"})
-        values.push_back(text);
+        values.emplace_back(text);
     return values;
 }
 
