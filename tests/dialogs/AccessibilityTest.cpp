@@ -21,7 +21,7 @@ constexpr LONG anyFocus = ~STATE_SYSTEM_FOCUSED;
 class AccessibilityTest : public ComTest, public testing::WithParamInterface<Language> {
   protected:
     AccessibilityTest() : strings(GetParam()) {}
-    [[nodiscard]] String LanguageName() const { return GetParam() == Language::German ? L"German" : L"English"; }
+    [[nodiscard]] static String LanguageName() { return GetParam() == Language::German ? L"German" : L"English"; }
     [[nodiscard]] String Named(int number) const { return dialogs::WithoutAccessKey(strings.Text(number)); }
     // The names of a dialog's controls, by their identifiers.
     using Names = std::map<int, String>;

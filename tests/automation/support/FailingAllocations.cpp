@@ -25,18 +25,20 @@ Countdown& TheCountdown() noexcept {
     return countdown;
 }
 
-void* __cdecl Malloc(std::size_t size) { return TheCountdown().TakesThisOne() ? nullptr : std::malloc(size); }
+void* __cdecl Malloc(std::size_t size) {
+    // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): stands in for the function itself
+    return TheCountdown().TakesThisOne() ? nullptr : std::malloc(size);
+}
 
 BSTR STDAPICALLTYPE AllocString(const OLECHAR* text, UINT length) {
     return TheCountdown().TakesThisOne() ? nullptr : SysAllocStringLen(text, length);
 }
 
-void Write(void** place, void* function) {
+bool Write(void** place, void* function) noexcept {
     DWORD before = 0;
-    if (VirtualProtect(place, sizeof(*place), PAGE_READWRITE, &before) == FALSE)
-        throw HostError(HRESULT_FROM_WIN32(GetLastError()));
+    if (VirtualProtect(place, sizeof(*place), PAGE_READWRITE, &before) == FALSE) return false;
     *place = function;
-    VirtualProtect(place, sizeof(*place), before, &before);
+    return VirtualProtect(place, sizeof(*place), before, &before) != FALSE;
 }
 
 // Where the library keeps the address of what it imports; null when it does not import it.
@@ -68,7 +70,7 @@ void FailingAllocations::Replace(HMODULE library, const char* module, const char
     auto* const function = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(module), name));
     void** const place = PlaceOf(library, function);
     if (function == nullptr || place == nullptr) throw HostError(E_NOTIMPL);
-    Write(place, replacement);
+    if (!Write(place, replacement)) throw HostError(HRESULT_FROM_WIN32(GetLastError()));
     mvarImports.push_back({place, function});
 }
 

@@ -156,11 +156,11 @@ void CALLBACK Listener::Hear(HWINEVENTHOOK, DWORD event, HWND window, LONG objec
 }
 
 bool Listener::Hears(const Announcement& wanted) {
-    for (int turn = 0; turn < turns && mvarHeard.count(wanted) == 0; ++turn) {
+    for (int turn = 0; turn < turns && !mvarHeard.contains(wanted); ++turn) {
         MsgWaitForMultipleObjects(0, nullptr, FALSE, turnMilliseconds, QS_ALLINPUT);
         RunPendingMessages();
     }
-    return mvarHeard.count(wanted) != 0;
+    return mvarHeard.contains(wanted);
 }
 
 } // namespace kestrel::test
