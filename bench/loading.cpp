@@ -36,7 +36,7 @@ String BoundBands(int count) {
     for (int number = 1; number <= count; ++number) {
         const String name = ToText(number);
         fields += (number > 1 ? L";F" : L"F") + name;
-        bands += L"\r16\r0=B" + name + L"\r1=2\r5=3\r6=F" + name + L"\r17";
+        bands.append(L"\r16\r0=B").append(name).append(L"\r1=2\r5=3\r6=F").append(name).append(L"\r17");
     }
     return L"#####14\r" + fields + bands;
 }

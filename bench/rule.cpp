@@ -97,10 +97,11 @@ Ref<CodeClass> RuleOfBands(int groups) {
     String text = L"#####02\r0\r15\rDay,,";
     for (int group = 1; group <= groups; ++group) {
         const String number = ToText(group);
-        text += L"\r16\r0=Prefix " + number + L"\r1=0\r3=P-" + number + L"\r17";
+        text.append(L"\r16\r0=Prefix ").append(number).append(L"\r1=0\r3=P-").append(number).append(L"\r17");
         text += L"\r16\r0=Period " + number + L"\r1=1\r4=yymm\r5=4\r6=Day\r17";
         text += L"\r16\r0=Letter " + number + L"\r1=4\r12=B\r17";
-        text += L"\r16\r0=Number " + number + L"\r1=3\r3=" + number + L"\r4=000000\r5=6\r13=Prefix " + number + L"\r17";
+        text.append(L"\r16\r0=Number ").append(number).append(L"\r1=3\r3=").append(number);
+        text.append(L"\r4=000000\r5=6\r13=Prefix ").append(number).append(L"\r17");
     }
     auto rule = Make<CodeClass>();
     rule->Load(text);
