@@ -1,25 +1,23 @@
 #include "dialogs/Oleacc.h"
 
+#include "dialogs/Guard.h"
+#include "platform/SystemLibrary.h"
+
 namespace kestrel::dialogs {
 
 namespace {
 
-// Null when the system has no such library.
-HMODULE Load() noexcept {
-    static constexpr wchar_t name[] = L"\\oleacc.dll";
-    wchar_t path[MAX_PATH + 16] = {};
-    const UINT length = GetSystemDirectoryW(path, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH) return nullptr;
-    lstrcpyW(path + length, name);
-    return LoadLibraryExW(path, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH); // what it needs lies there, too
+using Library = const SystemLibrary*;
+
+// It stays loaded: objects of its own may be in use when the last of ours has gone. Null for want of memory.
+Library TheLibrary() noexcept {
+    static const Library library = Guarded(Library{}, []() -> Library { return new SystemLibrary(L"oleacc.dll"); });
+    return library;
 }
 
-// It stays loaded: objects of its own may be in use when the last of ours has gone.
 template <class Function>
 Function Find(const char* name) noexcept {
-    static const HMODULE library = Load();
-    if (library == nullptr) return nullptr;
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+    return TheLibrary() != nullptr ? TheLibrary()->Find<Function>(name) : nullptr;
 }
 
 } // namespace
