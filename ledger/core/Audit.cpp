@@ -173,11 +173,12 @@ class Auditor {
         const auto last = std::find_if(mvarActs.rbegin(), mvarActs.rend(), [](const Act& act) {
             return BringsDefinition(act) || act.kind == acts::Settings;
         });
-        const auto policy = mvarDatabase.Prepare(L"SELECT policy FROM kestrel_rules WHERE id = ?")
+        // As they are stored: what cannot be read is read as something else.
+        const auto stored = mvarDatabase.Prepare(L"SELECT policy, settings FROM kestrel_rules WHERE id = ?")
                                 .Set(mvarRule.id)
-                                .First([](const Statement& row) { return row.Text(1); });
+                                .First([](const Statement& row) { return std::pair(row.Text(1), row.Text(2)); });
         if (last == mvarActs.rend() || !last->detail.ends_with(SettingsText(mvarRule)) ||
-            policy != NameOf(mvarRule.policy))
+            stored != std::pair(NameOf(mvarRule.policy), TextOf(mvarRule.settings)))
             Find(FindingKind::Settings, L"the rule is not as the journal says: " + SettingsText(mvarRule), {});
     }
 

@@ -9,6 +9,7 @@
 namespace ledger {
 
 std::unique_ptr<Issuer> MakeIssuer(const Workplace& workplace) {
+    RefuseRetired(workplace.rule.settings, workplace.rule.name);
     if (workplace.rule.policy == Policy::Fast && !workplace.maker.NumberBands().empty())
         return std::make_unique<FastIssuer>(workplace);
     return std::make_unique<GaplessIssuer>(workplace);

@@ -51,7 +51,8 @@ struct Workplace {
     Patience patience;
 };
 
-// The issuer of the rule's policy; a rule that numbers nothing has nothing to set aside.
+// The issuer of the rule's policy; a rule that numbers nothing has nothing to set aside. Fails with HostError on a
+// rule that was retired.
 [[nodiscard]] std::unique_ptr<Issuer> MakeIssuer(const Workplace& workplace);
 
 // What the code that is stored for the request's ticket means for the request: it gets that code, or is refused because

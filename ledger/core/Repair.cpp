@@ -12,12 +12,12 @@ namespace ledger {
 
 namespace {
 
-// The text of a detail that follows a word and ends before a comma, or with the detail.
+// The text of a detail that follows a word and ends before a comma and a blank, or with the detail.
 std::wstring Part(const std::wstring& detail, const std::wstring& word, bool isLast = false) {
     const std::size_t at = detail.find(word);
     if (at == std::wstring::npos) return {};
     const std::size_t begin = at + word.size();
-    return isLast ? detail.substr(begin) : detail.substr(begin, detail.find(L',', begin) - begin);
+    return isLast ? detail.substr(begin) : detail.substr(begin, detail.find(L", ", begin) - begin);
 }
 
 class RuleRepair {
@@ -65,15 +65,17 @@ class RuleRepair {
         };
         const std::wstring policy = Part(last->detail, L"policy ");
         const std::wstring name = Part(last->detail, L", rule ", true);
+        const std::wstring settings = TextOf(RuleSettingsOf(Part(last->detail, L", settings ")));
         const std::int64_t lease = number(Part(last->detail, L", lease "));
         const std::int64_t revision = number(Part(last->detail, L", revision "));
         Statement& update = mvarDatabase.Prepare(
-            L"UPDATE kestrel_rules SET name = ?, policy = ?, lease_size = ?, revision = ?, definition = ? WHERE id = ? "
-            L"AND "
-            L"NOT (name = ? AND policy = ? AND lease_size = ? AND revision = ? AND definition = ?)");
+            L"UPDATE kestrel_rules SET name = ?, policy = ?, lease_size = ?, settings = ?, revision = ?, definition = "
+            L"? "
+            L"WHERE id = ? AND NOT (name = ? AND policy = ? AND lease_size = ? AND settings = ? AND revision = ? AND "
+            L"definition = ?)");
         const std::int64_t definition = number(last->subject);
-        update.Set(name).Set(policy).Set(lease).Set(revision).Set(definition).Set(mvarRuleId);
-        update.Set(name).Set(policy).Set(lease).Set(revision).Set(definition).Execute();
+        update.Set(name).Set(policy).Set(lease).Set(settings).Set(revision).Set(definition).Set(mvarRuleId);
+        update.Set(name).Set(policy).Set(lease).Set(settings).Set(revision).Set(definition).Execute();
         return update.Changed();
     }
 

@@ -92,6 +92,7 @@ class Changing {
     [[nodiscard]] StoredRule Wanted(StoredRule rule) const {
         rule.policy = mvarChange.policy.value_or(rule.policy);
         rule.leaseSize = mvarChange.leaseSize.value_or(rule.leaseSize);
+        rule.settings = mvarChange.settings.value_or(rule.settings);
         return rule;
     }
 
@@ -131,7 +132,8 @@ class Changing {
             RefuseOtherLength(mvarDatabase, stored, mvarMaker);
             NewDefinition(rule);
             sum = Recount(mvarDatabase, rule, mvarMaker, Journal(mvarDatabase, rule.id).NextNumber()).Run(report);
-        } else if (rule.policy == stored.policy && rule.leaseSize == stored.leaseSize) {
+        } else if (rule.policy == stored.policy && rule.leaseSize == stored.leaseSize &&
+                   rule.settings == stored.settings) {
             report.changed = false;
             return report;
         }

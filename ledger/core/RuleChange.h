@@ -12,6 +12,7 @@ struct RuleChange {
     std::wstring definition;
     std::optional<Policy> policy; // nothing: as it is, gapless for a new rule
     std::optional<std::int64_t> leaseSize;
+    std::optional<RuleSettings> settings; // nothing: as they are
     std::optional<std::int64_t> revision; // the one that the change is of; nothing: whichever it is
 };
 

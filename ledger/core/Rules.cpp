@@ -9,7 +9,7 @@ namespace {
 
 const wchar_t* const SelectText =
     L"SELECT r.id, r.name, r.policy, r.lease_size, r.revision, d.number, d.code_length, d.stored_at, d.stored_by, "
-    L"d.text "
+    L"d.text, r.settings "
     L"FROM kestrel_rules r JOIN kestrel_definitions d ON d.rule_id = r.id AND d.number = r.definition";
 
 std::wstring Select(const wchar_t* rest) { return std::wstring(SelectText) + rest; }
@@ -26,6 +26,7 @@ StoredRule ReadRow(const Statement& row) {
     rule.definition.storedAt = row.Text(8);
     rule.definition.storedBy = row.Text(9);
     rule.definition.text = row.Text(10);
+    rule.settings = RuleSettingsOf(row.Text(11));
     return rule;
 }
 
@@ -41,9 +42,11 @@ std::optional<Policy> PolicyOf(const std::wstring& name) {
 
 std::wstring SettingsText(const StoredRule& rule) {
     return L"policy " + NameOf(rule.policy) + L", lease " + std::to_wstring(rule.leaseSize) + L", revision " +
-           std::to_wstring(rule.revision) + L", code length " + std::to_wstring(rule.definition.codeLength) +
-           L", definition " + HexOf(Sha256Of(hosts::ToUtf8(rule.definition.text))) + L" of " +
-           rule.definition.storedAt + L" by " + rule.definition.storedBy + L", rule " + rule.name;
+           std::to_wstring(rule.revision) +
+           (rule.settings == RuleSettings{} ? std::wstring() : L", settings " + TextOf(rule.settings)) +
+           L", code length " + std::to_wstring(rule.definition.codeLength) + L", definition " +
+           HexOf(Sha256Of(hosts::ToUtf8(rule.definition.text))) + L" of " + rule.definition.storedAt + L" by " +
+           rule.definition.storedBy + L", rule " + rule.name;
 }
 
 std::vector<StoredRule> Rules::All() { return mvarDatabase.Prepare(Select(L" ORDER BY r.name")).Rows(ReadRow); }
@@ -59,12 +62,13 @@ void Rules::Add(StoredRule& rule) {
     rule.id = highest.value_or(0) + 1;
     mvarDatabase
         .Prepare(
-            L"INSERT INTO kestrel_rules (id, name, policy, lease_size, revision, definition, turn) VALUES (?, ?, ?, "
-            L"?, ?, ?, 0)")
+            L"INSERT INTO kestrel_rules (id, name, policy, lease_size, settings, revision, definition, turn) VALUES "
+            L"(?, ?, ?, ?, ?, ?, ?, 0)")
         .Set(rule.id)
         .Set(rule.name)
         .Set(NameOf(rule.policy))
         .Set(rule.leaseSize)
+        .Set(TextOf(rule.settings))
         .Set(rule.revision)
         .Set(rule.definition.number)
         .Execute();
@@ -85,10 +89,11 @@ void Rules::AddDefinition(std::int64_t ruleId, const Definition& definition) {
 }
 
 void Rules::Replace(StoredRule& rule) {
-    Statement& update = mvarDatabase.Prepare(L"UPDATE kestrel_rules SET policy = ?, lease_size = ?, revision = ?, "
-                                             L"definition = ? WHERE id = ? AND revision = ?");
+    Statement& update = mvarDatabase.Prepare(L"UPDATE kestrel_rules SET policy = ?, lease_size = ?, settings = ?, "
+                                             L"revision = ?, definition = ? WHERE id = ? AND revision = ?");
     update.Set(NameOf(rule.policy))
         .Set(rule.leaseSize)
+        .Set(TextOf(rule.settings))
         .Set(rule.revision + 1)
         .Set(rule.definition.number)
         .Set(rule.id)

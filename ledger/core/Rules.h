@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "ledger/core/RuleSettings.h"
 #include "ledger/db/Database.h"
 
 namespace ledger {
@@ -30,8 +31,9 @@ struct StoredRule {
     std::wstring name;
     Policy policy = Policy::Gapless;
     std::int64_t leaseSize = 100; // how many numbers the fast policy sets aside at once
-    std::int64_t revision = 1;    // counts the changes of anything here
-    Definition definition;        // the newest one
+    RuleSettings settings;
+    std::int64_t revision = 1; // counts the changes of anything here
+    Definition definition;     // the newest one
 };
 
 // What an import or a change of settings writes into the journal: everything of a rule that can be changed, so that an

@@ -7,7 +7,7 @@ namespace {
 const wchar_t* const Tables[] = {
     L"CREATE TABLE IF NOT EXISTS kestrel_rules (id BIGINT NOT NULL PRIMARY KEY, name TEXT(120) NOT NULL UNIQUE, "
     L"policy TEXT(8) NOT NULL, lease_size BIGINT NOT NULL, revision BIGINT NOT NULL, definition BIGINT NOT NULL, "
-    L"turn BIGINT NOT NULL)",
+    L"turn BIGINT NOT NULL, settings LONGTEXT NOT NULL)",
     L"CREATE TABLE IF NOT EXISTS kestrel_definitions (rule_id BIGINT NOT NULL, number BIGINT NOT NULL, "
     L"code_length BIGINT NOT NULL, stored_at TEXT(20) NOT NULL, stored_by TEXT(80) NOT NULL, text LONGTEXT NOT NULL, "
     L"PRIMARY KEY (rule_id, number))",
@@ -27,6 +27,18 @@ const wchar_t* const Tables[] = {
     L"subject LONGTEXT NOT NULL, detail LONGTEXT NOT NULL, acted_at TEXT(20) NOT NULL, acted_by TEXT(80) NOT NULL, "
     L"ticket TEXT(120) NOT NULL, seal TEXT(64) NOT NULL, PRIMARY KEY (rule_id, number), UNIQUE (rule_id, ticket))",
     L"CREATE INDEX IF NOT EXISTS kestrel_numbers_of_codes ON kestrel_numbers (rule_id, code)",
+    L"CREATE TABLE IF NOT EXISTS kestrel_reused (rule_id BIGINT NOT NULL, act BIGINT NOT NULL, code TEXT(255) NOT "
+    L"NULL, "
+    L"ticket TEXT(120) NOT NULL, definition BIGINT NOT NULL, origin TEXT(8) NOT NULL, void_act BIGINT NOT NULL, "
+    L"stored_at TEXT(20) NOT NULL, fields LONGTEXT NOT NULL, PRIMARY KEY (rule_id, act), UNIQUE (rule_id, ticket))",
+    L"CREATE INDEX IF NOT EXISTS kestrel_reused_by_code ON kestrel_reused (rule_id, code)",
+    L"CREATE TABLE IF NOT EXISTS kestrel_free (rule_id BIGINT NOT NULL, band TEXT(120) NOT NULL, series TEXT(255) NOT "
+    L"NULL, number BIGINT NOT NULL, code TEXT(255) NOT NULL, PRIMARY KEY (rule_id, band, series, number))",
+    L"CREATE TABLE IF NOT EXISTS kestrel_numberings (id BIGINT NOT NULL PRIMARY KEY, name TEXT(120) NOT NULL UNIQUE, "
+    L"revision BIGINT NOT NULL, text LONGTEXT NOT NULL)",
+    L"CREATE TABLE IF NOT EXISTS kestrel_claims (numbering_id BIGINT NOT NULL, ticket TEXT(120) NOT NULL, "
+    L"rule_id BIGINT NOT NULL, code TEXT(255) NOT NULL, PRIMARY KEY (numbering_id, ticket), "
+    L"UNIQUE (numbering_id, code))",
     // The last one: where it is, all are.
     L"CREATE TABLE IF NOT EXISTS kestrel_schema (version BIGINT NOT NULL PRIMARY KEY)",
 };

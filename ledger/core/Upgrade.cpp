@@ -35,14 +35,14 @@ class RuleUpgrade {
         mvarRule.definition.storedBy = ThisUser();
         Rules rules(mvarDatabase);
         mvarDatabase
-            .Prepare(L"INSERT INTO kestrel_rules (id, name, policy, lease_size, revision, definition, turn) VALUES (?, "
-                     L"?, ?, "
-                     L"?, ?, 1, 0)")
+            .Prepare(L"INSERT INTO kestrel_rules (id, name, policy, lease_size, revision, definition, turn, settings) "
+                     L"VALUES (?, ?, ?, ?, ?, 1, 0, ?)")
             .Set(mvarRule.id)
             .Set(mvarRule.name)
             .Set(NameOf(mvarRule.policy))
             .Set(mvarRule.leaseSize)
             .Set(mvarRule.revision)
+            .Set(TextOf(mvarRule.settings))
             .Execute();
         rules.AddDefinition(mvarRule.id, mvarRule.definition);
         BringLeases();
@@ -210,6 +210,24 @@ UpgradeReport FromVersion1(Database& database) {
     return report;
 }
 
+std::int64_t CountOf(Database& database, const std::wstring& table) {
+    return database.Prepare(L"SELECT COUNT(*) FROM " + table)
+        .First([](const Statement& row) { return row.Number(1); })
+        .value_or(0);
+}
+
+// What version 3 added; every row of version 2 stays as it is.
+UpgradeReport FromVersion2(Database& database) {
+    UpgradeReport report;
+    report.from = 2;
+    report.rules = CountOf(database, L"kestrel_rules");
+    report.codes = CountOf(database, L"kestrel_codes");
+    database.Run(database.TableText(L"ALTER TABLE kestrel_rules ADD COLUMN settings LONGTEXT NOT NULL DEFAULT '{}'"));
+    MakeTables(database);
+    database.Run(L"DELETE FROM kestrel_schema WHERE version = 2");
+    return report;
+}
+
 } // namespace
 
 UpgradeReport UpgradeLedger(Database& database, Patience patience) {
@@ -219,6 +237,7 @@ UpgradeReport UpgradeLedger(Database& database, Patience patience) {
             throw hosts::HostError(L"there is no ledger in this database yet; nothing is to be brought up");
         if (version > SchemaVersion) throw hosts::HostError(L"the database was made by a newer kledger; use that one");
         if (version == 1) return FromVersion1(database);
+        if (version == 2) return FromVersion2(database);
         UpgradeReport report;
         report.from = version;
         return report;

@@ -1,4 +1,4 @@
-// Ledgers of the schema before.
+// Ledgers of the schemas before.
 #pragma once
 
 #include "ledger/db/Transaction.h"

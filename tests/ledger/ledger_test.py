@@ -256,7 +256,7 @@ class LedgerTests:
         self.database.query("INSERT INTO kestrel_schema VALUES (9)")
         for arguments in (("rule", "list"), ("issue", "--field", "Year=2024")):
             self.assert_refused_and_nothing_written(
-                *arguments, cause="kledger: the database was made by a newer kledger (schema 9, this one knows 2); use that one")
+                *arguments, cause="kledger: the database was made by a newer kledger (schema 9, this one knows 3); use that one")
 
 
 class Sqlite(OnSqlite, LedgerTests, LedgerCase):

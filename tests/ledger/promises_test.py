@@ -272,7 +272,7 @@ class PromiseTests:
         code = self.issue("2024")
         self.done("void", code, "--reason", "twice")
         self.database.query("UPDATE kestrel_codes SET void_act = 0")
-        self.database.query("UPDATE kestrel_rules SET policy = 'fast', lease_size = 7")
+        self.database.query("UPDATE kestrel_rules SET policy = 'fast', lease_size = 7, settings = '{\"step\":5}'")
         found = {line["finding"] for line in self.objects("audit", code=4) if "finding" in line}
         self.assertEqual(found, {"void", "settings"})
         self.assertEqual(self.done("audit", "--repair")[-1], "1 codes, 0 findings")
@@ -367,15 +367,15 @@ class Sqlite(OnSqlite, PromiseTests, LedgerCase):
         self.assertIn("was deleted or replaced while it was in use", error)
         self.assertLess(len(out.read_text().splitlines()), 2_000)
 
-    def test_a_ledger_of_the_version_before_is_brought_up(self):
+    def test_a_ledger_of_version_1_is_brought_up(self):
         shutil.copy(ROOT / "tests" / "ledger" / "data" / "schema1.db", self.database.file)
         before = self.database.file.read_bytes()
         for arguments in (("rule", "list"), ("audit",), ("issue", "--rule", "items", "--field", "Year=2024")):
             self.assertIn("bring it up with: kledger upgrade", self.refused(*arguments))
         self.assertEqual([row[0] for row in self.database.query("SELECT version FROM kestrel_schema")], [1])
         self.assertEqual(len(before), len(self.database.file.read_bytes()))
-        self.assertEqual(self.done("upgrade"), ["brought up from schema 1 to 2: 3 rules, 42 codes"])
-        self.assertEqual(self.done("upgrade"), ["the ledger is up already (schema 2)"])
+        self.assertEqual(self.done("upgrade"), ["brought up from schema 1 to 3: 3 rules, 42 codes"])
+        self.assertEqual(self.done("upgrade"), ["the ledger is up already (schema 3)"])
         self.assertEqual(self.database.query("SELECT name FROM sqlite_schema WHERE name LIKE '%old%'"), [])
         shown = self.objects("explain", "2024-000001", "--rule", "documents")[0]
         self.assertEqual((shown["state"], shown["reason"]), ("void", "a typing error"))
@@ -385,6 +385,24 @@ class Sqlite(OnSqlite, PromiseTests, LedgerCase):
         self.assertEqual(found, {"gap"}, "the numbers that adoption had left out")
         self.assertEqual(self.done("issue", "--rule", "documents", "--field", "Year=2024"), ["2024/000002\t2024"])
         self.assertEqual(self.done("issue", "--rule", "items", "--field", "Year=2025"), ["2025-000021\t2025"])
+
+    def test_a_ledger_of_version_2_is_brought_up(self):
+        shutil.copy(ROOT / "tests" / "ledger" / "data" / "schema2.db", self.database.file)
+        for arguments in (("rule", "list"), ("audit",), ("issue", "--rule", "items", "--field", "Year=2024")):
+            self.assertIn("bring it up with: kledger upgrade", self.refused(*arguments))
+        before = self.database.query("SELECT * FROM kestrel_codes ORDER BY rule_id, code")
+        self.assertEqual(self.done("upgrade"), ["brought up from schema 2 to 3: 4 rules, 36 codes"])
+        self.assertEqual(self.done("upgrade"), ["the ledger is up already (schema 3)"])
+        self.assertEqual(self.database.query("SELECT version FROM kestrel_schema"), [(3,)])
+        self.assertEqual(self.database.query("SELECT DISTINCT settings FROM kestrel_rules"), [("{}",)])
+        self.assertEqual(self.database.query("SELECT * FROM kestrel_codes ORDER BY rule_id, code"), before)
+        shown = self.objects("explain", "2024-000002", "--rule", "documents")[0]
+        self.assertEqual((shown["state"], shown["reason"]), ("void", "a typing error"))
+        found = {line["finding"] for line in self.objects("audit", code=4) if "finding" in line}
+        self.assertEqual(found, {"gap"}, "the numbers that adoption had left out")
+        again = ("issue", "--rule", "documents", "--key", "order 7", "--field", "Year=2024")
+        self.assertEqual(self.done(*again), ["2024-000004\t2024"])
+        self.assertEqual(self.done("issue", "--rule", "items", "--field", "Year=2024"), ["2024-000026\t2024"])
 
     def test_what_is_no_ledger_is_left_alone(self):
         self.assertIn("is a folder", self.refused_on(path(self.folder)))
