@@ -63,6 +63,13 @@ void cNodes::RefuseDuplicate(const cNode* parent, const cNode& node) const {
     if (twin) throw Error(twin->Text() == node.Text() ? Message::SameCode : Message::SameValue);
 }
 
+std::vector<const cNode*> cNodes::View() const {
+    std::vector<const cNode*> nodes(static_cast<std::size_t>(Count()));
+    for (std::int32_t position = 1; position <= Count(); ++position)
+        nodes[static_cast<std::size_t>(position) - 1] = mvarNodes[position].Get();
+    return nodes;
+}
+
 void cNodes::Remove(const IndexKey& indexKey) {
     const Ref<cNodes> alive(this);
     const String parentKey = KeyOf(Node(indexKey)->Parent().Get());

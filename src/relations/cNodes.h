@@ -34,6 +34,8 @@ class cNodes final : public Exposed {
     void Remove(const IndexKey& indexKey);
     // The nodes in order, as they are now.
     [[nodiscard]] std::vector<Ref<cNode>> Snapshot() const { return mvarNodes.Snapshot(); }
+    // The nodes in order without holding them, for a pass during which nothing of the host runs.
+    [[nodiscard]] std::vector<const cNode*> View() const;
     // Takes the node out and places it anew, as Add does; Relative as a position counts without the node. A missing
     // node or a tree of fewer than two nodes moves nothing. A new parent that is the node or one of its descendants
     // fails with 2003 before anything moves; any other failure of the placement leaves the node out of the tree.

@@ -1,0 +1,74 @@
+#include "engine/RepeatedTexts.h"
+
+#include "common/Ports.h"
+
+namespace kestrel {
+
+namespace {
+
+// So many that of texts that are all different only a few share their bit.
+constexpr std::size_t BitsPerText = 16;
+
+std::size_t PowerOfTwo(std::size_t least) {
+    std::size_t size = 2;
+    while (size < least)
+        size *= 2;
+    return size;
+}
+
+// Siblings have the same parent, so that the parent counts as a part of the text. Never 0.
+std::uint64_t Mixed(std::uint64_t hash, const cNode* parent) {
+    hash = (hash ^ reinterpret_cast<std::uintptr_t>(parent)) * 0x9E3779B97F4A7C15U;
+    return (hash ^ (hash >> 32U)) | (std::uint64_t{1} << 63U);
+}
+
+} // namespace
+
+RepeatedTexts::RepeatedTexts(const std::vector<const cNode*>& nodes, Side side)
+    : mvarNodes(nodes), mvarSide(side), mvarHashes(nodes.size()), mvarSeen(PowerOfTwo(nodes.size() * BitsPerText)),
+      mvarShared(mvarSeen.size()), mvarMask(mvarSeen.size() - 1) {}
+
+void RepeatedTexts::Note(std::size_t offset, std::uint64_t foldedHash) {
+    const auto hash = Mixed(foldedHash, mvarNodes[offset]->Parent().Get());
+    const auto bit = static_cast<std::size_t>(hash) & mvarMask;
+    mvarHashes[offset] = hash;
+    if (mvarSeen[bit])
+        mvarShared[bit] = true;
+    else
+        mvarSeen[bit] = true;
+}
+
+std::vector<std::size_t> RepeatedTexts::Found() const {
+    const auto candidates = Candidates();
+    std::vector<std::size_t> places(
+        PowerOfTwo(candidates.size() * 2)); // in `candidates`, from 1; 0 where there is none
+    std::vector<std::size_t> found;
+    const std::size_t mask = places.size() - 1;
+    for (std::size_t i = 0; i < candidates.size(); ++i) {
+        auto place = static_cast<std::size_t>(mvarHashes[candidates[i]]) & mask;
+        while (places[place] != 0 && !IsSame(candidates[places[place] - 1], candidates[i]))
+            place = (place + 1) & mask;
+        if (places[place] != 0)
+            found.push_back(candidates[i]);
+        else
+            places[place] = i + 1;
+    }
+    return found;
+}
+
+std::vector<std::size_t> RepeatedTexts::Candidates() const {
+    std::vector<std::size_t> candidates;
+    for (std::size_t offset = 0; offset < mvarHashes.size(); ++offset)
+        if (const auto hash = mvarHashes[offset]; hash != 0 && mvarShared[static_cast<std::size_t>(hash) & mvarMask])
+            candidates.push_back(offset);
+    return candidates;
+}
+
+bool RepeatedTexts::IsSame(std::size_t offset, std::size_t other) const {
+    const cNode& node = *mvarNodes[offset];
+    const cNode& otherNode = *mvarNodes[other];
+    return mvarHashes[offset] == mvarHashes[other] && node.Parent() == otherNode.Parent() &&
+           TheText().SameText((node.*mvarSide)(), (otherNode.*mvarSide)());
+}
+
+} // namespace kestrel
