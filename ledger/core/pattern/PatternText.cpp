@@ -1,0 +1,538 @@
+// The text of a pattern: reader and writer.
+//
+//   pattern = { text | "{" band [ " as " name ] "}" }
+//   text    = any characters; "{{" stands for a brace that opens, "}}" for one that closes
+//   band    = number | letter | field | formula | fixed
+//   number  = "#" { "#" } [ ":" range ] [ tracks ]       a digit for each "#"
+//   range   = first | [ first ] ".." last                 first is 1 where it is not said; without last to the end
+//   letter  = first ".." last [ ":" letter ] [ tracks ]   capital letters; the one that the rule holds, or the first
+//   tracks  = "/" [ name { "," name } ]                   bands or fields; "/" alone tracks nothing
+//   field   = [ "@" ] name ( form | [ form ] codes )      "@": a macro
+//   formula = [ name ] "=" function "(" arguments ")" [ form ] [ codes ]
+//   form    = ":" length | ":" format [ ":" length ]      a length is digits that do not begin with 0
+//   codes   = "=" file [ "|" layer ]                      a file of codes and values; of a layer where several bands
+//                                                         share a tree
+//   fixed   = quoted                                      fixed text that is a band of its own
+//
+// Arguments stand apart by blanks and may be formulas themselves. A name, format or file is quoted, with quotes in it
+// doubled, where it holds what ends it otherwise: a brace, " as ", and for names : = / | , at any place, # or @ or = in
+// front; for formats : and =; for files | and a function's name and "(" in front. Blanks around all of these do not count.
+// Names hold no comma and no semicolon, formulas neither: a definition does not bring them back.
+
+#include "ledger/core/pattern/PatternText.h"
+
+#include <algorithm>
+
+#include "hosts/common/Text.h"
+#include "ledger/core/pattern/CompletePattern.h"
+#include "ledger/core/pattern/FormatLength.h"
+
+namespace ledger {
+
+namespace {
+
+constexpr std::size_t LongestPattern = 10'000;
+constexpr std::size_t LongestName = 120;   // as the tables of a ledger hold it
+constexpr std::size_t MostDigits = 18;     // what a ledger counts in
+constexpr std::size_t MostLengthDigits = 3;
+constexpr std::wstring_view As = L" as ";
+
+bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
+bool IsCapital(wchar_t character) { return character >= L'A' && character <= L'Z'; }
+bool IsNameOfFunction(wchar_t character) {
+    return IsDigit(character) || IsCapital(character) || (character >= L'a' && character <= L'z') || character == L'_';
+}
+bool IsAllDigits(std::wstring_view text) { return !text.empty() && std::ranges::all_of(text, IsDigit); }
+
+std::wstring Trimmed(std::wstring_view text) {
+    const auto first = text.find_first_not_of(L' ');
+    if (first == std::wstring_view::npos) return {};
+    return std::wstring(text.substr(first, text.find_last_not_of(L' ') + 1 - first));
+}
+
+std::wstring WithoutZeros(std::wstring_view digits) {
+    const auto first = digits.find_first_not_of(L'0');
+    return first == std::wstring_view::npos ? L"0" : std::wstring(digits.substr(first));
+}
+
+bool IsBelow(const std::wstring& left, const std::wstring& right) {
+    return left.size() != right.size() ? left.size() < right.size() : left < right;
+}
+
+std::wstring Quoted(std::wstring_view text) {
+    std::wstring quoted = L"\"";
+    for (const wchar_t character : text)
+        quoted.append(character == L'"' ? 2 : 1, character);
+    return quoted + L'"';
+}
+
+// ---------------------------------------------------------------------------------------------------------- reader
+
+class Reader {
+  public:
+    explicit Reader(std::wstring_view text) : mvarText(text) {}
+
+    Pattern Read() {
+        if (mvarText.size() > LongestPattern)
+            throw PatternError(LongestPattern, L"a pattern has at most " + std::to_wstring(LongestPattern) +
+                                                   L" characters; this one has " + std::to_wstring(mvarText.size()));
+        while (!AtEnd()) {
+            if (Peek() == L'{' && Peek(1) != L'{')
+                ReadBand();
+            else
+                ReadText();
+        }
+        if (mvarParts.empty()) Fail(0, L"the pattern is empty; write one such as INV-{Date:yyyy}-{####}");
+        return std::move(mvarParts);
+    }
+
+  private:
+    [[noreturn]] static void Fail(std::size_t position, const std::wstring& message) {
+        throw PatternError(position, message);
+    }
+
+    [[nodiscard]] bool AtEnd() const { return mvarAt >= mvarText.size(); }
+    [[nodiscard]] wchar_t Peek(std::size_t ahead = 0) const {
+        return mvarAt + ahead < mvarText.size() ? mvarText[mvarAt + ahead] : L'\0';
+    }
+    void SkipBlanks() {
+        while (Peek() == L' ')
+            ++mvarAt;
+    }
+    // Blanks in front of anything else stay: they may belong to " as ".
+    bool Take(wchar_t character) {
+        if (!IsNext(character)) return false;
+        SkipBlanks();
+        ++mvarAt;
+        return true;
+    }
+    [[nodiscard]] bool IsNext(wchar_t character) const {
+        const std::size_t next = mvarText.find_first_not_of(L' ', mvarAt);
+        return next != std::wstring_view::npos && mvarText[next] == character;
+    }
+    [[nodiscard]] bool AtAs() const { return mvarText.substr(mvarAt, As.size()) == As; }
+
+    static void RefuseUnfit(std::wstring_view text, std::size_t position) {
+        if (hosts::HasControl(text) || !hosts::IsWhole(text))
+            Fail(position, L"\"" + hosts::Shown(text) +
+                               L"\" has a control character or half a character in it; write it without");
+    }
+
+    // ------------------------------------------------------------------------------------------------- fixed text
+
+    void ReadText() {
+        PatternPart part;
+        part.position = mvarAt;
+        while (!AtEnd() && (Peek() != L'{' || Peek(1) == L'{')) {
+            const wchar_t character = Peek();
+            if (character == L'{' || character == L'}') {
+                if (Peek(1) != character)
+                    Fail(mvarAt, L"this brace closes nothing; write }} where the code shall have a brace");
+                ++mvarAt;
+            }
+            part.text += character;
+            ++mvarAt;
+        }
+        RefuseUnfit(part.text, part.position);
+        mvarParts.push_back(std::move(part));
+    }
+
+    // ------------------------------------------------------------------------------------------------------ bands
+
+    void ReadBand() {
+        mvarOpened = mvarAt++;
+        SkipBlanks();
+        PatternPart part;
+        part.position = mvarOpened;
+        ReadContent(part);
+        if (AtAs()) {
+            mvarAt += As.size();
+            part.name = ReadName();
+        }
+        if (!Take(L'}')) FailUnexpected();
+        mvarParts.push_back(std::move(part));
+    }
+
+    void ReadContent(PatternPart& part) {
+        const wchar_t next = Peek();
+        if (next == L'}') Fail(mvarAt, L"a band is empty; write a field such as {Customer:4} or a number such as {####}");
+        if (next == L'#') return ReadNumber(part);
+        if (IsCapital(next) && Peek(1) == L'.' && Peek(2) == L'.') return ReadLetter(part);
+        if (next == L'=') return ReadFormula(part);
+        if (next == L'"') return ReadQuoted(part);
+        ReadBound(part);
+    }
+
+    [[noreturn]] void FailUnexpected() const {
+        if (AtEnd()) Fail(mvarOpened, L"this brace is never closed; write }} at the end of a band, or {{ for a brace");
+        Fail(mvarAt, std::wstring(L"\"") + Peek() + L"\" is not expected here; a band ends with } or with \" as NAME}\"");
+    }
+
+    void ReadNumber(PatternPart& part) {
+        part.kind = PartKind::Number;
+        for (; Peek() == L'#'; ++mvarAt)
+            ++part.length;
+        if (part.length > MostDigits)
+            Fail(part.position, L"the number has " + std::to_wstring(part.length) + L" digits; a ledger counts in up to " +
+                                    std::to_wstring(MostDigits));
+        part.first = L"1";
+        if (Take(L':')) ReadRange(part);
+        ReadTracks(part);
+    }
+
+    void ReadRange(PatternPart& part) {
+        SkipBlanks();
+        const std::size_t position = mvarAt;
+        const std::wstring first = ReadDigits();
+        if (!first.empty()) part.first = Bounded(first, part.length, position);
+        SkipBlanks();
+        if (Peek() == L'.' && Peek(1) == L'.') {
+            mvarAt += 2;
+            SkipBlanks();
+            const std::size_t end = mvarAt;
+            part.last = Bounded(ReadDigits(), part.length, end);
+            if (IsBelow(part.last, part.first))
+                Fail(end, L"the last number " + part.last + L" lies below the first one, " + part.first);
+        } else if (first.empty()) {
+            Fail(position, L"a number's range is expected, such as 1000 or 1000..4999");
+        }
+    }
+
+    std::wstring ReadDigits() {
+        const std::size_t begin = mvarAt;
+        while (IsDigit(Peek()))
+            ++mvarAt;
+        return std::wstring(mvarText.substr(begin, mvarAt - begin));
+    }
+
+    static std::wstring Bounded(const std::wstring& digits, std::size_t room, std::size_t position) {
+        if (digits.empty()) Fail(position, L"a number is expected, such as 1000");
+        std::wstring number = WithoutZeros(digits);
+        if (number.size() > room)
+            Fail(position, number + L" has " + std::to_wstring(number.size()) + L" digits; the band has " +
+                               std::to_wstring(room));
+        return number;
+    }
+
+    void ReadLetter(PatternPart& part) {
+        part.kind = PartKind::Letter;
+        part.length = 1;
+        part.first = Peek();
+        mvarAt += 3;
+        part.last = ReadCapital(part.first, L"Z");
+        part.text = part.first;
+        if (Take(L':')) part.text = ReadCapital(part.first, part.last);
+        ReadTracks(part);
+    }
+
+    std::wstring ReadCapital(const std::wstring& from, const std::wstring& to) {
+        SkipBlanks();
+        const std::wstring letter(1, Peek());
+        if (letter < from || letter > to) Fail(mvarAt, L"a letter from " + from + L" to " + to + L" is expected");
+        ++mvarAt;
+        return letter;
+    }
+
+    void ReadTracks(PatternPart& part) {
+        if (!Take(L'/')) return;
+        part.tracked.emplace();
+        if (IsNext(L'}') || AtAs()) return;
+        do {
+            SkipBlanks();
+            const std::size_t position = mvarAt;
+            part.tracked->push_back({ReadName(), position});
+        } while (Take(L','));
+    }
+
+    void ReadQuoted(PatternPart& part) {
+        const std::size_t begin = mvarAt;
+        const std::wstring text = ReadQuotes();
+        if (IsNext(L':') || IsNext(L'=')) {
+            mvarAt = begin;
+            return ReadBound(part);
+        }
+        if (text.empty()) Fail(begin, L"the fixed text is empty");
+        part.text = text;
+    }
+
+    void ReadBound(PatternPart& part) {
+        part.kind = Take(L'@') ? PartKind::Macro : PartKind::Field;
+        SkipBlanks();
+        const std::size_t position = mvarAt;
+        part.text = ReadName();
+        if (Peek() == L'/') Fail(mvarAt, L"only numbers and letters track bands, such as {###/Country}");
+        if (AtFormula()) {
+            if (part.kind == PartKind::Macro)
+                Fail(part.position, L"a formula makes its macro itself; leave out the @");
+            return ReadFormula(part);
+        }
+        ReadForm(part);
+        ReadCodes(part);
+        if (part.length > 0 || !part.file.empty()) return;
+        if (!IsNext(L'}') && !AtAs()) FailUnexpected();
+        const std::wstring& name = part.text;
+        Fail(position, L"say how long " + name + L" is, as in {" + name + L":4}, how it is written, as in {" + name +
+                           L":yyyy}, or where its codes are, as in {" + name + L"=codes.csv}");
+    }
+
+    // -------------------------------------------------------------------------------------------------- formulas
+
+    // A formula begins with the name of a function and a bracket.
+    [[nodiscard]] bool AtFormula() const {
+        if (!IsNext(L'=')) return false;
+        const std::size_t begin = std::min(mvarText.find_first_not_of(L' ', mvarText.find(L'=', mvarAt) + 1), mvarText.size());
+        std::size_t at = begin;
+        while (at < mvarText.size() && IsNameOfFunction(mvarText[at]))
+            ++at;
+        return at > begin && at < mvarText.size() && mvarText[at] == L'(';
+    }
+
+    void ReadFormula(PatternPart& part) {
+        const std::size_t equals = mvarAt;
+        if (!AtFormula()) Fail(equals, L"a formula is expected, such as {=year(Date)} or {Year=year(Date)}");
+        part.kind = PartKind::Formula;
+        Take(L'=');
+        SkipBlanks();
+        const std::size_t position = mvarAt;
+        part.formula = ReadBrackets();
+        RefuseUnfit(part.formula, position);
+        ReadForm(part);
+        ReadCodes(part);
+        if (part.length == 0 && part.file.empty()) part.length = FormulaLengthOf(part.formula).value_or(0);
+        if (part.length == 0 && part.file.empty())
+            Fail(position, L"say how long the result is, as in {=" + part.formula + L":4}");
+    }
+
+    std::wstring ReadBrackets() {
+        const std::size_t begin = mvarAt;
+        std::size_t depth = 0;
+        bool inQuotes = false;
+        for (; !AtEnd(); ++mvarAt) {
+            const wchar_t character = Peek();
+            if (character == L',' || character == L';')
+                Fail(mvarAt, L"a formula holds no comma and no semicolon; put blanks between its arguments");
+            if (character == L'"') inQuotes = !inQuotes;
+            if (inQuotes) continue;
+            if (character == L'{' || character == L'}') break;
+            if (character == L'(') ++depth;
+            if (character == L')' && --depth == 0) {
+                ++mvarAt;
+                return std::wstring(mvarText.substr(begin, mvarAt - begin));
+            }
+        }
+        Fail(begin, L"the formula's brackets are not closed");
+    }
+
+    // ---------------------------------------------------------------------------------------- lengths and formats
+
+    void ReadForm(PatternPart& part) {
+        if (!Take(L':')) return;
+        SkipBlanks();
+        const std::size_t position = mvarAt;
+        const bool isQuoted = Peek() == L'"';
+        const std::wstring form = isQuoted ? ReadQuotes() : ReadWord(L":={}\"");
+        if (form.empty()) Fail(position, L"a length or a format is expected, such as 4 or yyyy");
+        if (!isQuoted && IsAllDigits(form) && form.front() != L'0') {
+            part.length = LengthOf(form, position);
+            return;
+        }
+        RefuseUnfit(form, position);
+        part.format = form;
+        if (Take(L':')) {
+            SkipBlanks();
+            const std::size_t at = mvarAt;
+            part.length = LengthOf(ReadDigits(), at);
+            return;
+        }
+        part.length = FixedLengthOf(form).value_or(0);
+        if (part.length > LongestPatternCode) Fail(position, L"the format writes more than a code holds");
+        if (part.length == 0 && !IsNext(L'='))
+            Fail(position, L"how long the format \"" + form + L"\" writes a value is not the same for all: say it behind, as in " +
+                               form + L":9");
+    }
+
+    static std::size_t LengthOf(const std::wstring& digits, std::size_t position) {
+        const bool fits = !digits.empty() && digits.size() <= MostLengthDigits && digits.front() != L'0';
+        const std::size_t length = fits ? std::stoul(digits) : 0;
+        if (length == 0 || length > LongestPatternCode)
+            Fail(position, L"a length from 1 to " + std::to_wstring(LongestPatternCode) + L" is expected");
+        return length;
+    }
+
+    void ReadCodes(PatternPart& part) {
+        if (!Take(L'=')) return;
+        SkipBlanks();
+        const std::size_t position = mvarAt;
+        part.file = Peek() == L'"' ? ReadQuotes() : ReadWord(L"|{}");
+        if (part.file.empty()) Fail(position, L"a file with codes and values is expected, such as codes.csv");
+        if (!Take(L'|')) return;
+        SkipBlanks();
+        const std::size_t at = mvarAt;
+        part.layer = LengthOf(ReadDigits(), at);
+    }
+
+    // ------------------------------------------------------------------------------------------- names and quotes
+
+    std::wstring ReadName() {
+        SkipBlanks();
+        const std::size_t position = mvarAt;
+        std::wstring name = Peek() == L'"' ? Trimmed(ReadQuotes()) : ReadWord(L":=/|,{}\"");
+        if (name.empty()) {
+            if (AtEnd()) FailUnexpected();
+            Fail(position, L"a name is expected");
+        }
+        if (name.size() > LongestName)
+            Fail(position, L"the name has " + std::to_wstring(name.size()) + L" characters; a ledger keeps up to " +
+                               std::to_wstring(LongestName));
+        if (name.find_first_of(L",;") != std::wstring::npos)
+            Fail(position, L"the name \"" + name + L"\" holds a comma or semicolon, which a definition does not bring back");
+        RefuseUnfit(name, position);
+        return name;
+    }
+
+    // Up to one of the characters, " as " or the end, without the blanks around it.
+    std::wstring ReadWord(std::wstring_view ends) {
+        const std::size_t begin = mvarAt;
+        while (!AtEnd() && ends.find(Peek()) == std::wstring_view::npos && !AtAs())
+            ++mvarAt;
+        return Trimmed(mvarText.substr(begin, mvarAt - begin));
+    }
+
+    std::wstring ReadQuotes() {
+        const std::size_t opened = mvarAt++;
+        std::wstring text;
+        while (!AtEnd() && (Peek() != L'"' || Peek(1) == L'"')) {
+            mvarAt += Peek() == L'"' ? 1 : 0;
+            text += Peek();
+            ++mvarAt;
+        }
+        if (AtEnd()) Fail(opened, L"this quote is never closed; double a quote inside of quotes");
+        ++mvarAt;
+        RefuseUnfit(text, opened);
+        return text;
+    }
+
+    std::wstring_view mvarText;
+    std::size_t mvarAt = 0;
+    std::size_t mvarOpened = 0; // the brace of the band that is read
+    Pattern mvarParts;
+};
+
+// ---------------------------------------------------------------------------------------------------------- writer
+
+std::wstring QuotedIf(const std::wstring& text, bool must) { return must ? Quoted(text) : text; }
+
+bool HoldsAny(const std::wstring& text, std::wstring_view characters) {
+    return text.find_first_of(characters) != std::wstring::npos || text.find(As) != std::wstring::npos ||
+           Trimmed(text) != text;
+}
+
+bool LooksLikeLetters(const std::wstring& name) {
+    return name.size() > 2 && IsCapital(name[0]) && name[1] == L'.' && name[2] == L'.';
+}
+
+std::wstring NameText(const std::wstring& name) {
+    return QuotedIf(name, HoldsAny(name, L":=/|,{}\"") || name.front() == L'#' || name.front() == L'@' ||
+                              LooksLikeLetters(name));
+}
+
+std::wstring FormatText(const std::wstring& format) {
+    const bool looksLikeLength = IsAllDigits(format) && format.front() != L'0';
+    return QuotedIf(format, HoldsAny(format, L":={}\"") || looksLikeLength);
+}
+
+std::wstring FileText(const std::wstring& file) {
+    const auto bracket = file.find(L'(');
+    const bool looksLikeFormula =
+        bracket != std::wstring::npos && std::ranges::all_of(file.substr(0, bracket), IsNameOfFunction);
+    return QuotedIf(file, HoldsAny(file, L"|{}") || file.front() == L'"' || looksLikeFormula);
+}
+
+std::wstring TracksText(const PatternPart& part) {
+    if (!part.tracked) return {};
+    std::wstring text;
+    for (const PatternName& tracked : *part.tracked)
+        text += (text.empty() ? L"" : L",") + NameText(tracked.name);
+    return L"/" + text;
+}
+
+std::wstring NumberText(const PatternPart& part) {
+    std::wstring text(part.length, L'#');
+    if (!part.last.empty())
+        text += L":" + part.first + L".." + part.last;
+    else if (part.first != L"1")
+        text += L":" + part.first;
+    return text;
+}
+
+std::wstring FormText(const PatternPart& part, std::optional<std::size_t> natural) {
+    if (part.format.empty()) return part.length == 0 || natural == part.length ? L"" : L":" + std::to_wstring(part.length);
+    const std::wstring format = L":" + FormatText(part.format);
+    if (part.length == 0 || FixedLengthOf(part.format) == part.length) return format;
+    return format + L":" + std::to_wstring(part.length);
+}
+
+std::wstring CodesText(const PatternPart& part) {
+    if (part.file.empty()) return {};
+    return L"=" + FileText(part.file) + (part.layer > 0 ? L"|" + std::to_wstring(part.layer) : std::wstring());
+}
+
+std::wstring FormulaText(const PatternPart& part) {
+    const auto natural = part.file.empty() ? FormulaLengthOf(part.formula) : std::nullopt;
+    const std::wstring name = part.text.empty() ? std::wstring() : NameText(part.text);
+    return name + L"=" + part.formula + FormText(part, natural) + CodesText(part);
+}
+
+std::wstring BandText(const PatternPart& part) {
+    switch (part.kind) {
+    case PartKind::Number: return NumberText(part) + TracksText(part);
+    case PartKind::Letter:
+        return part.first + L".." + part.last + (part.text == part.first ? L"" : L":" + part.text) + TracksText(part);
+    case PartKind::Field: return NameText(part.text) + FormText(part, std::nullopt) + CodesText(part);
+    case PartKind::Macro: return L"@" + NameText(part.text) + FormText(part, std::nullopt) + CodesText(part);
+    case PartKind::Formula: return FormulaText(part);
+    case PartKind::Text: break;
+    }
+    return Quoted(part.text);
+}
+
+std::wstring PlainText(const std::wstring& text) {
+    std::wstring plain;
+    for (const wchar_t character : text)
+        plain.append(character == L'{' || character == L'}' ? 2 : 1, character);
+    return plain;
+}
+
+} // namespace
+
+Pattern ParsePattern(std::wstring_view text) {
+    Pattern pattern = Reader(text).Read();
+    CompletePattern(pattern);
+    return pattern;
+}
+
+std::wstring WritePattern(const Pattern& pattern) {
+    std::wstring text;
+    bool afterText = false; // two texts side by side would be read as one
+    for (const PatternPart& part : pattern) {
+        const bool isPlain = part.kind == PartKind::Text && part.name.empty() && !afterText;
+        afterText = isPlain;
+        if (isPlain)
+            text += PlainText(part.text);
+        else
+            text += L"{" + BandText(part) + (part.name.empty() ? L"" : As.data() + NameText(part.name)) + L"}";
+    }
+    return text;
+}
+
+std::vector<std::wstring> CaretLines(std::wstring_view text, std::size_t position) {
+    constexpr std::size_t before = 50;
+    constexpr std::size_t width = 76;
+    const std::size_t begin = position > before ? position - before : 0;
+    std::wstring line(text.substr(begin, width));
+    // One character each, so that the mark stands where it belongs.
+    std::ranges::replace_if(line, [](wchar_t character) { return hosts::HasControl({&character, 1}); }, L'?');
+    return {line, std::wstring(position - begin, L' ') + L"^"};
+}
+
+} // namespace ledger

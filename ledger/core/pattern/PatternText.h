@@ -1,0 +1,25 @@
+// The one line that people write a code rule in, such as INV-{Date:yyyy}-{#####}. Its grammar stands above the parser.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ledger/core/pattern/Pattern.h"
+
+namespace ledger {
+
+// What the tables of a ledger hold of a code.
+inline constexpr std::size_t LongestPatternCode = 255;
+
+// The pattern with every band named and every number's tracked bands found. Fails with PatternError. The time it takes
+// grows with the length of the text, and a text of more than ten thousand characters is refused unread.
+[[nodiscard]] Pattern ParsePattern(std::wstring_view text);
+
+// The text that ParsePattern reads these bands from: names and tracked bands that are not given stay so.
+[[nodiscard]] std::wstring WritePattern(const Pattern& pattern);
+
+// Two lines for people: what stands around the place, and a mark below the place itself.
+[[nodiscard]] std::vector<std::wstring> CaretLines(std::wstring_view text, std::size_t position);
+
+} // namespace ledger
