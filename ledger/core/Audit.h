@@ -34,6 +34,10 @@ struct AuditReport {
     std::vector<Lease> openLeases;
     std::vector<Finding> findings;
     std::vector<Head> heads;
+
+    void Find(FindingKind kind, std::wstring text, std::vector<Fact> facts) {
+        findings.push_back({kind, std::move(text), std::move(facts)});
+    }
 };
 
 struct AuditRequest {

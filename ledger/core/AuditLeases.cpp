@@ -1,0 +1,58 @@
+#include "ledger/core/AuditLeases.h"
+
+#include <algorithm>
+#include <set>
+
+namespace ledger {
+
+LeaseAudit::LeaseAudit(Database& database, const JournalAudit& journal, AuditReport& report) : mvarReport(report) {
+    for (Lease& lease : Leases(database, report.rule.id).All()) {
+        Check(lease, journal);
+        if (lease.state == L"open") report.openLeases.push_back(lease);
+        mvarLeases[{lease.band, lease.series}].push_back(std::move(lease));
+    }
+    CheckActs(journal);
+}
+
+void LeaseAudit::Check(const Lease& lease, const JournalAudit& journal) {
+    const std::wstring name = L"the lease of " + SubjectOf(lease);
+    const std::vector<Fact> facts = {{L"band", lease.band}, {L"series", lease.series}, {L"first", lease.first}};
+    if (lease.seal != SealOf(mvarReport.rule.id, lease))
+        return mvarReport.Find(FindingKind::Lease, name + L" was changed", facts);
+    const bool isWhole = lease.last == lease.grantedTo && lease.act == 0;
+    if ((lease.state == L"open" || lease.state == L"used") && isWhole) return;
+    if (lease.state == L"closed" && IsClosedBy(lease, journal)) return;
+    mvarReport.Find(FindingKind::Lease, name + L" is not as the journal says (" + lease.state + L")", facts);
+}
+
+bool LeaseAudit::IsClosedBy(const Lease& lease, const JournalAudit& journal) {
+    const Act* act = journal.At(lease.act);
+    if (act == nullptr) return false;
+    if (act->kind == acts::Upgrade) return true;
+    return act->kind == acts::Lease && act->subject == SubjectOf(lease) && act->detail == std::to_wstring(lease.last);
+}
+
+// A lease that was closed without a number of it being used leaves no other trace.
+void LeaseAudit::CheckActs(const JournalAudit& journal) {
+    std::set<std::wstring> subjects;
+    for (const auto& [series, leases] : mvarLeases)
+        for (const Lease& lease : leases)
+            subjects.insert(SubjectOf(lease));
+    for (const Act& act : journal.Acts())
+        if (act.kind == acts::Lease && !subjects.contains(act.subject))
+            mvarReport.Find(FindingKind::Lease, L"the lease of " + act.subject + L" is gone", {{L"act", act.number}});
+}
+
+const Lease* LeaseAudit::Of(const NumberRow& row) const {
+    const std::vector<Lease>& leases = OfSeries(row.held.band, row.held.series);
+    const auto lease = std::ranges::lower_bound(leases, row.lease, {}, &Lease::first);
+    return lease == leases.end() || lease->first != row.lease ? nullptr : &*lease;
+}
+
+const std::vector<Lease>& LeaseAudit::OfSeries(const std::wstring& band, const std::wstring& series) const {
+    static const std::vector<Lease> none;
+    const auto found = mvarLeases.find({band, series});
+    return found == mvarLeases.end() ? none : found->second;
+}
+
+} // namespace ledger
