@@ -28,7 +28,8 @@ std::unique_ptr<Database> Make(const std::wstring& name) {
     if (const OdbcEngine* engine = EngineOf(name)) return std::make_unique<OdbcDatabase>(name, *engine);
     throw HostError(
         L"\"" + name +
-        L"\" names no driver for PostgreSQL or MariaDB; write Driver={...} in it, or name a file for SQLite");
+        L"\" names no driver for PostgreSQL or MariaDB; write Driver={...} or the DSN=... of one in it, or name a file "
+        L"for SQLite");
 }
 
 } // namespace

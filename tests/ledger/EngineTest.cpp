@@ -11,7 +11,9 @@ TEST(EngineTest, ADriversNameTellsTheEngine) {
     EXPECT_EQ(EngineOf(L"driver={postgresql ansi};server=s;"), &Postgres());
     EXPECT_EQ(EngineOf(L"Driver={/usr/lib/odbc/libmaodbc.so};Server=s"), &MariaDb());
     EXPECT_EQ(EngineOf(L"Driver={MariaDB ODBC 3.1 Driver};Server=s"), &MariaDb());
-    EXPECT_EQ(EngineOf(L"Driver=No Such Driver;Database=x"), nullptr);
+    EXPECT_EQ(EngineOf(L"Server=s;Driver={MariaDB; a copy};Database=postgresql"), &MariaDb());
+    EXPECT_EQ(EngineOf(L"Driver=No Such Driver;Database=mariadb"), nullptr);
+    EXPECT_EQ(EngineOf(L"DSN=no such source"), nullptr);
 }
 
 TEST(EngineTest, PostgresSetsNoSavepointsUnlessTold) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cwctype>
 
+#include "ledger/db/odbc/DataSource.h"
+
 namespace ledger {
 
 namespace {
@@ -42,8 +44,12 @@ bool Names(const std::wstring& text, const std::wstring& name) {
 }
 
 const OdbcEngine* EngineOf(const std::wstring& connectionString) {
-    const auto* found = std::ranges::find_if(
-        DriverNames, [&connectionString](const DriverName& name) { return Names(connectionString, name.part); });
+    std::wstring driver = SettingOf(connectionString, L"Driver");
+    if (driver.empty())
+        if (const std::wstring source = SettingOf(connectionString, L"DSN"); !source.empty())
+            driver = DriverOfSource(source);
+    const auto* found =
+        std::ranges::find_if(DriverNames, [&driver](const DriverName& name) { return Names(driver, name.part); });
     return found == std::end(DriverNames) ? nullptr : &found->engine();
 }
 

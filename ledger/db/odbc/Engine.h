@@ -41,7 +41,8 @@ struct OdbcEngine {
 [[nodiscard]] const OdbcEngine& Postgres();
 [[nodiscard]] const OdbcEngine& MariaDb();
 
-// The engine that a connection string is for, as its driver's name tells; null when it does not.
+// The engine that a connection string is for, as its driver's name tells, or that of its data source (DSN=...); null
+// when neither does. Fails with DbError.
 [[nodiscard]] const OdbcEngine* EngineOf(const std::wstring& connectionString);
 
 // Whether the text has the name in it, in any letter case.

@@ -27,6 +27,16 @@ void Handle::Check(SQLRETURN code, const OdbcEngine* engine) const {
     if (!SQL_SUCCEEDED(code) && code != SQL_NO_DATA) throw Failure(engine);
 }
 
+SQLPOINTER AsPointer(std::uintptr_t number) {
+    return reinterpret_cast<SQLPOINTER>(number); // NOLINT(performance-no-int-to-ptr): the interface's own way
+}
+
+Handle NewEnvironment() {
+    Handle environment(SQL_HANDLE_ENV, SQL_NULL_HANDLE);
+    environment.Check(SQLSetEnvAttr(environment.Get(), SQL_ATTR_ODBC_VERSION, AsPointer(SQL_OV_ODBC3), 0));
+    return environment;
+}
+
 DbError Handle::Failure(const OdbcEngine* engine) const {
     std::array<SQLWCHAR, 6> state{};
     std::array<SQLWCHAR, 1024> text{};

@@ -34,4 +34,10 @@ class Handle {
     SQLHANDLE mvarHandle = nullptr;
 };
 
+// An environment of the version of ODBC that the ledger uses; fails with DbError.
+[[nodiscard]] Handle NewEnvironment();
+
+// The driver manager takes numbers in the place of pointers.
+[[nodiscard]] SQLPOINTER AsPointer(std::uintptr_t number);
+
 } // namespace ledger

@@ -7,11 +7,6 @@ namespace ledger {
 
 namespace {
 
-// The driver manager takes numbers in the place of pointers.
-SQLPOINTER AsPointer(std::uintptr_t number) {
-    return reinterpret_cast<SQLPOINTER>(number); // NOLINT(performance-no-int-to-ptr): the interface's own way
-}
-
 void Replace(std::wstring& text, const std::wstring& part, const std::wstring& by) {
     for (std::size_t at = text.find(part); at != std::wstring::npos; at = text.find(part, at + by.size()))
         text.replace(at, part.size(), by);
@@ -40,11 +35,9 @@ struct OdbcDatabase::Open {
 
 OdbcDatabase::OdbcDatabase(const std::wstring& connectionString, const OdbcEngine& engine)
     : mvarEngine(engine), mvarConnectionString(engine.connectionString(connectionString)),
-      mvarEnvironment(SQL_HANDLE_ENV, SQL_NULL_HANDLE), mvarDeadline{std::chrono::steady_clock::time_point::max(),
-                                                                     std::chrono::hours(24)},
-      mvarOpen(nullptr, [](Open* open) { delete open; }) {
-    mvarEnvironment.Check(SQLSetEnvAttr(mvarEnvironment.Get(), SQL_ATTR_ODBC_VERSION, AsPointer(SQL_OV_ODBC3), 0));
-}
+      mvarEnvironment(NewEnvironment()), mvarDeadline{std::chrono::steady_clock::time_point::max(),
+                                                      std::chrono::hours(24)},
+      mvarOpen(nullptr, [](Open* open) { delete open; }) {}
 
 OdbcDatabase::~OdbcDatabase() {
     Rollback();
