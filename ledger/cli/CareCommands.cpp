@@ -54,6 +54,17 @@ std::vector<OpenLease> OpenLeases(Session& session, const std::wstring& ruleName
     return open;
 }
 
+// Those that are not open any more.
+std::vector<OpenLease> NotAmong(const std::vector<OpenLease>& open, const std::vector<OpenLease>& leases) {
+    std::vector<OpenLease> closed;
+    std::ranges::copy_if(leases, std::back_inserter(closed), [&open](const OpenLease& lease) {
+        return std::ranges::none_of(open, [&lease](const OpenLease& other) {
+            return other.rule.id == lease.rule.id && SubjectOf(other.lease) == SubjectOf(lease.lease);
+        });
+    });
+    return closed;
+}
+
 // Whether the program that took the lease is at work on this machine; nothing for those of other machines.
 std::optional<bool> IsAtWork(const Lease& lease) {
     const std::wstring self = ThisProgram();
@@ -114,15 +125,18 @@ int Doctor(Session& session) {
 }
 
 int CloseLeases(Session& session, const LeaseOptions& options) {
+    std::vector<OpenLease> tried; // by the attempts before
     const auto closed = InTransaction(session.database, session.patience, OnUniqueKey::Retry, [&] {
-        std::vector<OpenLease> done;
-        for (OpenLease& open : OpenLeases(session, options.rule)) {
+        std::vector<OpenLease> all = OpenLeases(session, options.rule);
+        std::vector<OpenLease> done = NotAmong(all, tried); // by an attempt whose COMMIT was not answered
+        for (OpenLease& open : all) {
             const bool named = !options.owner.empty() && options.owner == open.lease.owner;
             const bool gone = options.owner.empty() && IsAtWork(open.lease) == std::optional(false);
             if (!named && !gone) continue;
             Leases(session.database, open.rule.id).Close(open.lease, NextOf(session, open));
             done.push_back(std::move(open));
         }
+        tried = done;
         return done;
     });
     for (const OpenLease& open : closed)

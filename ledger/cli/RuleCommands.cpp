@@ -27,6 +27,13 @@ std::wstring NameFor(const ImportOptions& options) {
     return name;
 }
 
+// What the import follows: of two at once that change the rule, the one that comes later is told so.
+std::int64_t RevisionOf(Session& session, const std::wstring& name) {
+    Rules rules(session.database);
+    const auto stored = InSnapshot(session.database, session.patience, [&] { return rules.Find(name); });
+    return stored ? stored->revision : 0;
+}
+
 void Report(const Session& session, const ChangeReport& report, std::size_t bands) {
     const StoredRule& rule = report.rule;
     const Json json = {{"rule", ToJson(rule.name)},
@@ -67,6 +74,7 @@ Json RuleJson(const StoredRule& rule, std::int64_t codes) {
 int ImportRule(Session& session, const ImportOptions& options) {
     RuleChange change;
     change.name = NameFor(options);
+    change.revision = RevisionOf(session, change.name);
     change.definition = hosts::ReadDefinitionFile(options.file);
     change.policy = PolicyOf(options.policy);
     change.leaseSize = options.leaseSize;

@@ -194,6 +194,15 @@ std::map<FastIssuer::LeaseKey, std::wstring> FastIssuer::StoredHeads(const NewCo
     return heads;
 }
 
+// Whether another number, or the code that the ticket has, is the way out of a key that is taken.
+bool FastIssuer::IsTaken(const NewCode& code) {
+    return InSnapshot(mvarWorkplace.database, mvarWorkplace.patience, [&] {
+        const auto isHeld = [this](const NumberRow& row) { return mvarCodes.Holder(row.held).has_value(); };
+        return mvarCodes.Find(code.row.code) || mvarCodes.OfTicket(code.row.ticket) ||
+               std::ranges::any_of(code.numbers, isHeld);
+    });
+}
+
 Outcome FastIssuer::StoreAlone(NewCode code, const Request& request) {
     Rules rules(mvarWorkplace.database);
     const std::wstring made = code.row.code;
@@ -214,7 +223,7 @@ Outcome FastIssuer::StoreAlone(NewCode code, const Request& request) {
             });
         } catch (const DbError& error) {
             if (error.Kind() == Fault::Text) throw hosts::RecordError(error.Message());
-            if (error.Kind() != Fault::UniqueKey) throw;
+            if (error.Kind() != Fault::UniqueKey || !IsTaken(code)) throw;
         }
         code = MakeNext(request);
     }

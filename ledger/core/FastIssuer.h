@@ -35,6 +35,7 @@ class FastIssuer final : public Issuer {
     [[nodiscard]] std::vector<NewCode> MakeAll(std::span<const Request> requests, std::vector<Outcome>& outcomes);
     void StoreAll(std::vector<NewCode> codes, std::span<const Request> requests, std::vector<Outcome>& outcomes);
     [[nodiscard]] bool StoreTogether(std::vector<NewCode>& codes);
+    [[nodiscard]] bool IsTaken(const NewCode& code);
     [[nodiscard]] Outcome StoreAlone(NewCode code, const Request& request);
     void SealNumbers(NewCode& code, std::map<LeaseKey, std::wstring>& heads) const;
     [[nodiscard]] std::map<LeaseKey, std::wstring> StoredHeads(const NewCode& code);

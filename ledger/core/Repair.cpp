@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <map>
 
 #include "ledger/core/Journal.h"
 #include "ledger/core/Rules.h"
@@ -25,13 +26,15 @@ class RuleRepair {
     RuleRepair(Database& database, std::int64_t ruleId)
         : mvarDatabase(database), mvarRuleId(ruleId), mvarJournal(database, ruleId) {}
 
-    std::int64_t Run() {
+    [[nodiscard]] bool IsDone(const std::wstring& ticket) { return mvarJournal.OfTicket(ticket).has_value(); }
+
+    std::int64_t Run(const std::wstring& ticket) {
         const std::int64_t voids = RepairVoids();
         const std::int64_t settings = RepairSettings();
         if (voids + settings > 0)
             mvarJournal.Write(acts::Repair,
                               std::to_wstring(voids) + L" void marks, " + std::to_wstring(settings) + L" settings",
-                              SealSum().Text(), NewTicket());
+                              SealSum().Text(), ticket);
         return voids + settings;
     }
 
@@ -87,13 +90,19 @@ class RuleRepair {
 } // namespace
 
 std::int64_t RepairLedger(Database& database, Patience patience) {
-    return InTransaction(database, patience, OnUniqueKey::Retry, [&database] {
+    const std::wstring ticket = NewTicket();
+    std::map<std::int64_t, std::int64_t> attempt; // what the last one put right, by rule
+    return InTransaction(database, patience, OnUniqueKey::Retry, [&] {
         std::int64_t repaired = 0;
         const auto rules = database.Prepare(L"SELECT id FROM kestrel_rules ORDER BY id").Rows([](const Statement& row) {
             return row.Number(1);
         });
-        for (const std::int64_t rule : rules)
-            repaired += RuleRepair(database, rule).Run();
+        for (const std::int64_t rule : rules) {
+            RuleRepair repair(database, rule);
+            // An attempt whose COMMIT was not answered may be stored.
+            if (!repair.IsDone(ticket)) attempt[rule] = repair.Run(ticket);
+            repaired += attempt[rule];
+        }
         return repaired;
     });
 }

@@ -122,20 +122,19 @@ class Changing {
     ChangeReport Change(const StoredRule& stored) {
         if (Journal(mvarDatabase, stored.id).OfTicket(mvarTicket)) // by an attempt whose COMMIT was not answered
             return {stored, true, Codes(mvarDatabase, stored.id).Count(), 0, 0};
-        if (mvarChange.revision && *mvarChange.revision != stored.revision) Rules::RefuseChanged(stored);
-        if (mvarDatabase.EntersByWriting()) mvarRules.Enter(stored);
         StoredRule rule = Wanted(stored);
         const bool isNew = mvarChange.definition != stored.definition.text;
+        if (!isNew && rule.policy == stored.policy && rule.leaseSize == stored.leaseSize &&
+            rule.settings == stored.settings)
+            return {stored, false, 0, 0, 0};
+        if (mvarChange.revision && *mvarChange.revision != stored.revision) Rules::RefuseChanged(stored);
+        if (mvarDatabase.EntersByWriting()) mvarRules.Enter(stored);
         ChangeReport report{rule, true, 0, 0, 0};
         SealSum sum;
         if (isNew) {
             RefuseOtherLength(mvarDatabase, stored, mvarMaker);
             NewDefinition(rule);
             sum = Recount(mvarDatabase, rule, mvarMaker, Journal(mvarDatabase, rule.id).NextNumber()).Run(report);
-        } else if (rule.policy == stored.policy && rule.leaseSize == stored.leaseSize &&
-                   rule.settings == stored.settings) {
-            report.changed = false;
-            return report;
         }
         mvarRules.Replace(rule);
         Write(rule, isNew ? acts::Import : acts::Settings, sum);

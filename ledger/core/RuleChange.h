@@ -13,7 +13,8 @@ struct RuleChange {
     std::optional<Policy> policy; // nothing: as it is, gapless for a new rule
     std::optional<std::int64_t> leaseSize;
     std::optional<RuleSettings> settings; // nothing: as they are
-    std::optional<std::int64_t> revision; // the one that the change is of; nothing: whichever it is
+    // The one that the change is of, 0 for a rule that was not there; nothing: whichever it is.
+    std::optional<std::int64_t> revision;
 };
 
 struct ChangeReport {

@@ -231,13 +231,15 @@ UpgradeReport FromVersion2(Database& database) {
 } // namespace
 
 UpgradeReport UpgradeLedger(Database& database, Patience patience) {
-    return InTransaction(database, patience, OnUniqueKey::Fail, [&database] {
+    std::optional<UpgradeReport> tried; // by an attempt whose COMMIT was not answered
+    return InTransaction(database, patience, OnUniqueKey::Fail, [&] {
         const std::int64_t version = StoredVersion(database);
         if (version == 0)
             throw hosts::HostError(L"there is no ledger in this database yet; nothing is to be brought up");
         if (version > SchemaVersion) throw hosts::HostError(L"the database was made by a newer kledger; use that one");
-        if (version == 1) return FromVersion1(database);
-        if (version == 2) return FromVersion2(database);
+        if (version == 1) tried = FromVersion1(database);
+        if (version == 2) tried = FromVersion2(database);
+        if (tried) return *tried;
         UpgradeReport report;
         report.from = version;
         return report;

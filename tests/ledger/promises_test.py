@@ -279,6 +279,17 @@ class PromiseTests:
         self.assertEqual(self.objects("explain", code)[0]["state"], "void")
         self.assertEqual(self.objects("rule", "history")[-2]["what"], "repair")
 
+    def test_a_key_that_is_taken_is_no_fault_of_the_database(self):
+        """It ends at once or with the patience, and with the exit code of a request that cannot be met."""
+        self.import_rule(rules.numbered())
+        self.issue("2024")
+        self.database.query("CREATE UNIQUE INDEX own ON kestrel_codes (definition)")
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy)
+            self.assertIn("the database holds a row with that key already",
+                          self.refused("--patience", "1", "issue", "--field", "Year=2024"))
+        self.assertEqual(self.codes(), ["2024-000001"])
+
     def test_doctor_tells_what_the_database_promises(self):
         self.import_rule(rules.numbered())
         facts = {line["fact"]: line for line in self.objects("doctor")}
@@ -498,6 +509,20 @@ class Postgres(OnPostgres, PromiseTests, LedgerCase):
             self.assertEqual([line.split("\t")[0] for line in result.stdout.splitlines()], ["abc001", "xyz001"])
             self.assertIn("cannot hold a character", result.stderr)
         self.server.query("postgres", "DROP DATABASE latin WITH (FORCE)")
+
+    def test_a_data_source_is_named(self):
+        settings = self.folder / "odbc.ini"
+        settings.write_text(f"[warehouse]\nDriver=PostgreSQL Unicode\nServername={LOOPBACK}\nPort={self.server.port}\n"
+                            f"Database={self.database.database}\nUsername=postgres\n")
+        known = {**os.environ, "ODBCINI": str(settings)}
+        self.import_rule(rules.numbered())
+        for name in ("DSN=warehouse", "dsn=Warehouse;"):
+            result = run("kledger", "--database", name, "issue", "--field", "Year=2024", env=known)
+            self.assertEqual((result.returncode, result.stderr), (0, ""), name)
+        self.assertEqual(self.codes(), ["2024-000001", "2024-000002"])
+        result = run("kledger", "--database", "DSN=nowhere", "rule", "list", env=known)
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        self.assertIn("names no driver for PostgreSQL or MariaDB", result.stderr)
 
     def test_the_driver_leaves_no_log(self):
         logs = pathlib.Path(tempfile.gettempdir())
