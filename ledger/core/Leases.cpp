@@ -35,8 +35,10 @@ Lease ReadRow(const Statement& row) {
 
 const std::array<const wchar_t*, 2> FirstFreeQueries = {
     L"SELECT MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ?",
-    // The block taken last is the highest one, so its end is found through the key.
-    L"SELECT last_number FROM kestrel_leases WHERE rule_id = ? AND band = ? AND series = ? AND first_number = "
+    // The block taken last is the highest one, so its end is found through the key. One that was closed unused keeps
+    // its first number, as its key.
+    L"SELECT CASE WHEN last_number < first_number THEN first_number ELSE last_number END FROM kestrel_leases WHERE "
+    L"rule_id = ? AND band = ? AND series = ? AND first_number = "
     L"(SELECT MAX(first_number) FROM kestrel_leases l WHERE l.rule_id = kestrel_leases.rule_id "
     L"AND l.band = kestrel_leases.band AND l.series = kestrel_leases.series)"};
 

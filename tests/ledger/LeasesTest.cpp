@@ -1,0 +1,77 @@
+#include "ledger/core/Leases.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "ledger/core/Schema.h"
+#include "ledger/db/Open.h"
+
+using namespace std::chrono_literals;
+using ledger::Lease;
+using ledger::Leases;
+
+namespace {
+
+class LeasesTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        RemoveFiles();
+        mvarDatabase = ledger::OpenDatabase(mvarFile.wstring(), ledger::Patience(1s));
+        ledger::PrepareSchema(*mvarDatabase, ledger::Patience(1s));
+        mvarDatabase->Begin(ledger::Access::Write);
+    }
+    void TearDown() override {
+        mvarDatabase.reset();
+        RemoveFiles();
+    }
+
+    Lease Take(std::int64_t count, const std::wstring& ticket) {
+        return Leases(*mvarDatabase, 1).Take(L"Number", L"2024-??", count, 1, 99, ticket);
+    }
+    void Close(const Lease& lease, std::int64_t next) { Leases(*mvarDatabase, 1).Close(lease, next); }
+    // First numbers and states, by first number.
+    std::vector<std::pair<std::int64_t, std::wstring>> All() {
+        std::vector<std::pair<std::int64_t, std::wstring>> all;
+        for (const Lease& lease : Leases(*mvarDatabase, 1).All())
+            all.emplace_back(lease.first, lease.state);
+        return all;
+    }
+
+  private:
+    void RemoveFiles() {
+        std::error_code error;
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::filesystem::remove(mvarFile.wstring() + std::filesystem::path(suffix).wstring(), error);
+    }
+
+    std::filesystem::path mvarFile = std::filesystem::temp_directory_path() / "LeasesTest.db";
+    std::unique_ptr<ledger::Database> mvarDatabase;
+};
+
+} // namespace
+
+TEST_F(LeasesTest, OneFollowsTheOther) {
+    EXPECT_EQ(Take(5, L"a").last, 5);
+    EXPECT_EQ(Take(5, L"b").first, 6);
+    EXPECT_EQ(Take(5, L"a").first, 1) << "the same request again";
+    EXPECT_EQ(Take(500, L"c").last, 99);
+    EXPECT_GT(Take(1, L"d").first, 99) << "nothing is left";
+}
+
+TEST_F(LeasesTest, WhatIsLeftOfTheLastOneGoesBack) {
+    const Lease lease = Take(5, L"a");
+    Close(lease, 3);
+    EXPECT_EQ(Take(5, L"b").first, 3);
+    Close(Take(5, L"c"), 8);
+    EXPECT_EQ(Take(5, L"d").first, 8) << "the unused one is as if it had never been";
+}
+
+TEST_F(LeasesTest, ASeriesGoesOnBehindOneThatWasClosedUnused) {
+    const Lease unused = Take(5, L"a");
+    const Lease behind = Take(5, L"b");
+    Close(unused, unused.first);
+    Close(behind, behind.first);
+    EXPECT_EQ(All(), (std::vector<std::pair<std::int64_t, std::wstring>>{{1, L"closed"}}));
+    EXPECT_EQ(Take(5, L"c").first, 2);
+}
