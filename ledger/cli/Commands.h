@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ledger/cli/Session.h"
+#include "ledger/core/pattern/RuleBuilder.h"
 
 namespace ledger {
 
@@ -14,6 +15,32 @@ struct ImportOptions {
     std::wstring name;   // empty: the file's name without its extension
     std::wstring policy; // empty: as it is, gapless for a new rule
     std::optional<std::int64_t> leaseSize;
+    bool force = false; // also a rule that can issue no code
+};
+
+struct NewRuleOptions {
+    std::wstring name;
+    std::wstring pattern; // empty: the designer opens
+    std::wstring policy;  // empty: gapless, or as it is
+    std::optional<std::int64_t> leaseSize;
+    RuleSettings settings;
+    wchar_t separator = L',';         // of the files with codes
+    std::optional<unsigned> codePage; // likewise
+    std::vector<std::wstring> fields; // for the designer
+    std::vector<std::wstring> macros;
+    bool replace = false; // the rule that there is
+    bool force = false;   // also a rule that can issue no code
+};
+
+struct ShowOptions {
+    std::wstring rule;
+    std::wstring folder; // for the files of the pattern; empty: none are written
+};
+
+struct DesignOptions {
+    std::wstring rule;
+    std::vector<std::wstring> fields; // to add
+    std::vector<std::wstring> macros;
 };
 
 struct ExportOptions {
@@ -84,6 +111,10 @@ int RuleHistory(Session& session, const std::wstring& name);
 int CloseLeases(Session& session, const LeaseOptions& options);
 int Doctor(Session& session);
 int Upgrade(Session& session);
-int DesignRule(Session& session, const std::wstring& name);
+int DesignRule(Session& session, const DesignOptions& options);
+int NewRule(Session& session, const NewRuleOptions& options);
+int DesignNewRule(Session& session, const NewRuleOptions& options);
+int CheckRule(Session& session, const std::wstring& subject); // a file's or a rule's name
+int ShowRule(Session& session, const ShowOptions& options);
 
 } // namespace ledger

@@ -1,9 +1,10 @@
-// design: the component's own designer on a stored rule
+// rule design, and rule new without a pattern: the component's own designer
 #include "hosts/common/Console.h"
 #include "hosts/common/Text.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
 #include "ledger/core/RuleChange.h"
+#include "ledger/core/definition/DefinitionText.h"
 
 namespace ledger {
 
@@ -11,49 +12,118 @@ namespace {
 
 // Published with the component's event interface and fixed.
 constexpr DISPID SaveEvent = 1;
+constexpr DISPID AddFieldEvent = 5;
 constexpr DISPID GetSettingsEvent = 12;
 
-// Stores the text as the rule's new definition; false, and tells why, where it cannot be.
-bool Store(Session& session, StoredRule& rule, const std::wstring& definition) {
-    try {
-        CodeMaker maker(definition);
-        RuleChange change;
-        change.name = rule.name;
-        change.definition = definition;
-        change.revision = rule.revision;
-        rule = ChangeRule(session.database, session.patience, change, maker).rule;
-        return true;
-    } catch (const hosts::HostError& error) {
-        hosts::ReportLine(L"not saved: " + hosts::OneLine(error.Message()));
-        return false;
+class Designer {
+  public:
+    // The change says what is stored beside the definition: the name, and the revision of the rule as it was read.
+    Designer(Session& session, RuleChange change) : mvarSession(session), mvarChange(std::move(change)) {}
+
+    // Without it the rule is an empty one.
+    void Load(const std::wstring& definition) { mvarRule.Load(WithoutValues(definition)); }
+
+    // Whoever makes a rule may do anything to it.
+    void AllowEverything() const {
+        for (const wchar_t* right : {L"AllowAddBand", L"AllowDropBand", L"AllowSetup", L"AllowFieldManage"})
+            mvarRule.Component().Put(right, hosts::Variant(true));
+        mvarRule.Component().Put(L"CodeUCased", hosts::Variant(false));
     }
-}
+
+    void Add(const wchar_t* list, const std::vector<std::wstring>& names) const {
+        for (const std::wstring& text : names) {
+            const hosts::Variant name(text);
+            mvarRule.Component().Object(list).Call(L"Add", {&name});
+        }
+    }
+
+    int Show() {
+        mvarRule.Component().Put(L"Name", hosts::Variant(mvarChange.name));
+        // As the component writes it: a text from elsewhere says the same in other words, and nobody changed anything.
+        mvarHeld = mvarRule.Definition();
+        Listen();
+        const hosts::Variant title(L"Rule " + mvarChange.name);
+        const hosts::Variant allowSetup(true);
+        mvarRule.Component().Call(L"ShowDesigner", {&title, &allowSetup});
+        mvarRule.Events().RethrowFailure();
+        mvarSession.output.Line(mvarChanged ? L"saved" : L"not changed",
+                                {{"rule", ToJson(mvarChange.name)}, {"saved", mvarChanged}});
+        return mvarRefused ? ExitFailed : ExitDone;
+    }
+
+  private:
+    void Listen() {
+        mvarRule.Events().On(GetSettingsEvent,
+                             [this](const hosts::EventArguments& arguments) { arguments.SetText(1, mvarHeld); });
+        mvarRule.Events().On(SaveEvent, [this](const hosts::EventArguments& arguments) {
+            mvarRefused = !Store(arguments.Text(0));
+            mvarChanged = mvarChanged || !mvarRefused;
+            if (!mvarRefused) mvarHeld = arguments.Text(0);
+            arguments.SetFlag(1, !mvarRefused);
+        });
+        mvarRule.Events().On(AddFieldEvent, [this](const hosts::EventArguments&) { AddField(); });
+    }
+
+    // The designer asks for a field and leaves its name to us.
+    void AddField() const {
+        const hosts::Dispatch fields = mvarRule.Component().Object(L"UsrFields");
+        for (long number = fields.Get(L"Count").Number() + 1;; ++number) {
+            const hosts::Variant name(L"Field " + std::to_wstring(number));
+            try {
+                static_cast<void>(fields.Item(name));
+            } catch (const hosts::DispatchError&) { // there is none of that name
+                fields.Call(L"Add", {&name});
+                return;
+            }
+        }
+    }
+
+    // Stores the text as the rule's new definition; false, and tells why, where it cannot be.
+    bool Store(const std::wstring& definition) {
+        try {
+            CodeMaker maker(definition);
+            mvarChange.definition = definition;
+            mvarChange.revision = ChangeRule(mvarSession.database, mvarSession.patience, mvarChange, maker).rule.revision;
+            return true;
+        } catch (const hosts::HostError& error) {
+            hosts::ReportLine(L"not saved: " + hosts::OneLine(error.Message()));
+            return false;
+        }
+    }
+
+    Session& mvarSession;
+    RuleChange mvarChange;
+    hosts::Rule mvarRule;
+    std::wstring mvarHeld; // the definition that the ledger has
+    bool mvarChanged = false;
+    bool mvarRefused = false; // the last time that something was to be saved
+};
 
 } // namespace
 
-int DesignRule(Session& session, const std::wstring& name) {
-    StoredRule rule = ResolveRule(session, name);
-    CodeMaker maker(rule.definition.text);
-    bool changed = false;
-    bool refused = false; // the last time that something was to be saved
-    const hosts::Rule& shown = maker.Rule();
-    shown.Component().Put(L"Name", hosts::Variant(rule.name));
-    // As the component writes it: a text from elsewhere says the same in other words, and nobody changed anything.
-    std::wstring held = shown.Definition();
-    shown.Events().On(GetSettingsEvent,
-                      [&held](const hosts::EventArguments& arguments) { arguments.SetText(1, held); });
-    shown.Events().On(SaveEvent, [&](const hosts::EventArguments& arguments) {
-        refused = !Store(session, rule, arguments.Text(0));
-        changed = changed || !refused;
-        if (!refused) held = rule.definition.text;
-        arguments.SetFlag(1, !refused);
-    });
-    const hosts::Variant title(L"Rule " + rule.name);
-    const hosts::Variant allowSetup(true);
-    shown.Component().Call(L"ShowDesigner", {&title, &allowSetup});
-    shown.Events().RethrowFailure();
-    session.output.Line(changed ? L"saved" : L"not changed", {{"rule", ToJson(rule.name)}, {"saved", changed}});
-    return refused ? ExitFailed : ExitDone;
+int DesignRule(Session& session, const DesignOptions& options) {
+    const StoredRule rule = ResolveRule(session, options.rule);
+    RuleChange change;
+    change.name = rule.name;
+    change.revision = rule.revision;
+    Designer designer(session, change);
+    designer.Load(rule.definition.text);
+    designer.Add(L"UsrFields", options.fields);
+    designer.Add(L"UsrMacros", options.macros);
+    return designer.Show();
+}
+
+int DesignNewRule(Session& session, const NewRuleOptions& options) {
+    RuleChange change;
+    change.name = options.name;
+    change.policy = PolicyOf(options.policy);
+    change.leaseSize = options.leaseSize;
+    change.revision = 0; // a rule that somebody else makes meanwhile is not overwritten
+    Designer designer(session, change);
+    designer.AllowEverything();
+    designer.Add(L"UsrFields", options.fields);
+    designer.Add(L"UsrMacros", options.macros);
+    return designer.Show();
 }
 
 } // namespace ledger

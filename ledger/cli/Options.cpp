@@ -32,13 +32,30 @@ void AddText(CLI::App* command, const std::string& name, std::wstring& target, c
     option->required(required)->type_name("TEXT");
 }
 
-void AddFields(CLI::App* command, std::vector<std::wstring>& target) {
+void AddTexts(CLI::App* command, const std::string& name, std::vector<std::wstring>& target, const std::string& type,
+              const std::string& help) {
     command
         ->add_option_function<std::vector<std::string>>(
-            "-f,--field", [&target](const std::vector<std::string>& texts) { target = Wide(texts); },
-            "a value of a field or macro of the rule, as often as needed")
-        ->type_name("NAME=VALUE")
+            name, [&target](const std::vector<std::string>& texts) { target = Wide(texts); }, help)
+        ->type_name(type)
         ->allow_extra_args(false);
+}
+
+void AddFields(CLI::App* command, std::vector<std::wstring>& target) {
+    AddTexts(command, "-f,--field", target, "NAME=VALUE",
+             "a value of a field or macro of the rule, as often as needed");
+}
+
+void AddPolicy(CLI::App* command, std::wstring& policy, std::optional<std::int64_t>& leaseSize) {
+    AddText(command, "--policy", policy, "gapless: no number is ever skipped; fast: numbers in blocks");
+    command->get_option("--policy")->check(CLI::IsMember({"gapless", "fast"}));
+    command->add_option("--lease", leaseSize, "numbers in a block of the fast policy (100)")
+        ->check(CLI::Range(1, 1'000'000));
+}
+
+void AddDesigned(CLI::App* command, std::vector<std::wstring>& fields, std::vector<std::wstring>& macros) {
+    AddTexts(command, "--field", fields, "NAME", "a field for the designer to offer, as often as needed");
+    AddTexts(command, "--macro", macros, "NAME", "a macro, likewise");
 }
 
 void AddRule(CLI::App* command, std::wstring& target) {
@@ -132,10 +149,8 @@ class Parser {
             Add<ImportOptions>(*rule, "import", "store a rule, or a new definition of it", ImportRule, import);
         AddText(command, "file", import->file, "the rule's definition text", true);
         AddText(command, "--name", import->name, "the rule's name (the file's name without its extension)");
-        AddText(command, "--policy", import->policy, "gapless: no number is ever skipped; fast: numbers in blocks");
-        command->get_option("--policy")->check(CLI::IsMember({"gapless", "fast"}));
-        command->add_option("--lease", import->leaseSize, "numbers in a block of the fast policy (100)")
-            ->check(CLI::Range(1, 1'000'000));
+        AddPolicy(command, import->policy, import->leaseSize);
+        command->add_flag("--force", import->force, "store it even if it can issue no code");
         const auto exported = std::make_shared<ExportOptions>();
         command = Add<ExportOptions>(*rule, "export", "print a rule's definition text", ExportRule, exported);
         AddText(command, "rule", exported->rule, "the rule");
@@ -148,10 +163,46 @@ class Parser {
         command = Add<std::wstring>(*rule, "history", "show what was done to a rule, and its definitions", RuleHistory,
                                     history);
         AddText(command, "rule", *history, "the rule; may be left out where it is clear which");
-        const auto designed = std::make_shared<std::wstring>();
-        command = Add<std::wstring>(mvarApp, "design", "open the designer on a rule and store what it saves",
-                                    DesignRule, designed);
-        AddRule(command, *designed);
+        const auto designed = std::make_shared<DesignOptions>();
+        command = Add<DesignOptions>(mvarApp, "design", "open the designer on a rule and store what it saves",
+                                     DesignRule, designed);
+        AddRule(command, designed->rule);
+        AddDesigned(command, designed->fields, designed->macros);
+        AddRuleMaking(*rule);
+    }
+
+    void AddRuleMaking(CLI::App& rule) {
+        const auto made = std::make_shared<NewRuleOptions>();
+        CLI::App* command = Add<NewRuleOptions>(
+            rule, "new", "make a rule of one line such as INV-{Date:yyyy}-{####}; without it the designer opens",
+            NewRule, made);
+        AddText(command, "name", made->name, "the rule's name", true);
+        AddText(command, "pattern", made->pattern, "text, fields {Customer:4}, numbers {####}; see docs/patterns.md");
+        AddPolicy(command, made->policy, made->leaseSize);
+        AddFileFormat(command, made->separator, made->codePage);
+        AddDesigned(command, made->fields, made->macros);
+        command->add_flag("--capitals", made->settings.capitals, "put the codes of conversions in capitals");
+        command->add_option("--year-begins", made->settings.yearBegins, "the month that a year begins with (1)")
+            ->check(CLI::Range(1, 12));
+        command->add_option("--month-begins", made->settings.monthBegins, "the day that a month begins with (1)")
+            ->check(CLI::Range(1, 28));
+        AddText(command, "--day-begins", made->settings.dayBegins, "the time that a day begins at, HH:MM (00:00)");
+        command->add_flag("--replace", made->replace, "give the rule of this name a new definition");
+        command->add_flag("--force", made->force, "store it even if it can issue no code");
+        const auto shown = std::make_shared<ShowOptions>();
+        command = Add<ShowOptions>(rule, "show", "print a rule's bands, its pattern and what is found about it",
+                                   ShowRule, shown);
+        AddText(command, "rule", shown->rule, "the rule; may be left out where it is clear which");
+        AddText(command, "--codes", shown->folder, "write the codes and values that the pattern names into a folder");
+        const auto checked = std::make_shared<std::wstring>();
+        command = Add<std::wstring>(
+            rule, "check", "tell what is wrong with a rule, or with a definition text in a file", CheckRule, checked);
+        AddText(command, "rule", *checked, "the rule or the file", true);
+        const auto designed = std::make_shared<DesignOptions>();
+        command = Add<DesignOptions>(rule, "design", "open the designer on a rule and store what it saves", DesignRule,
+                                     designed);
+        AddText(command, "rule", designed->rule, "the rule; may be left out where it is clear which");
+        AddDesigned(command, designed->fields, designed->macros);
     }
 
     void AddIssue() {

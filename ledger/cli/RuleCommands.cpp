@@ -6,24 +6,18 @@
 #include "hosts/common/TextFile.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
+#include "ledger/cli/RuleStoring.h"
 #include "ledger/core/Codes.h"
 #include "ledger/core/Journal.h"
 #include "ledger/core/Json.h"
-#include "ledger/core/RuleChange.h"
 
 namespace ledger {
 
 namespace {
 
-using hosts::HostError;
-
-constexpr std::size_t LongestName = 120;
-
 std::wstring NameFor(const ImportOptions& options) {
     std::wstring name = options.name.empty() ? std::filesystem::path(options.file).stem().wstring() : options.name;
-    if (name.empty() || name.size() > LongestName)
-        throw HostError(L"a rule's name has 1 to " + std::to_wstring(LongestName) +
-                        L" characters; give one with --name");
+    CheckRuleName(name);
     return name;
 }
 
@@ -32,32 +26,6 @@ std::int64_t RevisionOf(Session& session, const std::wstring& name) {
     Rules rules(session.database);
     const auto stored = InSnapshot(session.database, session.patience, [&] { return rules.Find(name); });
     return stored ? stored->revision : 0;
-}
-
-void Report(const Session& session, const ChangeReport& report, std::size_t bands) {
-    const StoredRule& rule = report.rule;
-    const Json json = {{"rule", ToJson(rule.name)},
-                       {"policy", ToJson(NameOf(rule.policy))},
-                       {"lease", rule.leaseSize},
-                       {"bands", bands},
-                       {"codeLength", rule.definition.codeLength},
-                       {"definition", rule.definition.number},
-                       {"changed", report.changed},
-                       {"codes", report.codes},
-                       {"otherCodes", report.foreign},
-                       {"sharedNumbers", report.shared}};
-    session.output.Line(L"rule \"" + rule.name + L"\": " + std::to_wstring(bands) + L" bands, codes of " +
-                            std::to_wstring(rule.definition.codeLength) + L" characters, policy " +
-                            NameOf(rule.policy) + L", definition " + std::to_wstring(rule.definition.number) +
-                            (report.changed ? L"" : L" (unchanged)"),
-                        json);
-    if (report.foreign > 0)
-        session.output.Note(std::to_wstring(report.foreign) + L" of " + std::to_wstring(report.codes) +
-                            L" codes issued before could not be made by this definition; they keep their numbers");
-    if (report.shared > 0)
-        session.output.Note(
-            std::to_wstring(report.shared) + L" of " + std::to_wstring(report.codes) +
-            L" codes issued before have a number that another one has in the series of this definition");
 }
 
 // How many bands the definition has, beside its codes' length the thing to look at after an import.
@@ -78,8 +46,7 @@ int ImportRule(Session& session, const ImportOptions& options) {
     change.definition = hosts::ReadDefinitionFile(options.file);
     change.policy = PolicyOf(options.policy);
     change.leaseSize = options.leaseSize;
-    CodeMaker maker(change.definition);
-    Report(session, ChangeRule(session.database, session.patience, change, maker), maker.Bands().size());
+    StoreRule(session, change, options.force);
     return ExitDone;
 }
 

@@ -182,6 +182,9 @@ const Rejected RejectedPatterns[] = {
     {L"{A=}", 3, L"a file with codes and values is expected"},
     {L"{A=a.csv|}", 9, L"a length from 1 to 255"},
     {L"{A=a.csv|0}", 9, L"a length from 1 to 255"},
+    {L"{A=a.csv|2}", 0, L"layer 1 is missing"},
+    {L"{A=a.csv|1}{B=a.csv|1}", 11, L"two bands for layer 1"},
+    {L"{A=a.csv|1}{B=b.csv|2}", 11, L"all layers of a rule stand in one file; another one is in \"a.csv\""},
 };
 
 std::string Label(const wchar_t* pattern) { return hosts::ToUtf8(pattern); }

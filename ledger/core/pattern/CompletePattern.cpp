@@ -192,9 +192,30 @@ class Tracking {
     std::map<std::wstring, std::vector<std::wstring>> mvarOfItem; // the bands of a field or macro
 };
 
+// ------------------------------------------------------------------------------------------------------ layers
+
+void CheckLayers(const Pattern& pattern) {
+    std::map<std::size_t, const PatternPart*> layers;
+    for (const PatternPart& part : pattern) {
+        if (part.layer == 0) continue;
+        const PatternPart* const other = layers.try_emplace(part.layer, &part).first->second;
+        if (other != &part)
+            throw PatternError(part.position, L"there are two bands for layer " + std::to_wstring(part.layer));
+        if (layers.begin()->second->file != part.file)
+            throw PatternError(part.position, L"all layers of a rule stand in one file; another one is in \"" +
+                                                  layers.begin()->second->file + L"\"");
+    }
+    std::size_t expected = 1;
+    for (const auto& [layer, part] : layers)
+        if (layer != expected++)
+            throw PatternError(part->position, L"layer " + std::to_wstring(expected - 1) +
+                                                   L" is missing: layers are numbered from 1 on");
+}
+
 } // namespace
 
 void CompletePattern(Pattern& pattern) {
+    CheckLayers(pattern);
     Items(pattern).Complete();
     NameBands(pattern);
     Tracking(pattern).Complete();

@@ -1,0 +1,248 @@
+// rule new, rule check, rule show
+#include <algorithm>
+#include <filesystem>
+
+#include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
+#include "hosts/common/TextFile.h"
+#include "hosts/common/Utf8.h"
+#include "ledger/cli/Commands.h"
+#include "ledger/cli/ExitCode.h"
+#include "ledger/cli/RuleStoring.h"
+#include "ledger/core/Json.h"
+#include "ledger/core/definition/RuleReview.h"
+#include "ledger/core/pattern/PatternText.h"
+#include "ledger/core/pattern/SaidPattern.h"
+
+namespace ledger {
+
+namespace {
+
+using hosts::HostError;
+
+std::optional<StoredRule> FindRule(Session& session, const std::wstring& name) {
+    Rules rules(session.database);
+    return InSnapshot(session.database, session.patience, [&rules, &name] { return rules.Find(name); });
+}
+
+// -------------------------------------------------------------------------------------------------------- rule new
+
+std::wstring DefinitionOf(const NewRuleOptions& options) {
+    const CodeFiles files = [&options](const std::wstring& file) {
+        try {
+            return hosts::ParseCsv(hosts::ReadTextFile(file, options.codePage), options.separator);
+        } catch (const HostError& error) {
+            const bool isNamed = error.Message().find(file) != std::wstring::npos;
+            throw HostError(isNamed ? error.Message() : file + L": " + error.Message());
+        }
+    };
+    return BuildDefinition(ParsePattern(options.pattern), options.settings, files);
+}
+
+void ShowPlace(const std::wstring& pattern, const PatternError& error) {
+    hosts::ReportLine(L"kledger: position " + std::to_wstring(error.Position() + 1) + L" of the pattern: " +
+                      error.Message());
+    for (const std::wstring& line : CaretLines(pattern, error.Position()))
+        hosts::ReportLine(line);
+}
+
+// ------------------------------------------------------------------------------------------------------- rule show
+
+struct BandRow {
+    std::wstring name;
+    std::wstring style;
+    std::wstring length;
+    std::wstring from; // what its part of a code comes from
+    std::wstring format;
+    std::wstring range;
+    std::wstring tracked;
+    std::wstring codes;
+};
+
+std::wstring StyleName(hosts::BandStyle style) {
+    switch (style) {
+    case hosts::BandStyle::Fixed: return L"text";
+    case hosts::BandStyle::Macro: return L"macro";
+    case hosts::BandStyle::Field: return L"field";
+    case hosts::BandStyle::Number: return L"number";
+    case hosts::BandStyle::Letter: return L"letter";
+    }
+    return L"none";
+}
+
+std::wstring SourceOf(const hosts::Band& band, const hosts::Dispatch& object) {
+    if (band.style == hosts::BandStyle::Fixed) return object.Get(L"Default").Text();
+    if (band.style == hosts::BandStyle::Letter) return object.Get(L"Value").Text();
+    if (band.style == hosts::BandStyle::Number) return {};
+    const hosts::Dispatch item = object.Object(L"DataField");
+    const std::wstring formula = item.Get(L"Description").Text();
+    return item.Get(L"Name").Text() + (formula.empty() ? L"" : L" = " + formula);
+}
+
+std::wstring RangeOf(const hosts::Band& band, const hosts::Dispatch& object) {
+    if (band.style != hosts::BandStyle::Number && band.style != hosts::BandStyle::Letter) return {};
+    const std::wstring begin = object.Get(L"Default").Text();
+    return (begin.empty() ? object.Get(L"InitStart").Text() : begin) + L".." + object.Get(L"InitEnd").Text();
+}
+
+std::wstring CodesOf(const hosts::Dispatch& object) {
+    const long swap = object.Get(L"SwapMode").Number();
+    if (swap == 0) return {};
+    const std::wstring count = std::to_wstring(object.Object(L"Relations").Get(L"Count").Number());
+    return swap == 1 ? count : L"layer of " + count;
+}
+
+std::wstring Joined(const std::vector<std::wstring>& texts) {
+    std::wstring joined;
+    for (const std::wstring& text : texts)
+        joined += (joined.empty() ? L"" : L", ") + text;
+    return joined;
+}
+
+std::vector<BandRow> RowsOf(const hosts::Rule& rule) {
+    std::vector<BandRow> rows;
+    for (const hosts::Band& band : rule.Bands()) {
+        const hosts::Dispatch object = rule.Component().Item(hosts::Variant(band.name), L"Band");
+        rows.push_back({band.name, StyleName(band.style), std::to_wstring(band.length), SourceOf(band, object),
+                        object.Get(L"Formate").Text(), RangeOf(band, object), Joined(band.tracked), CodesOf(object)});
+    }
+    return rows;
+}
+
+Json ToJson(const std::vector<std::wstring>& texts) {
+    Json array = Json::array();
+    for (const std::wstring& text : texts)
+        array.push_back(ledger::ToJson(text));
+    return array;
+}
+
+Json RowJson(const BandRow& row) {
+    return {{"band", ledger::ToJson(row.name)},     {"style", ledger::ToJson(row.style)},
+            {"length", ledger::ToJson(row.length)}, {"from", ledger::ToJson(row.from)},
+            {"format", ledger::ToJson(row.format)}, {"range", ledger::ToJson(row.range)},
+            {"tracks", ledger::ToJson(row.tracked)}, {"codes", ledger::ToJson(row.codes)}};
+}
+
+void PrintTable(const std::vector<BandRow>& rows) {
+    Table table({L"BAND", L"STYLE", L"LENGTH", L"FROM", L"FORMAT", L"NUMBERS", L"TRACKS", L"CODES"});
+    for (const BandRow& row : rows)
+        table.Add({hosts::Shown(row.name), row.style, row.length, hosts::Shown(row.from), hosts::Shown(row.format),
+                   row.range, hosts::Shown(row.tracked), row.codes});
+    for (const std::wstring& line : table.Lines())
+        hosts::PrintLine(line);
+}
+
+// As they stand behind "rule new".
+std::wstring OptionsText(const RuleSettings& settings) {
+    std::wstring text;
+    if (settings.capitals) text += L" --capitals";
+    if (settings.yearBegins != 1) text += L" --year-begins " + std::to_wstring(settings.yearBegins);
+    if (settings.monthBegins != 1) text += L" --month-begins " + std::to_wstring(settings.monthBegins);
+    if (!settings.dayBegins.empty()) text += L" --day-begins " + settings.dayBegins;
+    return text;
+}
+
+void PrintPattern(const SaidPattern& said) {
+    if (said.text.empty()) return hosts::PrintLine(L"pattern: none says this rule: " + hosts::Shown(said.why));
+    hosts::PrintLine(L"pattern: " + said.text);
+    if (const std::wstring options = OptionsText(said.settings); !options.empty())
+        hosts::PrintLine(L"options:" + options);
+    for (const auto& [file, text] : said.files)
+        hosts::PrintLine(L"codes: " + file + L" (written by --codes FOLDER)");
+    if (!said.besides.empty()) hosts::PrintLine(L"beside the pattern: " + hosts::Shown(Joined(said.besides)));
+}
+
+Json PatternJson(const SaidPattern& said) {
+    if (said.text.empty()) return {{"pattern", nullptr}, {"why", ledger::ToJson(said.why)}};
+    Json files = Json::object();
+    for (const auto& [file, text] : said.files)
+        files[hosts::ToUtf8(file)] = ledger::ToJson(text);
+    return {{"pattern", ledger::ToJson(said.text)},
+            {"options", ledger::ToJson(OptionsText(said.settings))},
+            {"codes", files},
+            {"beside", ToJson(said.besides)}};
+}
+
+void WriteFiles(const SaidPattern& said, const std::wstring& folder) {
+    for (const auto& [file, text] : said.files)
+        hosts::WriteTextFile((std::filesystem::path(folder) / file).wstring(), text);
+}
+
+// ------------------------------------------------------------------------------------------------------ rule check
+
+// A rule of the ledger comes before a file of the same name.
+std::wstring DefinitionToCheck(Session& session, const std::wstring& subject) {
+    if (const auto rule = FindRule(session, subject)) return rule->definition.text;
+    std::error_code error;
+    if (!std::filesystem::exists(subject, error))
+        throw HostError(L"there is neither a rule nor a file \"" + subject + L"\"");
+    return hosts::ReadDefinitionFile(subject);
+}
+
+} // namespace
+
+int NewRule(Session& session, const NewRuleOptions& options) {
+    CheckRuleName(options.name);
+    const bool exists = FindRule(session, options.name).has_value();
+    if (exists && !options.replace)
+        throw HostError(L"there is a rule \"" + options.name +
+                        L"\" already; change it with --replace or kledger rule design, or take another name");
+    if (options.pattern.empty()) {
+        if (exists) throw HostError(L"--replace wants a pattern; kledger rule design opens the rule that there is");
+        return DesignNewRule(session, options);
+    }
+    RuleChange change;
+    change.name = options.name;
+    change.policy = PolicyOf(options.policy);
+    change.leaseSize = options.leaseSize;
+    if (!exists) change.revision = 0; // a rule that somebody else makes meanwhile is not overwritten
+    try {
+        change.definition = DefinitionOf(options);
+    } catch (const PatternError& error) {
+        ShowPlace(options.pattern, error);
+        return ExitFailed;
+    }
+    StoreRule(session, change, options.force);
+    return ExitDone;
+}
+
+int CheckRule(Session& session, const std::wstring& subject) {
+    const RuleReview review = ReviewDefinition(DefinitionToCheck(session, subject));
+    for (const Untaken& untaken : review.untaken)
+        session.output.Line(LineOf(untaken), {{"finding", "untaken"},
+                                              {"line", untaken.line},
+                                              {"what", ledger::ToJson(untaken.what)},
+                                              {"read", ledger::ToJson(untaken.read)},
+                                              {"holds", ledger::ToJson(untaken.holds)}});
+    for (const std::wstring& finding : review.findings)
+        session.output.Line(hosts::Shown(finding), {{"finding", "rule"}, {"text", ledger::ToJson(finding)}});
+    for (const std::wstring& obstacle : review.obstacles)
+        session.output.Line(L"no code can be issued: " + hosts::Shown(obstacle),
+                            {{"finding", "obstacle"}, {"text", ledger::ToJson(obstacle)}});
+    if (review.IsClean()) session.output.Note(L"nothing was found");
+    return review.IsClean() ? ExitDone : ExitFindings;
+}
+
+int ShowRule(Session& session, const ShowOptions& options) {
+    const StoredRule rule = ResolveRule(session, options.rule);
+    hosts::Rule shown;
+    shown.Load(rule.definition.text);
+    const std::vector<BandRow> rows = RowsOf(shown);
+    const SaidPattern said = SayPattern(rule.definition.text);
+    const std::vector<std::wstring> findings = ReviewDefinition(rule.definition.text).Lines();
+    if (!options.folder.empty()) WriteFiles(said, options.folder);
+    if (session.output.IsJson()) {
+        Json json = {{"rule", ledger::ToJson(rule.name)}, {"bands", Json::array()}, {"findings", ToJson(findings)}};
+        std::ranges::transform(rows, std::back_inserter(json["bands"]), RowJson);
+        json.update(PatternJson(said));
+        hosts::PrintLine(JsonText(json));
+        return ExitDone;
+    }
+    PrintTable(rows);
+    PrintPattern(said);
+    for (const std::wstring& finding : findings)
+        hosts::PrintLine(L"finding: " + finding);
+    return ExitDone;
+}
+
+} // namespace ledger

@@ -1,0 +1,81 @@
+#include "ledger/cli/RuleStoring.h"
+
+#include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
+#include "ledger/core/Json.h"
+#include "ledger/core/definition/DefinitionText.h"
+#include "ledger/core/definition/RuleReview.h"
+
+namespace ledger {
+
+namespace {
+
+using hosts::HostError;
+
+constexpr std::size_t LongestName = 120;
+
+Json FindingsJson(const RuleReview& review) {
+    Json findings = Json::array();
+    for (const std::wstring& line : review.Lines())
+        findings.push_back(ToJson(line));
+    return findings;
+}
+
+void Report(const Session& session, const ChangeReport& report, std::size_t bands, const RuleReview& review) {
+    const StoredRule& rule = report.rule;
+    const Json json = {{"rule", ToJson(rule.name)},
+                       {"policy", ToJson(NameOf(rule.policy))},
+                       {"lease", rule.leaseSize},
+                       {"bands", bands},
+                       {"codeLength", rule.definition.codeLength},
+                       {"definition", rule.definition.number},
+                       {"changed", report.changed},
+                       {"codes", report.codes},
+                       {"otherCodes", report.foreign},
+                       {"sharedNumbers", report.shared},
+                       {"findings", FindingsJson(review)}};
+    session.output.Line(L"rule \"" + rule.name + L"\": " + std::to_wstring(bands) + L" bands, codes of " +
+                            std::to_wstring(rule.definition.codeLength) + L" characters, policy " +
+                            NameOf(rule.policy) + L", definition " + std::to_wstring(rule.definition.number) +
+                            (report.changed ? L"" : L" (unchanged)"),
+                        json);
+    if (report.foreign > 0)
+        session.output.Note(std::to_wstring(report.foreign) + L" of " + std::to_wstring(report.codes) +
+                            L" codes issued before could not be made by this definition; they keep their numbers");
+    if (report.shared > 0)
+        session.output.Note(
+            std::to_wstring(report.shared) + L" of " + std::to_wstring(report.codes) +
+            L" codes issued before have a number that another one has in the series of this definition");
+}
+
+} // namespace
+
+void CheckRuleName(const std::wstring& name) {
+    if (name.empty() || name.size() > LongestName)
+        throw HostError(L"a rule's name has 1 to " + std::to_wstring(LongestName) + L" characters; this one has " +
+                        std::to_wstring(name.size()));
+    if (hosts::HasControl(name) || !hosts::IsWhole(name))
+        throw HostError(L"the name \"" + hosts::Shown(name) + L"\" has a control character in it; give one without");
+}
+
+void StoreRule(Session& session, RuleChange change, bool force) {
+    const RuleReview review = ReviewDefinition(change.definition);
+    if (!review.obstacles.empty() && !force) {
+        for (const std::wstring& line : review.Lines())
+            hosts::ReportLine(line);
+        throw HostError(L"rule \"" + change.name +
+                        L"\" can issue no code and is not stored; put right what stands above, or store it with --force");
+    }
+    const std::wstring without = WithoutValues(change.definition);
+    const bool hadValues = without != change.definition;
+    change.definition = without;
+    CodeMaker maker(change.definition);
+    const ChangeReport report = ChangeRule(session.database, session.patience, change, maker);
+    Report(session, report, maker.Bands().size(), review);
+    if (session.output.IsJson()) return;
+    for (const std::wstring& line : review.Lines())
+        session.output.Note(line);
+    if (hadValues) session.output.Note(L"the values of fields and macros that came with the definition are not kept");
+}
+
+} // namespace ledger

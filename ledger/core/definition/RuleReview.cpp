@@ -1,0 +1,153 @@
+#include "ledger/core/definition/RuleReview.h"
+
+#include <algorithm>
+#include <cwchar>
+
+#include "hosts/common/Rule.h"
+#include "hosts/common/Text.h"
+
+namespace ledger {
+
+namespace {
+
+using hosts::BandStyle;
+using hosts::Dispatch;
+using hosts::Variant;
+
+// The component's enumeration, as its type library publishes it.
+constexpr long SimpleSwap = 1;
+constexpr long LayersSwap = 2;
+
+std::vector<std::wstring> NamesIn(const Dispatch& items, const wchar_t* property) {
+    std::vector<std::wstring> names;
+    for (long position = 1; position <= items.Get(L"Count").Number(); ++position)
+        names.push_back(items.Item(Variant(position)).Get(property).Text());
+    return names;
+}
+
+// ------------------------------------------------------------------------------------------------------- findings
+
+// A ledger counts a number that tracks nothing over the whole rule, which is what tracking a fixed text means; and it
+// keeps to the end of a number. A copy of the rule is told so before it is asked.
+void SetUpForLedger(const hosts::Rule& copy) {
+    const std::wstring anchor = L"\x2020";
+    bool hasAnchor = false;
+    for (const hosts::Band& band : copy.Bands()) {
+        if (band.style != BandStyle::Number) continue;
+        const Dispatch object = copy.Component().Item(Variant(band.name), L"Band");
+        object.Put(L"InitEnd", Variant(std::wstring_view()));
+        if (!band.tracked.empty()) continue;
+        const Variant name(anchor);
+        const Variant fixed(static_cast<long>(BandStyle::Fixed));
+        const Variant none(0L);
+        const Variant text(L"1");
+        if (!hasAnchor) copy.Component().Call(L"Add", {&name, &fixed, &none, &text});
+        hasAnchor = true;
+        object.Object(L"TrackBands").Call(L"Add", {&name});
+    }
+}
+
+std::vector<std::wstring> FindingsOf(const std::wstring& definition) {
+    hosts::Rule copy;
+    copy.Load(definition);
+    SetUpForLedger(copy);
+    const Dispatch sentences(copy.Component().Call(L"Check").Object());
+    std::vector<std::wstring> findings;
+    const long count = sentences.Get(L"Count").Number();
+    for (long position = 1; position <= count; ++position) {
+        const Variant index(position);
+        findings.push_back(hosts::OneLine(sentences.Get(L"Item", {&index}).Text()));
+    }
+    return findings;
+}
+
+// ------------------------------------------------------------------------------------------------------ obstacles
+
+class Obstacles {
+  public:
+    explicit Obstacles(const hosts::Rule& rule) : mvarRule(rule) {}
+
+    std::vector<std::wstring> Find() {
+        mvarLayers = NamesIn(mvarRule.Component().Object(L"LayeredBands"), L"Name");
+        for (const hosts::Band& band : mvarRule.Bands()) {
+            mvarBand = band;
+            mvarObject = mvarRule.Component().Item(Variant(band.name), L"Band");
+            FindOfBand();
+        }
+        return std::move(mvarFound);
+    }
+
+  private:
+    void Add(const std::wstring& cause) { mvarFound.push_back(L"band " + mvarBand.name + L": " + cause); }
+    [[nodiscard]] std::wstring Text(const wchar_t* property) const { return mvarObject.Get(property).Text(); }
+
+    void FindOfBand() {
+        switch (mvarBand.style) {
+        case BandStyle::Fixed: return FindOfFixed();
+        case BandStyle::Macro:
+        case BandStyle::Field: return FindOfBound();
+        case BandStyle::Number: return FindOfNumber();
+        case BandStyle::Letter:
+            if (Text(L"Value").empty()) Add(L"no letter is set");
+            return;
+        }
+        Add(L"it has no style");
+    }
+
+    void FindOfFixed() {
+        if (Text(L"Default").size() != mvarBand.length) Add(L"the fixed text is missing");
+    }
+
+    void FindOfBound() {
+        if (mvarObject.Object(L"DataField").Get(L"Name").Text().empty()) Add(L"it is bound to no field or macro");
+        const long swap = mvarObject.Get(L"SwapMode").Number();
+        if (swap == LayersSwap && std::ranges::find(mvarLayers, mvarBand.name) == mvarLayers.end())
+            return Add(L"it is converted in layers, but is not among the layers");
+        if ((swap == SimpleSwap || swap == LayersSwap) && mvarObject.Object(L"Relations").Get(L"Count").Number() == 0)
+            Add(L"it is converted, but there are no codes and values");
+    }
+
+    void FindOfNumber() {
+        const std::wstring begin = Text(L"Default").empty() ? Text(L"InitStart") : Text(L"Default");
+        const std::wstring end = Text(L"InitEnd");
+        if (!end.empty() && std::wcstod(end.c_str(), nullptr) < std::wcstod(begin.c_str(), nullptr))
+            Add(L"the end " + end + L" lies below the first number, " + begin);
+        try {
+            mvarObject.Put(L"Value", Variant(begin));
+        } catch (const hosts::DispatchError& error) {
+            Add(L"the first number \"" + begin + L"\" does not fit " + std::to_wstring(mvarBand.length) +
+                L" characters with the format \"" + Text(L"Formate") + L"\": " + hosts::OneLine(error.Message()));
+        }
+    }
+
+    const hosts::Rule& mvarRule;
+    std::vector<std::wstring> mvarLayers;
+    hosts::Band mvarBand;
+    Dispatch mvarObject;
+    std::vector<std::wstring> mvarFound;
+};
+
+} // namespace
+
+std::vector<std::wstring> RuleReview::Lines() const {
+    std::vector<std::wstring> lines;
+    for (const Untaken& one : untaken)
+        lines.push_back(LineOf(one));
+    for (const std::wstring& finding : findings)
+        lines.push_back(hosts::Shown(finding));
+    for (const std::wstring& obstacle : obstacles)
+        lines.push_back(L"no code can be issued: " + hosts::Shown(obstacle));
+    return lines;
+}
+
+RuleReview ReviewDefinition(const std::wstring& definition) {
+    hosts::Rule rule;
+    rule.Load(definition);
+    RuleReview review;
+    review.untaken = FindUntaken(definition, rule.Definition());
+    review.findings = FindingsOf(definition);
+    review.obstacles = Obstacles(rule).Find();
+    return review;
+}
+
+} // namespace ledger

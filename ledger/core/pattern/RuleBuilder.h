@@ -1,0 +1,25 @@
+// Makes the rule that a pattern says, by the component's own members.
+#pragma once
+
+#include <string>
+
+#include "ledger/core/pattern/CodeTable.h"
+#include "ledger/core/pattern/Pattern.h"
+
+namespace ledger {
+
+// What a rule holds beside its bands.
+struct RuleSettings {
+    bool capitals = false;  // codes of conversions are put in capitals
+    long yearBegins = 1;    // the month
+    long monthBegins = 1;   // the day
+    std::wstring dayBegins; // "HH:MM"; empty: at midnight
+
+    friend bool operator==(const RuleSettings&, const RuleSettings&) = default;
+};
+
+// The definition text of the rule; the pattern is complete. Whoever opens it in the designer may change all of it. Fails
+// with PatternError where the component refuses a band, with its message, and with what `files` and ReadCodeTable throw.
+[[nodiscard]] std::wstring BuildDefinition(const Pattern& pattern, const RuleSettings& settings, const CodeFiles& files);
+
+} // namespace ledger
