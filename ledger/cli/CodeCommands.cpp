@@ -36,6 +36,7 @@ KnownCode FindCode(Session& session, const StoredRule& rule, const std::wstring&
 struct Parts {
     FieldValues fields;
     FieldValues bands;
+    std::vector<CheckedPart> checks;
 };
 
 FieldValues BandValues(CodeMaker& maker) {
@@ -48,8 +49,12 @@ FieldValues BandValues(CodeMaker& maker) {
 Parts PartsOf(const KnownCode& known, const std::wstring& code) {
     if (known.row && known.row->definition == 0) return {};
     CodeMaker maker(known.definition.text);
-    maker.Rule().TakeApart(code);
-    return {maker.Values(), BandValues(maker)};
+    maker.TakeApart(code);
+    return {maker.Values(), BandValues(maker), maker.Checked(code)};
+}
+
+std::wstring ResultOf(const CheckedPart& check) {
+    return check.IsRight() ? L"right" : L"wrong: '" + check.expected + L"' expected";
 }
 
 void AddRows(Table& table, const std::wstring& part, const FieldValues& values) {
@@ -61,6 +66,8 @@ void PrintExplained(const KnownCode& known, const Parts& parts) {
     Table table({L"PART", L"NAME", L"VALUE"});
     AddRows(table, L"field", parts.fields);
     AddRows(table, L"band", parts.bands);
+    for (const CheckedPart& check : parts.checks)
+        table.Add({L"check", hosts::Shown(check.band), hosts::Shown(ResultOf(check))});
     if (known.row) AddRows(table, L"stored", FieldsOf(known.row->fields));
     for (const std::wstring& line : table.Lines())
         hosts::PrintLine(line);
@@ -79,6 +86,11 @@ Json ExplainedJson(const StoredRule& rule, const std::wstring& code, const Known
                  {"definition", known.row ? known.row->definition : known.definition.number},
                  {"fields", ToJson(parts.fields)},
                  {"bands", ToJson(parts.bands)}};
+    for (const CheckedPart& check : parts.checks)
+        json["checks"].push_back({{"band", ToJson(check.band)},
+                                  {"stands", ToJson(check.stands)},
+                                  {"expected", ToJson(check.expected)},
+                                  {"right", check.IsRight()}});
     if (!known.row) return json;
     json["stored"] = ToJson(FieldsOf(known.row->fields));
     json["storedAt"] = ToJson(known.row->storedAt);
@@ -95,6 +107,7 @@ Json ExplainedJson(const StoredRule& rule, const std::wstring& code, const Known
 int PreviewCommand(Session& session, const PreviewOptions& options) {
     const StoredRule rule = ResolveRule(session, options.rule);
     CodeMaker maker(rule.definition.text);
+    UseDateFormat(maker, options.dateFormat);
     const FieldValues values = ParseFields(maker, options.fields);
     RefuseUnfit(values);
     for (const std::wstring& code :
@@ -111,6 +124,8 @@ int ExplainCommand(Session& session, const CodeOptions& options) {
         hosts::PrintLine(JsonText(ExplainedJson(rule, options.code, known, parts)));
     else
         PrintExplained(known, parts);
+    for (const CheckedPart& check : parts.checks)
+        if (!check.IsRight()) throw hosts::HostError(hosts::Shown(RefusalOf(check)));
     return ExitDone;
 }
 

@@ -55,8 +55,9 @@ struct IssueOptions {
     wchar_t separator = L',';
     std::optional<unsigned> codePage;
     bool keepOtherColumns = false;
-    std::wstring key;       // of the one record of `fields`; empty: none was given
-    std::wstring keyColumn; // of the file; empty: none was given
+    std::wstring key;        // of the one record of `fields`; empty: none was given
+    std::wstring keyColumn;  // of the file; empty: none was given
+    std::wstring dateFormat; // of the records; empty: ISO 8601
 };
 
 struct FindOptions {
@@ -73,6 +74,7 @@ struct PreviewOptions {
     std::wstring rule;
     std::vector<std::wstring> fields; // Name=Value
     std::size_t count = 1;
+    std::wstring dateFormat; // of the fields; empty: ISO 8601
 };
 
 struct CodeOptions {

@@ -60,6 +60,10 @@ void RefuseUnfit(const FieldValues& values) {
                                      L" has a NUL or half a surrogate pair in it; give it without");
 }
 
+void UseDateFormat(CodeMaker& maker, const std::wstring& pattern) {
+    if (!pattern.empty()) maker.SetDateFormat(DateFormat(pattern));
+}
+
 FieldValues KnownTo(const CodeMaker& maker, const FieldValues& values) {
     FieldValues known;
     std::ranges::copy_if(values, std::back_inserter(known),

@@ -22,6 +22,9 @@ void CheckColumns(const CodeMaker& maker, const std::vector<std::wstring>& colum
 // Fails with RecordError on a value that no table can hold as it is: one with a NUL or half a surrogate pair in it.
 void RefuseUnfit(const FieldValues& values);
 
+// Has the maker read dates by the pattern; empty leaves ISO 8601. Fails with HostError on a pattern that is none.
+void UseDateFormat(CodeMaker& maker, const std::wstring& pattern);
+
 // Those that the rule knows.
 [[nodiscard]] FieldValues KnownTo(const CodeMaker& maker, const FieldValues& values);
 

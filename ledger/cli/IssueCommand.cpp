@@ -236,6 +236,7 @@ int IssueCodes(Session& session, const IssueOptions& options) {
         throw hosts::HostError(L"--key-column is for a file; give the key of one record with --key");
     const StoredRule rule = ResolveRule(session, options.rule);
     CodeMaker maker(rule.definition.text);
+    UseDateFormat(maker, options.dateFormat);
     std::vector<Line> lines = ReadLines(maker, options);
     if (rule.policy == Policy::Gapless) WarnOfLostCommits(session);
     const auto issuer = MakeIssuer({session.database, rule, maker, session.patience});

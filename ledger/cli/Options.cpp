@@ -58,6 +58,10 @@ void AddDesigned(CLI::App* command, std::vector<std::wstring>& fields, std::vect
     AddTexts(command, "--macro", macros, "NAME", "a macro, likewise");
 }
 
+void AddDateFormat(CLI::App* command, std::wstring& target) {
+    AddText(command, "--date-format", target, "how dates are written, such as dd.mm.yyyy (ISO 8601: 2026-04-12)");
+}
+
 void AddRule(CLI::App* command, std::wstring& target) {
     AddText(command, "-r,--rule", target, "the rule; may be left out where it is clear which");
 }
@@ -213,6 +217,7 @@ class Parser {
             "CSV: the first line names the fields, each further one is a record; without it --field makes one record");
         AddRule(command, options->rule);
         AddFields(command, options->fields);
+        AddDateFormat(command, options->dateFormat);
         AddFileFormat(command, options->separator, options->codePage);
         command->add_flag("--keep", options->keepOtherColumns,
                           "store columns that the rule does not know with the code");
@@ -227,6 +232,7 @@ class Parser {
             Add<PreviewOptions>(mvarApp, "preview", "show the next codes, store nothing", PreviewCommand, preview);
         AddRule(command, preview->rule);
         AddFields(command, preview->fields);
+        AddDateFormat(command, preview->dateFormat);
         command->add_option("-n,--count", preview->count, "how many (1)")->check(CLI::Range(1, 100'000));
         const auto explain = std::make_shared<CodeOptions>();
         command = Add<CodeOptions>(mvarApp, "explain", "take a code apart", ExplainCommand, explain);

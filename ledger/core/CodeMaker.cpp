@@ -7,6 +7,8 @@
 #include <optional>
 
 #include "hosts/common/Text.h"
+#include "ledger/core/Refusals.h"
+#include "ledger/core/RuleCalendar.h"
 
 namespace ledger {
 
@@ -66,7 +68,20 @@ std::vector<bool> ShownBy(const std::vector<hosts::Band>& bands, const std::vect
 
 std::vector<hosts::Band> LoadBands(hosts::Rule& rule, const std::wstring& definition) {
     rule.Load(definition);
+    // The component writes it into a definition and does not read it back.
+    if (const auto week = WeekOf(definition)) rule.Component().Put(L"SeparaOfWeek", hosts::Variant(long{*week}));
     return rule.Bands();
+}
+
+// A number that does not fit into its band, after the last code of its series; the message when it fits.
+std::wstring WhyNumberIsRefused(const NumberBand& band, const std::wstring& series, const std::wstring& lastCode,
+                                const std::wstring& format, const std::wstring& message) {
+    const std::wstring last = lastCode.empty() ? std::wstring() : lastCode.substr(band.position, band.length);
+    const std::int64_t next = last.empty() ? band.start : NumberOf(last).value_or(0) + 1;
+    if (next > LargestNumber(band.length))
+        return L"series " + series + L": full, " + std::to_wstring(band.highest) + L" was the last number";
+    const std::wstring shown = Formatted(std::to_wstring(next), format);
+    return shown.size() == band.length ? message : LengthRefusal(band.name, shown, band.length);
 }
 
 } // namespace
@@ -85,7 +100,8 @@ std::wstring CodeWithNumber(const NumberBand& band, std::wstring series, std::in
 }
 
 CodeMaker::CodeMaker(const std::wstring& definition)
-    : mvarBands(LoadBands(mvarRule, definition)), mvarCodeLength(mvarRule.CodeLength()) {
+    : mvarBands(LoadBands(mvarRule, definition)), mvarValues(mvarRule, mvarBands),
+      mvarCodeLength(mvarRule.CodeLength()) {
     if (mvarCodeLength > LongestCode)
         throw HostError(L"the rule's codes are " + std::to_wstring(mvarCodeLength) +
                         L" characters long; the ledger keeps codes of up to " + std::to_wstring(LongestCode));
@@ -102,6 +118,7 @@ void CodeMaker::ReadNumberBands() {
         const hosts::Dispatch object = mvarRule.Component().Item(hosts::Variant(band.name), L"Band");
         mvarNumberBands.push_back({band.name, band.position, band.length, StartOf(object),
                                    HighestOf(object, band.length), ShownBy(mvarBands, band.tracked)});
+        mvarValues.Hide(mvarNumberBands.back().shown);
     }
 }
 
@@ -109,24 +126,50 @@ void CodeMaker::ReadNumberBands() {
 std::wstring CodeMaker::Answer(const std::wstring& series) {
     if (mvarSource == nullptr || mvarAsked.size() >= mvarNumberBands.size()) return {};
     const NumberBand& band = mvarNumberBands[mvarAsked.size()];
-    mvarAsked.push_back(series);
-    return (*mvarSource)(band, series);
+    mvarAsked.push_back(mvarValues.Masked(series));
+    mvarLastCode = (*mvarSource)(band, mvarAsked.back());
+    return mvarLastCode;
 }
 
-void CodeMaker::SetValues(const FieldValues& values) {
-    for (const auto& [name, value] : values)
-        mvarRule.SetValue(name, value);
+std::wstring CodeMaker::WhyRefused(const std::wstring& message) const {
+    if (std::wstring reason = WhyValuesAreRefused(mvarRule, mvarValues.Bound()); !reason.empty()) return reason;
+    if (mvarAsked.empty()) return message;
+    const NumberBand& band = mvarNumberBands[mvarAsked.size() - 1];
+    const auto format = mvarRule.Component().Item(hosts::Variant(band.name), L"Band").Get(L"Formate").Text();
+    return WhyNumberIsRefused(band, mvarAsked.back(), mvarLastCode, format, message);
+}
+
+std::wstring CodeMaker::NextCode() {
+    try {
+        return mvarRule.NextCode();
+    } catch (const hosts::DispatchError& error) {
+        throw RecordError(WhyRefused(error.Message()));
+    }
 }
 
 MadeCode CodeMaker::Make(const FieldValues& values, const LastCodeSource& source) {
-    SetValues(values);
+    mvarValues.Give(values);
     mvarAsked.clear();
     mvarSource = &source;
-    return Numbered(mvarRule.NextCode(), mvarAsked);
+    std::wstring code = NextCode();
+    if (code.size() == mvarCodeLength) code = mvarValues.Completed(std::move(code));
+    return Numbered(std::move(code), mvarAsked);
+}
+
+void CodeMaker::TakeApart(const std::wstring& code) {
+    try {
+        mvarRule.TakeApart(code);
+    } catch (const hosts::DispatchError& error) {
+        const std::wstring reason = WhyNotTakenApart(mvarRule, mvarBands, mvarValues.Bound(), code);
+        throw RecordError(reason.empty() ? error.Message() : reason);
+    }
 }
 
 MadeCode CodeMaker::Recognise(const std::wstring& code) {
-    mvarRule.TakeApart(code);
+    mvarValues.RefuseUnsound();
+    TakeApart(code);
+    for (const CheckedPart& part : Checked(code))
+        if (!part.IsRight()) throw RecordError(RefusalOf(part));
     std::vector<std::wstring> series;
     for (const NumberBand& band : mvarNumberBands)
         series.push_back(SeriesOf(band, code));

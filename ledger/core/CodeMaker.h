@@ -8,6 +8,8 @@
 
 #include "hosts/common/Rule.h"
 #include "ledger/core/Codes.h"
+#include "ledger/core/FieldValues.h"
+#include "ledger/core/RecordValues.h"
 #include "ledger/core/Rules.h"
 
 namespace ledger {
@@ -30,18 +32,28 @@ struct MadeCode {
     std::vector<NumberHeld> numbers;
 };
 
-using FieldValues = std::vector<std::pair<std::wstring, std::wstring>>;
-
 class CodeMaker {
   public:
     // Fails with HostError when the definition is no rule, or its codes or band names are longer than the ledger keeps.
     explicit CodeMaker(const std::wstring& definition);
 
-    // The next code with these values of fields and macros; those not named keep the rule's own. Fails with RecordError
-    // when the rule refuses the values, with its message, and with what the source throws.
+    // How the dates of records are written; without it they are ISO 8601.
+    void SetDateFormat(const DateFormat& format) { mvarValues.SetDateFormat(format); }
+    // Fails with HostError when the rule's formulas make no sense, so that it can issue nothing.
+    void RefuseUnsound() const { mvarValues.RefuseUnsound(); }
+
+    // The next code with these values of fields and macros. Fails with RecordError, which names the band or the field,
+    // the value and what was expected, when a value is missing or wrong, and with what the source throws.
     [[nodiscard]] MadeCode Make(const FieldValues& values, const LastCodeSource& source);
 
-    // The numbers of a code that the rule can take apart; fails with RecordError on any other code.
+    // Gives the bands, fields and macros the values that the code was made of; fails with RecordError on a code that
+    // the rule cannot have made but for its check digits.
+    void TakeApart(const std::wstring& code);
+    // The check digits of the code that was taken apart.
+    [[nodiscard]] std::vector<CheckedPart> Checked(const std::wstring& code) const { return mvarValues.Checked(code); }
+
+    // The numbers of a code that the rule can take apart and whose check digits are right; fails with RecordError on
+    // any other code.
     [[nodiscard]] MadeCode Recognise(const std::wstring& code);
 
     [[nodiscard]] hosts::Rule& Rule() noexcept { return mvarRule; }
@@ -53,17 +65,20 @@ class CodeMaker {
     [[nodiscard]] FieldValues Values() const;
 
   private:
-    void SetValues(const FieldValues& values);
+    [[nodiscard]] std::wstring NextCode();
+    [[nodiscard]] std::wstring WhyRefused(const std::wstring& message) const;
     void ReadNumberBands();
     [[nodiscard]] std::wstring Answer(const std::wstring& series);
     [[nodiscard]] MadeCode Numbered(std::wstring code, const std::vector<std::wstring>& series) const;
 
     hosts::Rule mvarRule;
     std::vector<hosts::Band> mvarBands;
+    RecordValues mvarValues;
     std::vector<NumberBand> mvarNumberBands;
     std::size_t mvarCodeLength = 0;
     const LastCodeSource* mvarSource = nullptr; // of the code that is being made
     std::vector<std::wstring> mvarAsked;        // the series asked for so far, band by band
+    std::wstring mvarLastCode;                  // what was answered last
 };
 
 // The series of a code: the code with "?" for every character that neither a fixed nor a tracked band gave.

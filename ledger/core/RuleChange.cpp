@@ -152,6 +152,7 @@ class Changing {
 } // namespace
 
 ChangeReport ChangeRule(Database& database, Patience patience, const RuleChange& change, CodeMaker& maker) {
+    maker.RefuseUnsound();
     const std::wstring ticket = NewTicket();
     return InTransaction(database, patience, OnUniqueKey::Retry,
                          [&] { return Changing(database, change, maker, ticket).Run(); });

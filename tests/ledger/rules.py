@@ -3,16 +3,22 @@ ZERO_DATE = "1899-12-30 00:00:00"
 FIXED, MACRO, FIELD, NUMBER = range(4)
 
 
-def band(name, style, default="", form="", length=1, item="", tracks=()):
-    values = [name, style, 0, default, form, length, item, int(style == NUMBER), "1" if style == NUMBER else "", "", "",
-              ZERO_DATE, "", ",".join(tracks), "0", 1, 1]
+def band(name, style, default="", form="", length=1, item="", tracks=(), swap=0, relations="0"):
+    values = [name, style, swap, default, form, length, item, int(style == NUMBER), "1" if style == NUMBER else "", "",
+              "", ZERO_DATE, "", ",".join(tracks), relations, 1, 1]
     return ["16"] + [f"{key}={value}" for key, value in enumerate(values)] + ["17"]
 
 
-def rule(bands, fields=()):
+def rule(bands, fields=(), macros=(), calendar=(1, 1, 2, "00:00"), layers=(), relations=""):
+    """Macros are names beside their descriptions; the calendar is where its year, month, week and day begin."""
     lines = ["02", "0"] + [text for entry in range(3, 9) for text in (str(entry), "1")]
-    lines += ["11", "2", "12", "1", "13", "1", "14", ";".join(f"{name},," for name in fields)]
-    return "#####" + "\r".join(lines + [line for one in bands for line in one])
+    lines += ["10", calendar[3]] if calendar[3] != "00:00" else []
+    lines += ["11", str(calendar[2]), "12", str(calendar[1]), "13", str(calendar[0])]
+    lines += ["14", ";".join(f"{name},," for name in fields)] if fields else []
+    lines += ["15", ";".join(f"{name},,,{description}" for name, description in macros)] if macros else []
+    lines += [line for one in bands for line in one]
+    lines += ["17", ";".join(f"{name},," for name in layers), "9", relations] if layers else []
+    return "#####" + "\r".join(lines)
 
 
 def numbered(digits=6, default="1", tracks=("Year",), dash="-"):
