@@ -211,7 +211,7 @@ without_menus() {
 compile_resources() {
     local embedded="$BUILD/x86/src/resources-Kestrel"
     [ -f "$embedded/Kestrel.tlb" ] || fail "build/x86 is not built (tools/build.sh x86)"
-    "$LLVM/clang-cl" --target=i686-pc-windows-msvc "${HEADER_OPTIONS[@]}" -DRC_INVOKED -I "$RESOURCES" /E /TC -- \
+    "$LLVM/clang-cl" --target=i686-pc-windows-msvc "${HEADER_OPTIONS[@]}" -DRC_INVOKED -I "$RESOURCES" -I "$embedded" /E /TC -- \
         "$RESOURCES/Kestrel.rc" | without_menus >"$WORK/Kestrel.rc" || fail "the resources cannot be read"
     # From its own folder: llvm-rc takes a path that begins with a slash for an option, where one begins with the same letters.
     (cd "$WORK" && "$LLVM/llvm-rc" /no-preprocess /c 65001 /I "$RESOURCES" /I "$embedded" /fo Kestrel.res Kestrel.rc) ||

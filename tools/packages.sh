@@ -10,7 +10,7 @@ PACKAGES_NATIVE=(
     g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev
     wine wine64 xvfb xdotool imagemagick fonts-wine fonts-liberation iso-codes
     python3 libcli11-dev nlohmann-json3-dev unixodbc libodbc2 odbc-postgresql postgresql tcl
-    mariadb-server mariadb-client libmariadb3
+    mariadb-server mariadb-client libmariadb3 chromium
 )
 PACKAGES_I386=(wine32:i386 libwine:i386 libodbc2:i386 odbc-postgresql:i386 libmariadb3:i386)
 PACKAGES_CLUSTERS=(galera-4 rsync)

@@ -1,14 +1,18 @@
 #include "hosts/common/TextFile.h"
 
-#include <windows.h>
+#include <fcntl.h>
+#include <io.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string_view>
 
 #include "hosts/common/HostError.h"
+#include "hosts/common/NewFile.h"
 #include "hosts/common/Utf8.h"
 
 namespace hosts {
@@ -26,6 +30,16 @@ std::string ReadBytes(const std::wstring& path) {
     if (!file) throw HostError(L"cannot open \"" + path + L"\"; check the path and the right to read it");
     std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
     if (file.bad()) throw HostError(L"cannot read \"" + path + L"\" to its end");
+    return bytes;
+}
+
+std::string ReadStandardInput() {
+    static_cast<void>(_setmode(_fileno(stdin), _O_BINARY));
+    std::string bytes;
+    std::array<char, 65536> piece{};
+    while (const std::size_t size = std::fread(piece.data(), 1, piece.size(), stdin))
+        bytes.append(piece.data(), size);
+    if (std::ferror(stdin) != 0) throw HostError(L"cannot read standard input to its end");
     return bytes;
 }
 
@@ -60,15 +74,23 @@ std::wstring Decode(std::string_view bytes, const std::wstring& path) {
                     L"); save it as UTF-8 or name its code page");
 }
 
-} // namespace
-
-std::wstring ReadTextFile(const std::wstring& path, std::optional<unsigned> codePage) {
-    const std::string bytes = ReadBytes(path);
+std::wstring TextOf(const std::string& bytes, const std::wstring& path, std::optional<unsigned> codePage) {
     if (!codePage) return Decode(bytes, path);
     constexpr unsigned utf8 = 65001;
     if (*codePage == utf8) return Decode(bytes, path); // its byte order mark is none of the text
     if (auto text = FromCodePage(bytes, *codePage)) return *std::move(text);
     throw HostError(L"\"" + path + L"\" is not in code page " + std::to_wstring(*codePage));
+}
+
+} // namespace
+
+std::wstring ReadTextFile(const std::wstring& path, std::optional<unsigned> codePage) {
+    return TextOf(ReadBytes(path), path, codePage);
+}
+
+std::wstring ReadTextInput(const std::wstring& path, std::optional<unsigned> codePage) {
+    if (path != L"-") return ReadTextFile(path, codePage);
+    return TextOf(ReadStandardInput(), L"standard input", codePage);
 }
 
 std::wstring ReadDefinitionFile(const std::wstring& path) {
@@ -84,14 +106,9 @@ std::wstring ReadDefinitionFile(const std::wstring& path) {
 }
 
 void WriteTextFile(const std::wstring& path, const std::wstring& text) {
-    const std::wstring beside = path + L".new";
-    std::ofstream file(std::filesystem::path(beside), std::ios::binary | std::ios::trunc);
-    const std::string bytes = ToUtf8(text);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (file && MoveFileExW(beside.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING) != 0) return;
-    DeleteFileW(beside.c_str());
-    throw HostError(L"cannot write \"" + path + L"\"; check the path, the right to write and the space left");
+    NewFile file(path);
+    file.Write(text);
+    file.Keep();
 }
 
 } // namespace hosts

@@ -10,6 +10,9 @@ namespace hosts {
 // Fails with HostError on a file that cannot be read or is in another encoding, with the number of the first bad line.
 [[nodiscard]] std::wstring ReadTextFile(const std::wstring& path, std::optional<unsigned> codePage = std::nullopt);
 
+// The same, where "-" names standard input.
+[[nodiscard]] std::wstring ReadTextInput(const std::wstring& path, std::optional<unsigned> codePage = std::nullopt);
+
 // The text of a rule's definition in a file: line ends of any kind become the carriage returns that the component
 // separates lines with, and those at the end of the file go. Fails as ReadTextFile.
 [[nodiscard]] std::wstring ReadDefinitionFile(const std::wstring& path);

@@ -1,5 +1,6 @@
 // adopt: codes that were issued elsewhere
 #include <algorithm>
+#include <filesystem>
 #include <set>
 
 #include "hosts/common/Console.h"
@@ -15,6 +16,24 @@
 namespace ledger {
 
 namespace {
+
+// One word names a file where there is such a file, or where a column is named.
+bool NamesFile(const AdoptOptions& options) {
+    if (options.what.size() != 1) return false;
+    const std::wstring& word = options.what.front();
+    std::error_code error;
+    return word == L"-" || !options.column.empty() || std::filesystem::exists(word, error);
+}
+
+hosts::CsvTable TableOf(const AdoptOptions& options) {
+    if (NamesFile(options))
+        return hosts::ParseCsv(hosts::ReadTextInput(options.what.front(), options.codePage), options.separator);
+    if (!options.column.empty()) throw hosts::HostError(L"--column is for a file; name one file, or codes without it");
+    hosts::CsvTable table{{L"Code"}, {}};
+    for (const std::wstring& code : options.what)
+        table.records.push_back({table.records.size() + 1, {code}});
+    return table;
+}
 
 std::size_t CodeColumn(const hosts::CsvTable& table, const std::wstring& name) {
     if (name.empty()) return 0;
@@ -65,8 +84,7 @@ void Print(const Session& session, const AdoptionFinding& finding) {
 int AdoptCodes(Session& session, const AdoptOptions& options) {
     const StoredRule rule = ResolveRule(session, options.rule);
     CodeMaker maker(rule.definition.text);
-    const hosts::CsvTable table =
-        hosts::ParseCsv(hosts::ReadTextFile(options.file, options.codePage), options.separator);
+    const hosts::CsvTable table = TableOf(options);
     const std::size_t column = CodeColumn(table, options.column);
     CheckRecords(table);
     const std::vector<ForeignCode> codes = CodesOf(table, column);
@@ -77,6 +95,8 @@ int AdoptCodes(Session& session, const AdoptOptions& options) {
         Print(session, finding);
     const std::int64_t adopted = CountOf(findings, L"adopted");
     const std::int64_t foreign = CountOf(findings, L"foreign");
+    if (foreign > 0 && options.what.size() == 1 && !NamesFile(options))
+        session.output.Note(L"there is no file \"" + options.what.front() + L"\" either");
     const std::int64_t duplicate = CountOf(findings, L"duplicate");
     session.output.Line(std::to_wstring(adopted) + L" codes adopted, " + std::to_wstring(foreign) + L" foreign, " +
                             std::to_wstring(duplicate) + L" duplicate",

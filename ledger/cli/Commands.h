@@ -50,7 +50,8 @@ struct ExportOptions {
 
 struct IssueOptions {
     std::wstring rule;
-    std::wstring file;                // of the records; empty: one record from `fields`
+    std::wstring file;                // of the records, "-" for standard input; empty: one record from `fields`
+    std::size_t count = 1;            // codes for that one record
     std::vector<std::wstring> fields; // Name=Value
     wchar_t separator = L',';
     std::optional<unsigned> codePage;
@@ -58,6 +59,8 @@ struct IssueOptions {
     std::wstring key;        // of the one record of `fields`; empty: none was given
     std::wstring keyColumn;  // of the file; empty: none was given
     std::wstring dateFormat; // of the records; empty: ISO 8601
+    bool dryRun = false;     // tell what would be issued, and store nothing
+    bool quiet = false;      // the codes alone
 };
 
 struct FindOptions {
@@ -85,7 +88,7 @@ struct CodeOptions {
 
 struct AdoptOptions {
     std::wstring rule;
-    std::wstring file;
+    std::vector<std::wstring> what; // the codes, or one file of them, or "-" for standard input
     std::wstring column; // with the codes; empty: the first one
     wchar_t separator = L',';
     std::optional<unsigned> codePage;

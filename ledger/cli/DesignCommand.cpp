@@ -1,4 +1,6 @@
 // rule design, and rule new without a pattern: the component's own designer
+#include <windows.h>
+
 #include "hosts/common/Console.h"
 #include "hosts/common/Text.h"
 #include "ledger/cli/Commands.h"
@@ -14,6 +16,19 @@ namespace {
 constexpr DISPID SaveEvent = 1;
 constexpr DISPID AddFieldEvent = 5;
 constexpr DISPID GetSettingsEvent = 12;
+
+// Whether windows can be opened here: a service has no desktop that anybody sees, and a system may have no display at
+// all.
+bool HasDisplay() {
+    USEROBJECTFLAGS flags{};
+    const bool known =
+        GetUserObjectInformationW(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags, nullptr) != 0;
+    if (known && (flags.dwFlags & WSF_VISIBLE) == 0) return false;
+    const HWND probe = CreateWindowExW(0, L"STATIC", nullptr, WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    if (probe == nullptr) return false;
+    DestroyWindow(probe);
+    return true;
+}
 
 class Designer {
   public:
@@ -38,6 +53,9 @@ class Designer {
     }
 
     int Show() {
+        if (!HasDisplay())
+            throw hosts::HostError(L"there is no display to open the designer on; use \"kledger rule export\" and "
+                                   L"\"kledger rule import\", or start it where windows can be shown");
         mvarRule.Component().Put(L"Name", hosts::Variant(mvarChange.name));
         // As the component writes it: a text from elsewhere says the same in other words, and nobody changed anything.
         mvarHeld = mvarRule.Definition();

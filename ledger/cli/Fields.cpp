@@ -27,7 +27,12 @@ FieldValues ParseFields(const CodeMaker& maker, const std::vector<std::wstring>&
         const std::wstring name = text.substr(0, equals);
         if (!maker.Rule().Knows(name))
             throw HostError(L"the rule has no field or macro \"" + name + L"\"; it has: " + KnownNames(maker));
-        values.emplace_back(name, text.substr(equals + 1));
+        const std::wstring value = text.substr(equals + 1);
+        if (const auto before = std::ranges::find(values, name, &FieldValues::value_type::first);
+            before != values.end())
+            throw HostError(L"field \"" + name + L"\" is given twice, as \"" + before->second + L"\" and as \"" +
+                            value + L"\"; give it once");
+        values.emplace_back(name, value);
     }
     return values;
 }

@@ -10,7 +10,8 @@
 
 namespace ledger {
 
-// "Name=Value" texts. Fails with HostError on a text without "=" and on a name that the rule does not know.
+// "Name=Value" texts. Fails with HostError on a text without "=", on a name that the rule does not know and on one
+// that comes twice.
 [[nodiscard]] FieldValues ParseFields(const CodeMaker& maker, const std::vector<std::wstring>& texts);
 
 // Fails with HostError when a column is no field or macro of the rule (unless others are kept), or none is.

@@ -8,9 +8,10 @@
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
 #include "ledger/cli/Fields.h"
+#include "ledger/cli/PlainList.h"
 #include "ledger/cli/Progress.h"
 #include "ledger/cli/StopSignal.h"
-#include "ledger/core/Issuer.h"
+#include "ledger/core/DryIssuer.h"
 #include "ledger/core/Json.h"
 #include "ledger/core/Stamp.h"
 
@@ -71,10 +72,31 @@ Line LineOf(const hosts::CsvTable& table, const hosts::CsvRecord& record, const 
     return line;
 }
 
+std::vector<Line> Repeated(const Line& line, std::size_t count) {
+    std::vector<Line> lines(count, line);
+    for (std::size_t at = 0; at < count; ++at)
+        lines[at].number = at + 1;
+    return lines;
+}
+
+// What stands in the lines of a list is kept with their codes.
+std::vector<Line> PlainLines(const std::wstring& text, const FieldValues& given) {
+    std::vector<Line> lines;
+    for (const auto& [number, entry] : EntriesOf(text)) {
+        Line line{number, given, {}, false, {}};
+        line.values.emplace_back(EntryName, entry);
+        if (!hosts::IsWhole(entry)) line.refusal = L"the line has a NUL or half a surrogate pair in it";
+        lines.push_back(std::move(line));
+    }
+    return lines;
+}
+
 std::vector<Line> ReadLines(const CodeMaker& maker, const IssueOptions& options) {
-    if (options.file.empty()) return {OneLine(maker, options)};
-    const hosts::CsvTable table =
-        hosts::ParseCsv(hosts::ReadTextFile(options.file, options.codePage), options.separator);
+    if (options.file.empty()) return Repeated(OneLine(maker, options), options.count);
+    const std::wstring text = hosts::ReadTextInput(options.file, options.codePage);
+    if (options.keyColumn.empty() && !options.keepOtherColumns && IsPlainList(maker, text, options))
+        return PlainLines(text, ParseFields(maker, options.fields));
+    const hosts::CsvTable table = hosts::ParseCsv(text, options.separator);
     if (!options.keyColumn.empty() && std::ranges::find(table.columns, options.keyColumn) == table.columns.end())
         throw hosts::HostError(L"the file has no column \"" + options.keyColumn + L"\"; check --key-column");
     CheckColumns(maker, WithoutKey(table.columns, options.keyColumn), options.keepOtherColumns);
@@ -88,12 +110,12 @@ std::vector<Line> ReadLines(const CodeMaker& maker, const IssueOptions& options)
 // Issues the lines and shows what became of each; what is stored and could not be shown is named at the end.
 class Run {
   public:
-    Run(Session& session, const CodeMaker& maker, Issuer& issuer, std::vector<Line>& lines)
-        : mvarSession(session), mvarMaker(maker), mvarIssuer(issuer), mvarLines(lines) {}
+    Run(Session& session, const CodeMaker& maker, Issuer& issuer, std::vector<Line>& lines, const IssueOptions& options)
+        : mvarSession(session), mvarMaker(maker), mvarIssuer(issuer), mvarLines(lines), mvarOptions(options) {}
 
     void Issue() {
-        Progress progress(mvarLines.size());
-        for (std::size_t begin = 0; begin < mvarLines.size() && !WasStopped();) {
+        Progress progress(mvarOptions.quiet ? 0 : mvarLines.size());
+        for (std::size_t begin = 0; begin < mvarLines.size() && !WasStopped() && !IsFutile();) {
             const std::size_t end = std::min(begin + mvarIssuer.BatchSize(), mvarLines.size());
             const std::vector<Outcome> outcomes = IssueBatch(begin, end);
             Show(begin, outcomes);
@@ -105,6 +127,9 @@ class Run {
 
     [[nodiscard]] const Totals& Counted() const noexcept { return mvarTotals; }
     [[nodiscard]] bool IsWhole() const noexcept { return mvarDone == mvarLines.size(); }
+    // The one record that wants so many codes was refused, and would be again.
+    [[nodiscard]] bool IsFutile() const noexcept { return mvarOptions.count > 1 && mvarTotals.refused > 0; }
+    [[nodiscard]] std::size_t Left() const noexcept { return mvarLines.size() - mvarDone; }
 
   private:
     std::vector<Outcome> IssueBatch(std::size_t begin, std::size_t end) {
@@ -164,13 +189,14 @@ class Run {
         ++mvarTotals.issued;
         if (outcome.before) ++mvarTotals.before;
         std::wstring plain = hosts::Shown(outcome.code);
-        for (const auto& [name, value] : line.values)
+        for (const auto& [name, value] : mvarOptions.quiet ? FieldValues() : line.values)
             plain += L'\t' + hosts::Shown(value);
         Json json = {{"code", ToJson(outcome.code)}, {"line", line.number}, {"fields", ToJson(line.values)}};
         if (line.isGiven) json["key"] = ToJson(line.key);
         if (outcome.before) json["before"] = true;
+        if (mvarOptions.dryRun) json["dryRun"] = true;
         mvarSession.output.Line(plain, json);
-        if (outcome.before && !mvarSession.output.IsJson())
+        if (outcome.before && !mvarSession.output.IsJson() && !mvarOptions.quiet)
             hosts::ReportLine(L"line " + std::to_wstring(line.number) + L": code " + hosts::Shown(outcome.code) +
                               L" was issued before for key \"" + line.key + L"\"");
     }
@@ -187,6 +213,7 @@ class Run {
     const CodeMaker& mvarMaker;
     Issuer& mvarIssuer;
     std::vector<Line>& mvarLines;
+    const IssueOptions& mvarOptions;
     Totals mvarTotals;
     std::size_t mvarDone = 0; // lines, those refused included
 };
@@ -208,7 +235,10 @@ class Finisher {
     Issuer& mvarIssuer;
 };
 
-void PrintSummary(const Session& session, const Totals& totals, double seconds) {
+void PrintSummary(const Session& session, const IssueOptions& options, const Totals& totals, double seconds) {
+    if (options.quiet) return;
+    if (options.dryRun) session.output.Note(L"a dry run: nothing was stored");
+    if (options.file.empty() && options.count == 1) return;
     const auto perSecond = static_cast<std::size_t>(static_cast<double>(totals.issued) / std::max(seconds, 0.001));
     session.output.Note(
         std::to_wstring(totals.issued) + L" codes issued" +
@@ -234,23 +264,30 @@ int IssueCodes(Session& session, const IssueOptions& options) {
         throw hosts::HostError(L"--key is for one record; name the column with the keys of a file with --key-column");
     if (!options.keyColumn.empty() && options.file.empty())
         throw hosts::HostError(L"--key-column is for a file; give the key of one record with --key");
+    if (options.count > 1 && (!options.file.empty() || !options.key.empty()))
+        throw hosts::HostError(
+            L"--count is for codes of one record without a key: a key has one code, and a file has a "
+            L"record for each");
     const StoredRule rule = ResolveRule(session, options.rule);
     CodeMaker maker(rule.definition.text);
     UseDateFormat(maker, options.dateFormat);
     std::vector<Line> lines = ReadLines(maker, options);
-    if (rule.policy == Policy::Gapless) WarnOfLostCommits(session);
-    const auto issuer = MakeIssuer({session.database, rule, maker, session.patience});
+    if (rule.policy == Policy::Gapless && !options.dryRun) WarnOfLostCommits(session);
+    const Workplace workplace{session.database, rule, maker, session.patience};
+    const std::unique_ptr<Issuer> issuer =
+        options.dryRun ? std::make_unique<DryIssuer>(workplace) : MakeIssuer(workplace);
     const StopSignal signal;
     const auto begin = std::chrono::steady_clock::now();
-    Run run(session, maker, *issuer, lines);
+    Run run(session, maker, *issuer, lines, options);
     {
         const Finisher finisher(*issuer);
         run.Issue();
     }
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
     const Totals& totals = run.Counted();
-    if (!options.file.empty()) PrintSummary(session, totals, seconds.count());
-    if (!run.IsWhole()) {
+    PrintSummary(session, options, totals, seconds.count());
+    if (run.IsFutile() && !run.IsWhole()) hosts::ReportLine(std::to_wstring(run.Left()) + L" more were not tried");
+    if (!run.IsWhole() && !run.IsFutile()) {
         hosts::ReportLine(
             L"kledger: stopped; everything that was stored is shown, and the records after it are not issued");
         return ExitStopped;

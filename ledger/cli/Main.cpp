@@ -11,8 +11,9 @@ namespace {
 int RunCommand(const ledger::Invocation& invocation) {
     const hosts::Apartment apartment;
     const ledger::Patience patience(invocation.patience);
-    const std::unique_ptr<ledger::Database> database = ledger::OpenDatabase(invocation.database, patience);
-    if (!invocation.anySchema) ledger::PrepareSchema(*database, patience);
+    const std::unique_ptr<ledger::Database> database =
+        ledger::OpenDatabase(invocation.database, patience, invocation.ifNone);
+    if (!invocation.anySchema) ledger::PrepareSchema(*database, patience, invocation.ifNone);
     ledger::Session session{*database, patience, ledger::Output(invocation.json)};
     return invocation.command(session);
 }

@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <memory>
 
+#include "KestrelVersion.h"
 #include "hosts/common/Console.h"
 #include "hosts/common/Text.h"
 #include "hosts/common/Utf8.h"
+#include "ledger/cli/CodesCommand.h"
 #include "ledger/cli/ExitCode.h"
+#include "ledger/cli/Suggestions.h"
 
 namespace ledger {
 
@@ -89,7 +92,9 @@ class Parser {
         mvarApp.fallthrough();
         mvarApp.allow_windows_style_options(false); // a path may begin with "/"
         AddText(&mvarApp, "-d,--database", mvarInvocation.database,
-                "an SQLite file, made on first use (ledger.db), or an ODBC connection string");
+                "an SQLite file (ledger.db), or an ODBC connection string; issue, adopt, rule new and rule import make "
+                "a ledger where there is none");
+        mvarApp.set_version_flag("--version", "kledger " KESTREL_VERSION);
         mvarApp.get_option("--database")->envname("KLEDGER_DATABASE");
         mvarApp.add_flag("--json", mvarInvocation.json, "print one JSON object a line");
         mvarApp
@@ -98,6 +103,7 @@ class Parser {
         AddRuleCommands();
         AddIssue();
         AddCodeCommands();
+        AddCodesCommands();
         AddAdopt();
         AddAudit();
         AddCare();
@@ -117,12 +123,18 @@ class Parser {
         } catch (const CLI::ParseError& error) {
             mvarInvocation.command = nullptr;
             mvarInvocation.exitCode = ExitUsage;
-            hosts::ReportLine(L"kledger: " + hosts::OneLine(Wide(error.what())) + L"; try kledger --help");
+            const std::wstring unknown = UnknownArgument(mvarApp);
+            hosts::ReportLine(L"kledger: " + (unknown.empty() ? hosts::OneLine(Wide(error.what())) : unknown) +
+                              L"; try kledger --help");
         }
         return mvarInvocation;
     }
 
   private:
+    void MakesLedger(CLI::App* command) {
+        command->parse_complete_callback([this] { mvarInvocation.ifNone = IfNone::Make; });
+    }
+
     // "--name=" has an empty value; the library would take the next argument for it.
     static std::vector<std::string> WholeArguments(std::string argument) {
         const bool isEmpty =
@@ -151,6 +163,7 @@ class Parser {
         const auto import = std::make_shared<ImportOptions>();
         CLI::App* command =
             Add<ImportOptions>(*rule, "import", "store a rule, or a new definition of it", ImportRule, import);
+        MakesLedger(command);
         AddText(command, "file", import->file, "the rule's definition text", true);
         AddText(command, "--name", import->name, "the rule's name (the file's name without its extension)");
         AddPolicy(command, import->policy, import->leaseSize);
@@ -212,9 +225,12 @@ class Parser {
     void AddIssue() {
         const auto options = std::make_shared<IssueOptions>();
         CLI::App* command = Add<IssueOptions>(mvarApp, "issue", "issue codes and store them", IssueCodes, options);
-        AddText(
-            command, "file", options->file,
-            "CSV: the first line names the fields, each further one is a record; without it --field makes one record");
+        command->parse_complete_callback(
+            [this, options] { mvarInvocation.ifNone = options->dryRun ? IfNone::Refuse : IfNone::Make; });
+        AddText(command, "file", options->file,
+                "CSV: the first line names the fields, each further one is a record; - is standard input. A file "
+                "without such "
+                "columns is a list, and each of its lines gets a code. Without a file --field makes one record");
         AddRule(command, options->rule);
         AddFields(command, options->fields);
         AddDateFormat(command, options->dateFormat);
@@ -224,6 +240,10 @@ class Parser {
         AddText(command, "--key", options->key,
                 "what makes the record the same request: the same key gets the same code, whenever it is asked again");
         AddText(command, "--key-column", options->keyColumn, "the column of the file with such keys");
+        command->add_option("-n,--count", options->count, "how many codes for the one record (1)")
+            ->check(CLI::Range(1, 1'000'000));
+        command->add_flag("--dry-run", options->dryRun, "store nothing, and show what would be issued and refused");
+        command->add_flag("-q,--quiet", options->quiet, "show the codes alone, without fields, progress and summary");
     }
 
     void AddCodeCommands() {
@@ -251,11 +271,45 @@ class Parser {
         AddRule(command, found->rule);
     }
 
+    CLI::App* AddWish(CLI::App& parent, const std::string& name, const std::string& help, Command<CodesOptions> run,
+                      const std::shared_ptr<CodesOptions>& options) {
+        CLI::App* command = Add<CodesOptions>(parent, name, help, run, options);
+        CodeWish& wish = options->wish;
+        AddText(command, "-r,--rule", wish.rule, "those of one rule");
+        AddText(command, "--series", wish.series, "those numbered in a series, as audit names it");
+        AddText(command, "--state", wish.state, "issued, adopted or void");
+        AddText(command, "--since", wish.since, "stored at that time (UTC) or later: 2024, 2024-05, 2024-05-31, ...");
+        AddText(command, "--until", wish.until, "stored before the end of that time (UTC)");
+        AddText(command, "--ticket", wish.ticket, "the one with that key or ticket");
+        AddFields(command, options->fields);
+        return command;
+    }
+
+    void AddCodesCommands() {
+        CLI::App* codes = mvarApp.add_subcommand("codes", "look at the codes that there are");
+        codes->require_subcommand(1);
+        codes->fallthrough();
+        AddWish(*codes, "list", "show codes, in the order of rules and codes", ListCodes,
+                std::make_shared<CodesOptions>());
+        const auto found = std::make_shared<CodesOptions>();
+        CLI::App* command = AddWish(*codes, "find", "show the codes that fit a pattern", FindCodes, found);
+        AddText(command, "pattern", found->wish.pattern, "of the code: * stands for any characters, ? for one", true);
+        const auto exported = std::make_shared<CodesOptions>();
+        command = AddWish(*codes, "export", "print codes as CSV, or with --json as JSON", ExportCodes, exported);
+        AddText(command, "--out", exported->file, "a file instead of standard output");
+    }
+
     void AddAdopt() {
         const auto options = std::make_shared<AdoptOptions>();
         CLI::App* command =
             Add<AdoptOptions>(mvarApp, "adopt", "take over codes that were issued elsewhere", AdoptCodes, options);
-        AddText(command, "file", options->file, "CSV with a column of codes", true);
+        MakesLedger(command);
+        command
+            ->add_option_function<std::vector<std::string>>(
+                "what", [options](const std::vector<std::string>& texts) { options->what = Wide(texts); },
+                "the codes; or a file, CSV with a column of codes; - is standard input")
+            ->required()
+            ->type_name("CODE... | FILE");
         AddText(command, "--column", options->column, "the column with the codes (the first one)");
         AddRule(command, options->rule);
         AddFileFormat(command, options->separator, options->codePage);

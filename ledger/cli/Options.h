@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ledger/cli/Commands.h"
+#include "ledger/db/Open.h"
 
 namespace ledger {
 
@@ -14,6 +15,7 @@ struct Invocation {
     std::wstring database = L"ledger.db";
     bool json = false;
     std::chrono::milliseconds patience{30'000};
+    IfNone ifNone = IfNone::Refuse;       // whether the command makes a ledger where there is none
     bool anySchema = false;               // the command works on tables of an older version as well
     std::function<int(Session&)> command; // none when there is nothing to do but to end with exitCode
     int exitCode = 0;

@@ -43,10 +43,12 @@ const wchar_t* const Tables[] = {
     L"CREATE TABLE IF NOT EXISTS kestrel_schema (version BIGINT NOT NULL PRIMARY KEY)",
 };
 
-bool MakeTablesWhereNoneAre(Database& database) {
+bool MakeTablesWhereNoneAre(Database& database, IfNone ifNone) {
     if (StoredVersion(database) > 0) return false;
     if (database.IsForeign())
         throw hosts::HostError(L"the file is a database of something else, not a ledger; name another with --database");
+    if (ifNone == IfNone::Refuse)
+        throw hosts::HostError(std::wstring(L"there is no ledger in this database; ") + HowToMakeOne);
     MakeTables(database);
     return true;
 }
@@ -66,12 +68,15 @@ void MakeTables(Database& database) {
     database.Prepare(L"INSERT INTO kestrel_schema (version) VALUES (?)").Set(SchemaVersion).Execute();
 }
 
-void PrepareSchema(Database& database, Patience patience) {
+void PrepareSchema(Database& database, Patience patience, IfNone ifNone) {
     const auto look = [&database] { return StoredVersion(database); };
     std::int64_t stored = InSnapshot(database, patience, look);
     if (stored == 0) {
         // Two programs that make the tables at once collide on a key of the catalogue or of the version.
-        InTransaction(database, patience, OnUniqueKey::Retry, [&database] { return MakeTablesWhereNoneAre(database); });
+        // Whoever only looks may be on a server that takes no changes.
+        const Access access = ifNone == IfNone::Make ? Access::Write : Access::Read;
+        InTransaction(database, patience, OnUniqueKey::Retry, access,
+                      [&] { return MakeTablesWhereNoneAre(database, ifNone); });
         stored = InSnapshot(database, patience, look);
     }
     if (stored > SchemaVersion)

@@ -24,13 +24,13 @@
 //                        rules the numbering has
 #pragma once
 
-#include "ledger/db/Transaction.h"
+#include "ledger/db/Open.h"
 
 namespace ledger {
 
-// Makes the tables in an empty database; fails with HostError, and changes nothing, on those of another version and on
-// a file of something else.
-void PrepareSchema(Database& database, Patience patience);
+// Makes the tables in an empty database, if it may; fails with HostError, and changes nothing, if not, on those of
+// another version and on a file of something else.
+void PrepareSchema(Database& database, Patience patience, IfNone ifNone = IfNone::Make);
 
 // Within the caller's transaction: makes the tables, and tells the version of those that there are (0: none).
 void MakeTables(Database& database);

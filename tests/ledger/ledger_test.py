@@ -9,7 +9,7 @@ from windows_program import path, run
 
 COMMANDS = (["rule"], ["rule", "import"], ["rule", "export"], ["rule", "list"], ["issue"], ["preview"], ["explain"],
             ["adopt"], ["audit"], ["void"], ["design"], ["find"], ["rule", "history"], ["lease"], ["lease", "close"], ["doctor"],
-            ["upgrade"])
+            ["upgrade"], ["codes"], ["codes", "list"], ["codes", "find"], ["codes", "export"])
 
 
 class LedgerTests:

@@ -1,0 +1,49 @@
+#include "ledger/core/DryIssuer.h"
+
+namespace ledger {
+
+std::vector<Outcome> DryIssuer::Issue(std::span<const Request> requests, std::size_t) {
+    State after = mvarState;
+    auto outcomes = InSnapshot(mvarWorkplace.database, mvarWorkplace.patience, [&] {
+        after = mvarState; // the attempt before may have come some way
+        mvarForecast.GoOnFrom(after.place);
+        std::vector<Outcome> answers;
+        for (const Request& request : requests) {
+            try {
+                answers.push_back(Answer(after, request));
+            } catch (const hosts::RecordError& error) {
+                answers.push_back({{}, error.Message(), false});
+            }
+        }
+        after.place = mvarForecast.Reached();
+        return answers;
+    });
+    mvarState = std::move(after);
+    return outcomes;
+}
+
+std::optional<CodeRow> DryIssuer::OfTicket(const State& state, const Request& request) {
+    if (!request.isGiven) return std::nullopt;
+    const auto known = state.byTicket.find(request.ticket);
+    return known != state.byTicket.end() ? known->second : mvarCodes.OfTicket(request.ticket);
+}
+
+Outcome DryIssuer::Answer(State& state, const Request& request) {
+    if (const auto stored = OfTicket(state, request)) return OutcomeOf(*stored, request, true);
+    const MadeCode made = mvarForecast.Next(request.values);
+    RefuseRepeated(state, made.code);
+    if (request.isGiven) {
+        CodeRow row;
+        row.code = made.code;
+        row.fields = request.fields;
+        state.byTicket[request.ticket] = std::move(row);
+    }
+    return {made.code, {}, false};
+}
+
+void DryIssuer::RefuseRepeated(State& state, const std::wstring& code) {
+    const bool isNew = !mvarWorkplace.maker.NumberBands().empty() || state.made.insert(code).second;
+    if (!isNew || mvarCodes.Find(code)) throw hosts::RecordError(L"code " + code + L" is issued already");
+}
+
+} // namespace ledger
