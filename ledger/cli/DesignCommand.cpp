@@ -101,7 +101,8 @@ class Designer {
         try {
             CodeMaker maker(definition);
             mvarChange.definition = definition;
-            mvarChange.revision = ChangeRule(mvarSession.database, mvarSession.patience, mvarChange, maker).rule.revision;
+            mvarChange.revision =
+                ChangeRule(mvarSession.database, mvarSession.patience, mvarChange, maker).rule.revision;
             return true;
         } catch (const hosts::HostError& error) {
             hosts::ReportLine(L"not saved: " + hosts::OneLine(error.Message()));

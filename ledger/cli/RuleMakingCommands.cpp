@@ -117,9 +117,9 @@ Json ToJson(const std::vector<std::wstring>& texts) {
 }
 
 Json RowJson(const BandRow& row) {
-    return {{"band", ledger::ToJson(row.name)},     {"style", ledger::ToJson(row.style)},
-            {"length", ledger::ToJson(row.length)}, {"from", ledger::ToJson(row.from)},
-            {"format", ledger::ToJson(row.format)}, {"range", ledger::ToJson(row.range)},
+    return {{"band", ledger::ToJson(row.name)},      {"style", ledger::ToJson(row.style)},
+            {"length", ledger::ToJson(row.length)},  {"from", ledger::ToJson(row.from)},
+            {"format", ledger::ToJson(row.format)},  {"range", ledger::ToJson(row.range)},
             {"tracks", ledger::ToJson(row.tracked)}, {"codes", ledger::ToJson(row.codes)}};
 }
 
@@ -133,7 +133,7 @@ void PrintTable(const std::vector<BandRow>& rows) {
 }
 
 // As they stand behind "rule new".
-std::wstring OptionsText(const RuleSettings& settings) {
+std::wstring OptionsText(const PatternSettings& settings) {
     std::wstring text;
     if (settings.capitals) text += L" --capitals";
     if (settings.yearBegins != 1) text += L" --year-begins " + std::to_wstring(settings.yearBegins);

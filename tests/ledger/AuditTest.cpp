@@ -124,7 +124,7 @@ class AuditTest : public testing::Test {
 
     StoredRule Change(const std::wstring& name, const std::wstring& definition, Policy policy, std::int64_t lease) {
         ledger::CodeMaker maker(definition);
-        return ledger::ChangeRule(*mvarDatabase, Wait, {name, definition, policy, lease, std::nullopt}, maker).rule;
+        return ledger::ChangeRule(*mvarDatabase, Wait, {name, definition, policy, lease, {}, {}}, maker).rule;
     }
     void Issue(const StoredRule& rule, const std::vector<std::wstring>& years, bool finishes = true) {
         ledger::CodeMaker maker(rule.definition.text);

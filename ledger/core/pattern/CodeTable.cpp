@@ -105,12 +105,12 @@ class Reader {
         std::size_t& length = mvarRead.lengths[layer];
         if (length == 0) length = code.size();
         if (code.size() != length)
-            Fail(line, L"code \"" + code + L"\" has " + std::to_wstring(code.size()) + L" characters where those above have " +
-                           std::to_wstring(length));
+            Fail(line, L"code \"" + code + L"\" has " + std::to_wstring(code.size()) +
+                           L" characters where those above have " + std::to_wstring(length));
     }
 
-    std::size_t PlaceOf(std::size_t line, std::vector<Relation>& relations, Siblings& siblings, const std::wstring& code,
-                        const std::wstring& value, bool& isNew) const {
+    std::size_t PlaceOf(std::size_t line, std::vector<Relation>& relations, Siblings& siblings,
+                        const std::wstring& code, const std::wstring& value, bool& isNew) const {
         const auto known = siblings.codes.find(code);
         const auto meant = siblings.values.find(value);
         isNew = known == siblings.codes.end() && meant == siblings.values.end();
@@ -122,11 +122,11 @@ class Reader {
             return relations.size() - 1;
         }
         if (known == siblings.codes.end())
-            Fail(line, L"\"" + value + L"\" has code \"" + relations[meant->second].code + L"\" already, and \"" + code +
-                           L"\" here");
+            Fail(line, L"\"" + value + L"\" has code \"" + relations[meant->second].code + L"\" already, and \"" +
+                           code + L"\" here");
         if (relations[known->second].value != value)
-            Fail(line, L"code \"" + code + L"\" stands for \"" + relations[known->second].value + L"\" already, and for \"" +
-                           value + L"\" here");
+            Fail(line, L"code \"" + code + L"\" stands for \"" + relations[known->second].value +
+                           L"\" already, and for \"" + value + L"\" here");
         return known->second;
     }
 
@@ -153,7 +153,8 @@ class Writer {
 
     void Write(const std::vector<Relation>& relations, const std::wstring& before, std::size_t layer) {
         for (const Relation& relation : relations) {
-            const std::wstring line = before + (layer > 0 ? L"," : L"") + Cell(relation.code) + L"," + Cell(relation.value);
+            const std::wstring line =
+                before + (layer > 0 ? L"," : L"") + Cell(relation.code) + L"," + Cell(relation.value);
             if (relation.below.empty())
                 mvarText += line + std::wstring(2 * (mvarLayers - layer - 1), L',') + L"\n";
             else
@@ -169,7 +170,8 @@ class Writer {
 
 } // namespace
 
-CodeTable ReadCodeTable(const hosts::CsvTable& table, const std::wstring& file, const std::vector<std::wstring>& fields) {
+CodeTable ReadCodeTable(const hosts::CsvTable& table, const std::wstring& file,
+                        const std::vector<std::wstring>& fields) {
     return Reader(table, file, fields).Read();
 }
 

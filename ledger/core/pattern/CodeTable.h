@@ -2,8 +2,8 @@
 //
 // A layer is a column with the values, named like the layer's field, and a column with their codes, which has " code"
 // behind the name; without one the values are the codes. A file of two columns with other names is one layer: codes in
-// the first column, values in the second. In a file of several layers a line says what lies below what; where the cells of
-// deeper layers are empty, nothing does.
+// the first column, values in the second. In a file of several layers a line says what lies below what; where the cells
+// of deeper layers are empty, nothing does.
 #pragma once
 
 #include <functional>
@@ -35,6 +35,7 @@ using CodeFiles = std::function<hosts::CsvTable(const std::wstring& file)>;
                                       const std::vector<std::wstring>& fields);
 
 // The lines of a file that ReadCodeTable makes the same table of.
-[[nodiscard]] std::wstring WriteCodeTable(const std::vector<Relation>& relations, const std::vector<std::wstring>& fields);
+[[nodiscard]] std::wstring WriteCodeTable(const std::vector<Relation>& relations,
+                                          const std::vector<std::wstring>& fields);
 
 } // namespace ledger

@@ -67,8 +67,8 @@ class Items {
   private:
     void AddMacro(const PatternPart& part, const std::wstring& formula) {
         if (mvarFields.contains(part.text))
-            throw PatternError(part.position, L"\"" + part.text +
-                                                  L"\" is a field already; give the macro or formula another name");
+            throw PatternError(part.position,
+                               L"\"" + part.text + L"\" is a field already; give the macro or formula another name");
         const auto [known, isNew] = mvarFormulas.try_emplace(part.text, formula);
         if (!isNew && known->second != formula)
             throw PatternError(part.position,
@@ -176,9 +176,8 @@ class Tracking {
         std::wstring known;
         for (const PatternPart& part : mvarPattern)
             if (IsBound(part.kind)) known += (known.empty() ? L"" : L", ") + part.name;
-        throw PatternError(tracked.position,
-                           L"\"" + tracked.name + L"\" is no band or field of this pattern" +
-                               (known.empty() ? std::wstring() : L"; there are: " + known));
+        throw PatternError(tracked.position, L"\"" + tracked.name + L"\" is no band or field of this pattern" +
+                                                 (known.empty() ? std::wstring() : L"; there are: " + known));
     }
 
     static void Add(const PatternPart& part, PatternName name, std::vector<PatternName>& resolved) {

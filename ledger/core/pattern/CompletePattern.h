@@ -11,8 +11,8 @@ namespace ledger {
 // A number that does not say what it tracks tracks every field, macro and formula, except a formula that is computed
 // of a number. A tracked name is a band's, or a field's or macro's, which stands for all its bands.
 //
-// Fails with PatternError on names that are used twice, tracked names that are no band's, and layers that are not those of
-// one file from 1 on.
+// Fails with PatternError on names that are used twice, tracked names that are no band's, and layers that are not those
+// of one file from 1 on.
 void CompletePattern(Pattern& pattern);
 
 } // namespace ledger

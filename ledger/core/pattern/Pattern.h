@@ -38,8 +38,7 @@ using Pattern = std::vector<PatternPart>;
 // What is wrong with a pattern, and where.
 class PatternError final : public hosts::HostError {
   public:
-    PatternError(std::size_t position, std::wstring message)
-        : HostError(std::move(message)), mvarPosition(position) {}
+    PatternError(std::size_t position, std::wstring message) : HostError(std::move(message)), mvarPosition(position) {}
     [[nodiscard]] std::size_t Position() const noexcept { return mvarPosition; }
 
   private:

@@ -16,8 +16,8 @@
 //
 // Arguments stand apart by blanks and may be formulas themselves. A name, format or file is quoted, with quotes in it
 // doubled, where it holds what ends it otherwise: a brace, " as ", and for names : = / | , at any place, # or @ or = in
-// front; for formats : and =; for files | and a function's name and "(" in front. Blanks around all of these do not count.
-// Names hold no comma and no semicolon, formulas neither: a definition does not bring them back.
+// front; for formats : and =; for files | and a function's name and "(" in front. Blanks around all of these do not
+// count. Names hold no comma and no semicolon, formulas neither: a definition does not bring them back.
 
 #include "ledger/core/pattern/PatternText.h"
 
@@ -32,8 +32,8 @@ namespace ledger {
 namespace {
 
 constexpr std::size_t LongestPattern = 10'000;
-constexpr std::size_t LongestName = 120;   // as the tables of a ledger hold it
-constexpr std::size_t MostDigits = 18;     // what a ledger counts in
+constexpr std::size_t LongestName = 120; // as the tables of a ledger hold it
+constexpr std::size_t MostDigits = 18;   // what a ledger counts in
 constexpr std::size_t MostLengthDigits = 3;
 constexpr std::wstring_view As = L" as ";
 
@@ -155,7 +155,8 @@ class Reader {
 
     void ReadContent(PatternPart& part) {
         const wchar_t next = Peek();
-        if (next == L'}') Fail(mvarAt, L"a band is empty; write a field such as {Customer:4} or a number such as {####}");
+        if (next == L'}')
+            Fail(mvarAt, L"a band is empty; write a field such as {Customer:4} or a number such as {####}");
         if (next == L'#') return ReadNumber(part);
         if (IsCapital(next) && Peek(1) == L'.' && Peek(2) == L'.') return ReadLetter(part);
         if (next == L'=') return ReadFormula(part);
@@ -165,7 +166,8 @@ class Reader {
 
     [[noreturn]] void FailUnexpected() const {
         if (AtEnd()) Fail(mvarOpened, L"this brace is never closed; write }} at the end of a band, or {{ for a brace");
-        Fail(mvarAt, std::wstring(L"\"") + Peek() + L"\" is not expected here; a band ends with } or with \" as NAME}\"");
+        Fail(mvarAt,
+             std::wstring(L"\"") + Peek() + L"\" is not expected here; a band ends with } or with \" as NAME}\"");
     }
 
     void ReadNumber(PatternPart& part) {
@@ -173,8 +175,8 @@ class Reader {
         for (; Peek() == L'#'; ++mvarAt)
             ++part.length;
         if (part.length > MostDigits)
-            Fail(part.position, L"the number has " + std::to_wstring(part.length) + L" digits; a ledger counts in up to " +
-                                    std::to_wstring(MostDigits));
+            Fail(part.position, L"the number has " + std::to_wstring(part.length) +
+                                    L" digits; a ledger counts in up to " + std::to_wstring(MostDigits));
         part.first = L"1";
         if (Take(L':')) ReadRange(part);
         ReadTracks(part);
@@ -262,8 +264,7 @@ class Reader {
         part.text = ReadName();
         if (Peek() == L'/') Fail(mvarAt, L"only numbers and letters track bands, such as {###/Country}");
         if (AtFormula()) {
-            if (part.kind == PartKind::Macro)
-                Fail(part.position, L"a formula makes its macro itself; leave out the @");
+            if (part.kind == PartKind::Macro) Fail(part.position, L"a formula makes its macro itself; leave out the @");
             return ReadFormula(part);
         }
         ReadForm(part);
@@ -280,7 +281,8 @@ class Reader {
     // A formula begins with the name of a function and a bracket.
     [[nodiscard]] bool AtFormula() const {
         if (!IsNext(L'=')) return false;
-        const std::size_t begin = std::min(mvarText.find_first_not_of(L' ', mvarText.find(L'=', mvarAt) + 1), mvarText.size());
+        const std::size_t begin =
+            std::min(mvarText.find_first_not_of(L' ', mvarText.find(L'=', mvarAt) + 1), mvarText.size());
         std::size_t at = begin;
         while (at < mvarText.size() && IsNameOfFunction(mvarText[at]))
             ++at;
@@ -347,8 +349,8 @@ class Reader {
         part.length = FixedLengthOf(form).value_or(0);
         if (part.length > LongestPatternCode) Fail(position, L"the format writes more than a code holds");
         if (part.length == 0 && !IsNext(L'='))
-            Fail(position, L"how long the format \"" + form + L"\" writes a value is not the same for all: say it behind, as in " +
-                               form + L":9");
+            Fail(position, L"how long the format \"" + form +
+                               L"\" writes a value is not the same for all: say it behind, as in " + form + L":9");
     }
 
     static std::size_t LengthOf(const std::wstring& digits, std::size_t position) {
@@ -385,7 +387,8 @@ class Reader {
             Fail(position, L"the name has " + std::to_wstring(name.size()) + L" characters; a ledger keeps up to " +
                                std::to_wstring(LongestName));
         if (name.find_first_of(L",;") != std::wstring::npos)
-            Fail(position, L"the name \"" + name + L"\" holds a comma or semicolon, which a definition does not bring back");
+            Fail(position,
+                 L"the name \"" + name + L"\" holds a comma or semicolon, which a definition does not bring back");
         RefuseUnfit(name, position);
         return name;
     }
@@ -466,7 +469,8 @@ std::wstring NumberText(const PatternPart& part) {
 }
 
 std::wstring FormText(const PatternPart& part, std::optional<std::size_t> natural) {
-    if (part.format.empty()) return part.length == 0 || natural == part.length ? L"" : L":" + std::to_wstring(part.length);
+    if (part.format.empty())
+        return part.length == 0 || natural == part.length ? L"" : L":" + std::to_wstring(part.length);
     const std::wstring format = L":" + FormatText(part.format);
     if (part.length == 0 || FixedLengthOf(part.format) == part.length) return format;
     return format + L":" + std::to_wstring(part.length);
@@ -531,7 +535,12 @@ std::vector<std::wstring> CaretLines(std::wstring_view text, std::size_t positio
     const std::size_t begin = position > before ? position - before : 0;
     std::wstring line(text.substr(begin, width));
     // One character each, so that the mark stands where it belongs.
-    std::ranges::replace_if(line, [](wchar_t character) { return hosts::HasControl({&character, 1}); }, L'?');
+    std::ranges::replace_if(
+        line,
+        [](wchar_t character) {
+            return hosts::HasControl({&character, 1});
+        },
+        L'?');
     return {line, std::wstring(position - begin, L' ') + L"^"};
 }
 

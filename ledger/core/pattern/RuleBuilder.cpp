@@ -43,7 +43,7 @@ class Builder {
   public:
     Builder(const Pattern& pattern, const CodeFiles& files) : mvarPattern(pattern), mvarFiles(files) {}
 
-    std::wstring Build(const RuleSettings& settings) {
+    std::wstring Build(const PatternSettings& settings) {
         AllowEverything();
         ReadTables();
         for (const PatternPart& part : mvarPattern)
@@ -73,7 +73,7 @@ class Builder {
             Component().Put(right, Variant(true));
     }
 
-    void Set(const RuleSettings& settings) const {
+    void Set(const PatternSettings& settings) const {
         Component().Put(L"CodeUCased", Variant(settings.capitals));
         Component().Put(L"SeparaOfYear", Variant(settings.yearBegins));
         Component().Put(L"SeparaOfMonth", Variant(settings.monthBegins));
@@ -85,7 +85,8 @@ class Builder {
     void AddBand(const PatternPart& part) const {
         const Variant name(part.name);
         const Variant style(static_cast<long>(StyleOf(part.kind)));
-        const Variant swap = IsBound(part) ? Variant(part.file.empty() || part.layer > 0 ? NoSwap : SimpleSwap) : Missing();
+        const Variant swap =
+            IsBound(part) ? Variant(part.file.empty() || part.layer > 0 ? NoSwap : SimpleSwap) : Missing();
         const Variant begin = IsBound(part) ? Missing() : Variant(part.kind == PartKind::Text ? part.text : part.first);
         const Variant item = IsBound(part) ? Variant(Item(part).Raw()) : Missing();
         const bool isText = part.kind == PartKind::Text || part.kind == PartKind::Letter;
@@ -159,8 +160,10 @@ class Builder {
         if (part.file.empty()) return part.length;
         const std::size_t codes =
             part.layer > 0 ? mvarTree.lengths[part.layer - 1] : mvarTables.at(&part).lengths.front();
-        if (codes == 0) throw PatternError(part.position, part.file + L" has nothing in layer " + std::to_wstring(part.layer));
-        if (part.length == 0 || part.length == codes || !part.format.empty()) return part.length == 0 ? codes : part.length;
+        if (codes == 0)
+            throw PatternError(part.position, part.file + L" has nothing in layer " + std::to_wstring(part.layer));
+        if (part.length == 0 || part.length == codes || !part.format.empty())
+            return part.length == 0 ? codes : part.length;
         throw PatternError(part.position, L"the codes in " + part.file + L" have " + std::to_wstring(codes) +
                                               L" characters, " + std::to_wstring(part.length) + L" expected");
     }
@@ -169,7 +172,8 @@ class Builder {
     void Convert() const {
         for (const PatternPart* part : mvarLayers)
             Band(*part).Put(L"SwapMode", Variant(LayersSwap));
-        if (!mvarLayers.empty()) AddRelations(Component().Object(L"Relations"), mvarTree.relations, Missing(), Missing());
+        if (!mvarLayers.empty())
+            AddRelations(Component().Object(L"Relations"), mvarTree.relations, Missing(), Missing());
         for (const auto& [part, table] : mvarTables)
             AddRelations(Band(*part).Object(L"Relations"), table.relations, Missing(), Missing());
     }
@@ -194,7 +198,7 @@ class Builder {
 
 } // namespace
 
-std::wstring BuildDefinition(const Pattern& pattern, const RuleSettings& settings, const CodeFiles& files) {
+std::wstring BuildDefinition(const Pattern& pattern, const PatternSettings& settings, const CodeFiles& files) {
     return Builder(pattern, files).Build(settings);
 }
 

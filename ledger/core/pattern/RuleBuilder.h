@@ -9,17 +9,19 @@
 namespace ledger {
 
 // What a rule holds beside its bands.
-struct RuleSettings {
+struct PatternSettings {
     bool capitals = false;  // codes of conversions are put in capitals
     long yearBegins = 1;    // the month
     long monthBegins = 1;   // the day
     std::wstring dayBegins; // "HH:MM"; empty: at midnight
 
-    friend bool operator==(const RuleSettings&, const RuleSettings&) = default;
+    friend bool operator==(const PatternSettings&, const PatternSettings&) = default;
 };
 
-// The definition text of the rule; the pattern is complete. Whoever opens it in the designer may change all of it. Fails
-// with PatternError where the component refuses a band, with its message, and with what `files` and ReadCodeTable throw.
-[[nodiscard]] std::wstring BuildDefinition(const Pattern& pattern, const RuleSettings& settings, const CodeFiles& files);
+// The definition text of the rule; the pattern is complete. Whoever opens it in the designer may change all of it.
+// Fails with PatternError where the component refuses a band, with its message, and with what `files` and ReadCodeTable
+// throw.
+[[nodiscard]] std::wstring BuildDefinition(const Pattern& pattern, const PatternSettings& settings,
+                                           const CodeFiles& files);
 
 } // namespace ledger

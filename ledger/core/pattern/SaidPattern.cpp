@@ -26,7 +26,8 @@ std::vector<std::wstring> Split(const std::wstring& text, wchar_t separator) {
 }
 
 std::size_t NumberIn(const std::wstring& text) {
-    const bool isNumber = !text.empty() && text.size() < 10 && text.find_first_not_of(L"0123456789") == std::wstring::npos;
+    const bool isNumber =
+        !text.empty() && text.size() < 10 && text.find_first_not_of(L"0123456789") == std::wstring::npos;
     return isNumber ? std::stoul(text) : 0;
 }
 
@@ -110,7 +111,8 @@ class Held {
     }
 
     // The first thing that is not the same and is not to be passed over.
-    [[nodiscard]] std::wstring DifferenceTo(const Held& other, bool (*passesOver)(const DefinitionItem&, const Held&)) const {
+    [[nodiscard]] std::wstring DifferenceTo(const Held& other,
+                                            bool (*passesOver)(const DefinitionItem&, const Held&)) const {
         for (const auto& [place, item] : mvarItems)
             if (!passesOver(*item, *this) && Meaning(*item) != other.MeaningAt(place))
                 return NameOfItem(mvarText, *item) + L": the rule has \"" + item->value + L"\"";
@@ -120,7 +122,8 @@ class Held {
     [[nodiscard]] std::vector<std::wstring> NamesOfDifferences(const Held& other) const {
         std::vector<std::wstring> names;
         for (const auto& [place, item] : mvarItems)
-            if (Meaning(*item) != other.MeaningAt(place)) names.push_back(NameOfItem(mvarText, *item) + L" " + item->value);
+            if (Meaning(*item) != other.MeaningAt(place))
+                names.push_back(NameOfItem(mvarText, *item) + L" " + item->value);
         return names;
     }
 
@@ -202,8 +205,8 @@ class Speaker {
     void SayNumber(PatternPart& part, std::size_t band) const {
         part.kind = PartKind::Number;
         if (mvarHeld.Key(band, 4) != std::wstring(part.length, L'0'))
-            throw HostError(L"the number of band " + part.name + L" is written with the format \"" + mvarHeld.Key(band, 4) +
-                            L"\", and not with " + std::to_wstring(part.length) + L" digits");
+            throw HostError(L"the number of band " + part.name + L" is written with the format \"" +
+                            mvarHeld.Key(band, 4) + L"\", and not with " + std::to_wstring(part.length) + L" digits");
         part.first = mvarHeld.Key(band, 3).empty() ? mvarHeld.Key(band, 8) : mvarHeld.Key(band, 3);
         part.last = mvarHeld.Key(band, 9);
         SayTracked(part, band);
@@ -259,7 +262,10 @@ class Speaker {
     // A name that any system takes, which no other file has.
     [[nodiscard]] std::wstring FileFor(std::wstring name) const {
         std::ranges::replace_if(
-            name, [](wchar_t character) { return std::wstring_view(L"<>:\"/\\|?*{}()").find(character) != std::wstring::npos; },
+            name,
+            [](wchar_t character) {
+                return std::wstring_view(L"<>:\"/\\|?*{}()").find(character) != std::wstring::npos;
+            },
             L'_');
         std::wstring file = name + L".csv";
         for (std::size_t count = 2; mvarSaid.files.contains(file) || file == LayersFile; ++count)

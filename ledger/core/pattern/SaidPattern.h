@@ -12,10 +12,10 @@ namespace ledger {
 struct SaidPattern {
     std::wstring text; // empty: no pattern says the rule
     std::wstring why;  // none does
-    RuleSettings settings;
+    PatternSettings settings;
     std::map<std::wstring, std::wstring> files; // by the names that the pattern gives them: codes and values
-    std::vector<std::wstring> besides;          // what the rule holds that makes no difference to its codes, and the pattern
-                                                // does not say
+    std::vector<std::wstring> besides; // what the rule holds that makes no difference to its codes, and the pattern
+                                       // does not say
 };
 
 // The pattern was tried: the rule that it makes has the same definition, but for what `besides` names.
