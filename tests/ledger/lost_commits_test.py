@@ -67,6 +67,14 @@ class Commands(LostCommitsCase):
             self.assertEqual(self.count("journal", f"act = 'void' AND subject = '{code}'"), 1)
         self.assertEqual(self.done("audit")[-1], "3 codes, 0 findings")
 
+    def test_an_answer_that_never_comes_is_not_waited_for(self):
+        self.import_rule(rules.numbered())
+        begin = time.monotonic()
+        result = self.cut(Kind.SILENT, "issue", "--field", "Year=2024", patience=4)
+        self.assertEqual((result.returncode, result.stdout), (0, "2024-000001\t2024\n"), result.stderr)
+        self.assertLess(time.monotonic() - begin, 4 + 5, "its patience, and time to start")
+        self.assertEqual(self.codes(), ["2024-000001"])
+
     def test_an_adoption_is_ones_own(self):
         self.import_rule(rules.numbered())
         for number, kind in enumerate((Kind.BEFORE, Kind.AFTER, Kind.LATE)):
@@ -111,6 +119,52 @@ class Commands(LostCommitsCase):
             self.database.query("UPDATE kestrel_codes SET void_act = 0")
             self.assert_done(kind, "1 rows put right", "audit", "--repair")
         self.assertEqual(self.count("journal", "act = 'repair'"), 3)
+
+
+class SilentAfter(Proxy):
+    """Falls silent, for good, when it has passed so many frames on."""
+
+    def __init__(self, port, last):
+        self.last = last
+        super().__init__("postgres", port)
+
+    @property
+    def frames(self):
+        return self.passed
+
+    @frames.setter
+    def frames(self, passed):
+        self.passed = passed
+        self.mute = passed >= self.last
+
+
+class SilentServers(OnPostgres, LedgerCase):
+    MOMENTS = 8
+    PATIENCE = 2
+
+    def issuing(self, proxy):
+        name = self.server.connection_string(self.database.database, proxy.port)
+        return subprocess.Popen(command("kledger", ["--database", name, "--patience", self.PATIENCE, "issue", "--field",
+                                                    "Year=2024"]), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                stderr=subprocess.PIPE, encoding="utf-8")
+
+    def test_a_server_that_falls_silent_at_any_moment_is_given_up(self):
+        self.import_rule(rules.numbered())
+        with SilentAfter(self.server.port, last=1_000_000) as proxy, self.issuing(proxy) as program:
+            program.communicate(timeout=WITHIN)
+            self.assertEqual(program.returncode, 0)
+            frames = proxy.frames
+        moments = [1 + frames * moment // self.MOMENTS for moment in range(self.MOMENTS)]
+        proxies = [SilentAfter(self.server.port, last) for last in moments]
+        try:
+            for last, program in zip(moments, [self.issuing(proxy) for proxy in proxies]):
+                with program:
+                    output, error = program.communicate(timeout=WITHIN)
+                    self.assertEqual((program.returncode, output), (DATABASE_FAILED, ""), f"{last} of {frames}: {error}")
+                    self.assertIn("the database cannot be reached", error)
+        finally:
+            for proxy in proxies:
+                proxy.close()
 
 
 class OpenRequests(LostCommitsCase):

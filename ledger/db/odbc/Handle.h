@@ -23,6 +23,8 @@ class Handle {
     ~Handle();
 
     [[nodiscard]] SQLHANDLE Get() const noexcept { return mvarHandle; }
+    // Leaves the handle to the end of the process.
+    void Abandon() noexcept { mvarHandle = nullptr; }
     // Fails with DbError, made from the handle's first diagnostic record, unless the code is a success. The engine's
     // codes tell what it means; null where none is known yet.
     void Check(SQLRETURN code, const OdbcEngine* engine = nullptr) const;

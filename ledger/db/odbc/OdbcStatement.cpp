@@ -17,6 +17,22 @@ SQLWCHAR* Writable(const std::wstring& text) { return const_cast<SQLWCHAR*>(text
 
 OdbcStatement::OdbcStatement(OdbcSession& session, std::wstring sql)
     : mvarSession(session), mvarHandle(SQL_HANDLE_STMT, session.Connection()), mvarSql(std::move(sql)) {
+    try {
+        Prepare();
+    } catch (...) {
+        AbandonStuck();
+        throw;
+    }
+}
+
+OdbcStatement::~OdbcStatement() { AbandonStuck(); }
+
+// To free a handle is to wait for the call of its connection that never returns.
+void OdbcStatement::AbandonStuck() noexcept {
+    if (mvarSession.IsStuck()) mvarHandle.Abandon();
+}
+
+void OdbcStatement::Prepare() {
     mvarSession.Call(mvarHandle, [handle = mvarHandle.Get(), text = Writable(mvarSql)] {
         return SQLPrepareW(handle, text, SQL_NTS);
     });

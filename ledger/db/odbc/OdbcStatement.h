@@ -11,6 +11,9 @@ namespace ledger {
 class OdbcStatement final : public Statement {
   public:
     OdbcStatement(OdbcSession& session, std::wstring sql);
+    OdbcStatement(const OdbcStatement&) = delete; // one statement of one connection
+    OdbcStatement& operator=(const OdbcStatement&) = delete;
+    ~OdbcStatement() override;
 
     Statement& Set(const std::wstring& text) override;
     Statement& Set(std::int64_t number) override;
@@ -28,6 +31,8 @@ class OdbcStatement final : public Statement {
         SQLLEN length = 0;
     };
 
+    void Prepare();
+    void AbandonStuck() noexcept;
     Parameter& NextParameter();
     void Bind(SQLSMALLINT cType, SQLSMALLINT sqlType, std::size_t size, void* value, Parameter& parameter) const;
 
