@@ -105,8 +105,8 @@ class Report {
         Table table({L"BAND", L"SERIES", L"CODES", L"FIRST", L"LAST", L"LEFT", L"ROOM"});
         for (const Series& one : report.series) {
             const auto room = RoomLeft(one, report.bands);
-            table.Add({hosts::Shown(one.band), hosts::Shown(one.series), std::to_wstring(one.count),
-                       std::to_wstring(one.first), std::to_wstring(one.last), room ? std::to_wstring(room->left) : L"",
+            table.Add({one.band, one.series, std::to_wstring(one.count), std::to_wstring(one.first),
+                       std::to_wstring(one.last), room ? std::to_wstring(room->left) : L"",
                        room ? std::to_wstring(room->percent) + L"%" : L""});
             Json json = {{"band", ToJson(one.band)},
                          {"series", ToJson(one.series)},
@@ -124,7 +124,7 @@ class Report {
     void PrintGaps(const AuditReport& report) const {
         for (const Gap& gap : report.leftOfLeases)
             mvarSession.output.Line(L"gap: " + hosts::Shown(gap.series) + L" misses " + std::to_wstring(gap.first) +
-                                        L" to " + std::to_wstring(gap.last) + L" in band " + gap.band +
+                                        L" to " + std::to_wstring(gap.last) + L" in band " + hosts::Shown(gap.band) +
                                         L" (left of a lease)",
                                     {{"note", "gap"},
                                      {"band", ToJson(gap.band)},
@@ -137,9 +137,10 @@ class Report {
     // An open lease is a program that is at work, or one that ended early.
     void PrintLeases(const AuditReport& report) const {
         for (const Lease& lease : report.openLeases)
-            mvarSession.output.Line(L"lease: " + lease.owner + L" has set aside " + std::to_wstring(lease.first) +
-                                        L" to " + std::to_wstring(lease.last) + L" of " + hosts::Shown(lease.series) +
-                                        L" in band " + lease.band + L" since " + lease.takenAt,
+            mvarSession.output.Line(L"lease: " + hosts::Shown(lease.owner) + L" has set aside " +
+                                        std::to_wstring(lease.first) + L" to " + std::to_wstring(lease.last) + L" of " +
+                                        hosts::Shown(lease.series) + L" in band " + hosts::Shown(lease.band) +
+                                        L" since " + hosts::Shown(lease.takenAt),
                                     {{"note", "lease"},
                                      {"owner", ToJson(lease.owner)},
                                      {"band", ToJson(lease.band)},

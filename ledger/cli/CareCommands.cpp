@@ -23,7 +23,7 @@ void PrintFact(const Session& session, const EngineFact& fact) {
     if (!fact.warning.empty()) json["warning"] = ToJson(fact.warning);
     if (fact.losesCommits) json["losesCommits"] = true;
     session.output.Line(
-        fact.name + L": " + hosts::Shown(fact.value) + (fact.warning.empty() ? L"" : L"; ") + fact.warning, json);
+        fact.name + L": " + hosts::Shown(fact.value + (fact.warning.empty() ? L"" : L"; ") + fact.warning), json);
 }
 
 // The newest time that any row tells; no clock that is sane is before it.
@@ -79,9 +79,9 @@ std::optional<bool> IsAtWork(const Lease& lease) {
 }
 
 std::wstring NameOf(const OpenLease& open) {
-    return open.lease.owner + L" has set aside " + std::to_wstring(open.lease.first) + L" to " +
-           std::to_wstring(open.lease.last) + L" of " + hosts::Shown(open.lease.series) + L" in band " +
-           open.lease.band + L" of rule " + open.rule.name + L" since " + open.lease.takenAt;
+    return hosts::Shown(open.lease.owner + L" has set aside " + std::to_wstring(open.lease.first) + L" to " +
+                        std::to_wstring(open.lease.last) + L" of " + open.lease.series + L" in band " +
+                        open.lease.band + L" of rule " + open.rule.name + L" since " + open.lease.takenAt);
 }
 
 // The first number of the lease that no code holds, and none after it.

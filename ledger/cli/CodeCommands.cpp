@@ -59,7 +59,7 @@ std::wstring ResultOf(const CheckedPart& check) {
 
 void AddRows(Table& table, const std::wstring& part, const FieldValues& values) {
     for (const auto& [name, value] : values)
-        table.Add({part, hosts::Shown(name), hosts::Shown(value)});
+        table.Add({part, name, value});
 }
 
 void PrintExplained(const KnownCode& known, const Parts& parts) {

@@ -244,6 +244,10 @@ class Parser {
             ->check(CLI::Range(1, 1'000'000));
         command->add_flag("--dry-run", options->dryRun, "store nothing, and show what would be issued and refused");
         command->add_flag("-q,--quiet", options->quiet, "show the codes alone, without fields, progress and summary");
+        // An empty one is a mistake of the caller's, who would take the request for one with a key.
+        for (const char* name : {"--key", "--key-column"})
+            command->get_option(name)->check(
+                [](const std::string& text) { return text.empty() ? std::string("it is empty") : std::string(); });
     }
 
     void AddCodeCommands() {

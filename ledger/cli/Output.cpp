@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
 
 namespace ledger {
 
@@ -28,6 +29,12 @@ void Output::Line(std::wstring_view plain, const Json& json) const {
 
 void Output::Note(std::wstring_view text) const {
     if (!mvarJson) hosts::ReportLine(text);
+}
+
+void Table::Add(Row row) {
+    for (std::wstring& cell : row)
+        cell = hosts::Shown(cell);
+    mvarRows.push_back(std::move(row));
 }
 
 std::vector<std::wstring> Table::Lines() const {

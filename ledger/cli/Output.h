@@ -28,7 +28,8 @@ class Table {
     using Row = std::vector<std::wstring>;
 
     explicit Table(Row header) : mvarRows{std::move(header)} {}
-    void Add(Row row) { mvarRows.push_back(std::move(row)); }
+    // What could end a line in a cell is written out.
+    void Add(Row row);
     // The lines, the header and a rule under it first.
     [[nodiscard]] std::vector<std::wstring> Lines() const;
 

@@ -34,7 +34,7 @@ void Report(const Session& session, const ChangeReport& report, std::size_t band
                        {"otherCodes", report.foreign},
                        {"sharedNumbers", report.shared},
                        {"findings", FindingsJson(review)}};
-    session.output.Line(L"rule \"" + rule.name + L"\": " + std::to_wstring(bands) + L" bands, codes of " +
+    session.output.Line(L"rule \"" + hosts::Shown(rule.name) + L"\": " + std::to_wstring(bands) + L" bands, codes of " +
                             std::to_wstring(rule.definition.codeLength) + L" characters, policy " +
                             NameOf(rule.policy) + L", definition " + std::to_wstring(rule.definition.number) +
                             (report.changed ? L"" : L" (unchanged)"),
@@ -54,6 +54,7 @@ void CheckRuleName(const std::wstring& name) {
     if (name.empty() || name.size() > LongestName)
         throw HostError(L"a rule's name has 1 to " + std::to_wstring(LongestName) + L" characters; this one has " +
                         std::to_wstring(name.size()));
+    if (name.find_first_not_of(L' ') == std::wstring::npos) throw HostError(L"a rule's name is not of blanks alone");
     if (hosts::HasControl(name) || !hosts::IsWhole(name))
         throw HostError(L"the name \"" + hosts::Shown(name) + L"\" has a control character in it; give one without");
 }
@@ -63,8 +64,9 @@ void StoreRule(Session& session, RuleChange change, bool force) {
     if (!review.obstacles.empty() && !force) {
         for (const std::wstring& line : review.Lines())
             hosts::ReportLine(line);
-        throw HostError(L"rule \"" + change.name +
-                        L"\" can issue no code and is not stored; put right what stands above, or store it with --force");
+        throw HostError(
+            L"rule \"" + change.name +
+            L"\" can issue no code and is not stored; put right what stands above, or store it with --force");
     }
     const std::wstring without = WithoutValues(change.definition);
     const bool hadValues = without != change.definition;

@@ -12,6 +12,12 @@ TEST(OutputTest, ATableIsAsWideAsItsWidestCells) {
     EXPECT_EQ(table.Lines(), expected);
 }
 
+TEST(OutputTest, NoCellEndsItsLine) {
+    ledger::Table table({L"NAME"});
+    table.Add({L"a\nb"});
+    EXPECT_EQ(table.Lines().back(), L"a\\nb");
+}
+
 TEST(OutputTest, FieldsSurviveJson) {
     const FieldValues values = {{L"Z\u00FCrich", L"\"quoted\""}, {L"b", L"line\nbreak"}, {L"a", L""}};
     EXPECT_EQ(ledger::FieldsOf(ledger::JsonText(ledger::ToJson(values))), values);

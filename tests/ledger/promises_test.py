@@ -58,6 +58,10 @@ class PromiseTests:
         self.assertEqual([line.get("code") for line in lines], [None, None, "2024-000001"])
         self.assertIn("the key is empty", lines[0]["refused"])
         self.assertIn("121 characters", lines[1]["refused"])
+        for option in ("--key", "--key-column"):
+            self.assertIn("it is empty", self.refused("issue", f"{option}=", "--field", "Year=2024", code=2))
+        self.assertIn("--key is for one record", self.refused("issue", self.file("r.csv", "Year\n2024\n"), "--key", "k"))
+        self.assertIn("--key-column is for a file", self.refused("issue", "--key-column", "k", "--field", "Year=2024"))
         self.assertIn("check --key-column", self.refused("issue", self.file("r.csv", "Year\n2024\n"), "--key-column", "Key"))
 
     def test_programs_at_once_with_the_same_keys_share_the_codes(self):
@@ -154,6 +158,22 @@ class PromiseTests:
         self.import_rule(rules.lettered(), name="letters")
         lines = self.objects("issue", self.file("letters.csv", 'Text\n"a\nb"\n'), "--rule", "letters", code=3)
         self.assertIn("control character", lines[0]["refused"])
+        for name, cause in (("a\nb", "control character"), (" ", "blanks alone"), ("a\u2028b", "control character")):
+            self.assertIn(cause, self.refused("rule", "import", self.file("r.rule", rules.lettered()), "--name", name))
+        self.done("void", "2024-000001", "--reason", "a\nb")
+        self.assertIn("a\\nb", self.done("explain", "2024-000001")[-1])
+
+    def test_names_with_quotes_are_names(self):
+        name = "it's a \"rule\"; -- %s {x} \\"
+        self.import_rule(rules.numbered(), "--name", name)
+        self.done("issue", "--rule", name, "--key", name, "--field", "Year=2024")
+        self.done("void", "2024-000001", "--rule", name, "--reason", name)
+        self.assertEqual(self.objects("rule", "list")[0]["rule"], name)
+        found = self.objects("find", "--ticket", name)[0]
+        self.assertEqual((found["rule"], found["ticket"], found["state"]), (name, name, "void"))
+        self.assertEqual(self.objects("explain", "2024-000001")[0]["reason"], name)
+        heads = self.write_heads()
+        self.assertEqual(self.done("audit", "--against", heads)[-1], "1 codes, 0 findings")
 
     def test_utf_8_named_as_a_code_page_keeps_no_byte_order_mark(self):
         self.import_rule(rules.numbered())
@@ -176,6 +196,17 @@ class PromiseTests:
         self.assertIn("gone; close it with: kledger lease close", "\n".join(self.done("doctor")))
         self.assertRegex(self.done("lease", "close")[-1], r"^[12] leases closed$")
         self.assertEqual(self.done("lease", "close")[-1], "0 leases closed")
+        self.leave_a_lease()
+        self.database.query("UPDATE kestrel_leases SET owner = 'ELSEWHERE:7' WHERE state = 'open'")
+        self.assertIn("on another machine", "\n".join(self.done("doctor")))
+        self.assertEqual(self.done("lease", "close")[-1], "0 leases closed")
+        self.assertRegex(self.done("lease", "close", "--owner", "ELSEWHERE:7")[-1], r"^[12] leases closed$")
+        self.assertEqual(self.kinds(code=4), {"lease"}, "the owner was changed behind its back")
+
+    def test_numbers_of_a_closed_lease_are_used_again(self):
+        self.import_rule(rules.numbered(), "--policy", "fast", name="fast")
+        self.leave_a_lease()
+        self.done("lease", "close")
         before = len(self.codes())
         self.done("issue", "--rule", "fast", "--field", "Year=2025")
         lines = self.done("audit")
@@ -183,7 +214,10 @@ class PromiseTests:
         self.assertFalse([line for line in lines if line.startswith("lease: ")])
 
     def kinds(self, *arguments, code):
-        return {line["finding"] for line in self.objects("audit", *arguments, code=code) if "finding" in line}
+        found = [line for line in self.objects("audit", *arguments, code=code) if "finding" in line]
+        for line in found:
+            self.assertTrue(line["text"] and line["meaning"] and line["remedy"], line)
+        return {line["finding"] for line in found}
 
     def write_heads(self):
         heads = path(self.folder / "heads")
@@ -273,6 +307,9 @@ class PromiseTests:
         facts = {line["fact"]: line for line in self.objects("doctor")}
         self.assertLessEqual({"engine", "durability", "isolation", "clock"}, set(facts))
         self.assertFalse([line for line in facts.values() if "losesCommits" in line])
+        self.issue("2024")
+        self.database.query("UPDATE kestrel_codes SET stored_at = '2999-01-01T00:00:00Z'")
+        self.assertIn("set its clock", {line["fact"]: line for line in self.objects("doctor")}["clock"]["warning"])
 
     def test_output_that_nobody_takes_ends_the_run(self):
         self.import_rule(rules.numbered())
@@ -283,6 +320,26 @@ class PromiseTests:
         self.assertEqual(process.returncode, STOPPED, process.stderr)
         self.assertEqual(self.codes(), ["2025-000001"])
         self.assertIn("line 2: code 2025-000001 is stored and perhaps not shown", process.stderr)
+
+    def test_a_reader_that_goes_away_ends_the_run(self):
+        records = self.file("many.csv", "Year\n" + "2025\n" * 60_000)
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy, name=policy)
+            with subprocess.Popen(command("kledger", ["--database", self.database.name, "issue", records, "--rule", policy]),
+                                  stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                  encoding="utf-8") as process:
+                shown = process.stdout.readline().split("\t")[0]
+                process.stdout.close()
+                named = re.findall(r"code (\S+) is stored and perhaps not shown", process.stderr.read())
+            self.assertEqual(process.returncode, STOPPED)
+            stored = [row[0] for row in self.database.query(
+                f"SELECT code FROM kestrel_codes WHERE rule_id = (SELECT id FROM kestrel_rules WHERE name = '{policy}')")]
+            self.assertLessEqual(set(named), set(stored))
+            # What was written into the pipe before it was closed was shown, as far as the program can know.
+            self.assertLess(len(stored), 2_000)
+            self.assertIn(shown, stored)
+            self.assertIn(max(stored), named)
+            self.assertEqual(self.database.query("SELECT owner FROM kestrel_leases WHERE state = 'open'"), [])
 
     def test_a_signal_ends_the_run_after_the_transaction_in_hand(self):
         self.import_rule(rules.numbered())
@@ -329,13 +386,21 @@ class Sqlite(OnSqlite, PromiseTests, LedgerCase):
 
     def test_a_file_that_is_deleted_or_replaced_at_work_is_noticed(self):
         self.import_rule(rules.numbered())
+        copy = self.folder / "copy.db"
+        self.snapshot(copy)
         records = self.file("many.csv", "Year\n" + "2025\n" * 60_000)
-        process, out = self.start(records)
-        self.database.file.rename(self.folder / "moved.db")
-        error = process.communicate(timeout=60)[1]
-        self.assertEqual(process.returncode, DATABASE_FAILED, error)
-        self.assertIn("was deleted or replaced while it was in use", error)
-        self.assertLess(len(out.read_text().splitlines()), 2_000)
+        changes = {"moved": lambda: self.database.file.rename(self.folder / "moved.db"),
+                   "deleted": self.database.file.unlink,
+                   "replaced": lambda: shutil.copy(copy, self.folder / "new.db") and
+                   (self.folder / "new.db").rename(self.database.file)}
+        for what, change in changes.items():
+            self.restore(copy)
+            process, out = self.start(records)
+            change()
+            error = process.communicate(timeout=60)[1]
+            self.assertEqual(process.returncode, DATABASE_FAILED, f"{what}: {error}")
+            self.assertIn("was deleted or replaced while it was in use", error, what)
+            self.assertLess(len(out.read_text().splitlines()), 2_000, what)
 
     def test_a_ledger_of_version_1_is_brought_up(self):
         shutil.copy(ROOT / "tests" / "ledger" / "data" / "schema1.db", self.database.file)
@@ -431,6 +496,31 @@ class Postgres(OnPostgres, PromiseTests, LedgerCase):
         self.assertEqual(result.returncode, DATABASE_FAILED, result.stderr)
         self.assertGreater(took, patience - 1, result.stderr)
         self.assertLess(took, patience + 6, result.stderr)
+
+    def test_a_database_that_can_lose_a_commit_is_named_once(self):
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy, name=policy)
+        self.database.query(f"ALTER DATABASE {self.database.database} SET synchronous_commit = off")
+        records = self.file("records.csv", "Year\n2024\n2024\n")
+        told = [line for line in self.kledger("issue", records, "--rule", "gapless").stderr.splitlines() if "gapless" in line]
+        self.assertEqual(told, ["kledger: gapless is not sure here: a commit can be lost with the power after it was reported; "
+                                "set synchronous_commit and fsync to on"])
+        self.assertNotIn("not sure", self.kledger("issue", records, "--rule", "fast").stderr)
+        facts = {line["fact"]: line for line in self.objects("doctor")}
+        self.assertTrue(facts["durability"]["losesCommits"])
+
+    def test_a_server_that_takes_no_changes_yet_is_waited_for(self):
+        self.import_rule(rules.numbered())
+        read_only = f"ALTER DATABASE {self.database.database} SET default_transaction_read_only = "
+        self.database.query(read_only + "on")
+        waiting = subprocess.Popen(command("kledger", ["--database", self.database.name, "--patience", "30", "issue", "--field",
+                                                       "Year=2024"]), stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE, encoding="utf-8")
+        line = self.refused("--patience", "1", "issue", "--field", "Year=2024", code=DATABASE_FAILED)
+        self.assertIn("the server takes no changes; it follows another one or is set read-only", line)
+        self.assertIsNone(waiting.poll(), "it goes on trying")
+        self.server.query("postgres", read_only + "off")
+        self.assertEqual(waiting.communicate(timeout=60), ("2024-000001\t2024\n", ""))
 
     def test_a_commit_that_comes_late_is_the_requests_own(self):
         """The COMMIT waits in the server while its client is cut off; it takes effect after the client has come back."""
