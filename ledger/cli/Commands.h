@@ -23,7 +23,7 @@ struct NewRuleOptions {
     std::wstring pattern; // empty: the designer opens
     std::wstring policy;  // empty: gapless, or as it is
     std::optional<std::int64_t> leaseSize;
-    RuleSettings settings;
+    PatternSettings settings;
     wchar_t separator = L',';         // of the files with codes
     std::optional<unsigned> codePage; // likewise
     std::vector<std::wstring> fields; // for the designer
