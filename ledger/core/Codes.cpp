@@ -129,11 +129,14 @@ std::optional<CodeRow> Codes::Find(const std::wstring& code) {
 }
 
 std::optional<CodeRow> Codes::OfTicket(const std::wstring& ticket) {
-    return mvarDatabase
-        .Prepare(std::wstring(L"SELECT ") + CodeColumns + L" FROM kestrel_codes c WHERE rule_id = ? AND ticket = ?")
-        .Set(mvarRuleId)
-        .Set(ticket)
-        .First([](const Statement& row) { return ReadCode(row, 1); });
+    auto code =
+        mvarDatabase
+            .Prepare(std::wstring(L"SELECT ") + CodeColumns + L" FROM kestrel_codes c WHERE rule_id = ? AND ticket = ?")
+            .Set(mvarRuleId)
+            .Set(ticket)
+            .First([](const Statement& row) { return ReadCode(row, 1); });
+    if (code) mvarDatabase.Confirm();
+    return code;
 }
 
 std::optional<HighestNumber> Codes::Highest(const std::wstring& band, const std::wstring& series) {

@@ -74,6 +74,7 @@ class Codes {
     void AddNumbers(const std::wstring& code, std::span<const NumberRow> numbers);
 
     [[nodiscard]] std::optional<CodeRow> Find(const std::wstring& code);
+    // What the caller's transaction tells of it holds once its COMMIT is answered, and not before.
     [[nodiscard]] std::optional<CodeRow> OfTicket(const std::wstring& ticket);
     // The end of the series in its index.
     [[nodiscard]] std::optional<HighestNumber> Highest(const std::wstring& band, const std::wstring& series);

@@ -76,7 +76,9 @@ std::int64_t Journal::Write(const std::wstring& kind, const std::wstring& subjec
 }
 
 std::optional<Act> Journal::OfTicket(const std::wstring& ticket) {
-    return mvarDatabase.Prepare(Select(L" AND ticket = ?")).Set(mvarRuleId).Set(ticket).First(ReadRow);
+    auto act = mvarDatabase.Prepare(Select(L" AND ticket = ?")).Set(mvarRuleId).Set(ticket).First(ReadRow);
+    if (act) mvarDatabase.Confirm();
+    return act;
 }
 
 std::optional<Act> Journal::At(std::int64_t number) {

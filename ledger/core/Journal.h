@@ -44,7 +44,7 @@ class Journal {
     // Appends an act of now and of this user; returns its number. Two programs that do so at once collide on a key.
     std::int64_t Write(const std::wstring& kind, const std::wstring& subject, const std::wstring& detail,
                        const std::wstring& ticket);
-    // The act of that request, if it was stored.
+    // The act of that request, if it was stored; certain once the COMMIT of the caller's transaction is answered.
     [[nodiscard]] std::optional<Act> OfTicket(const std::wstring& ticket);
     [[nodiscard]] std::optional<Act> At(std::int64_t number);
     // All in their order.

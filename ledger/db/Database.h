@@ -67,6 +67,9 @@ class Database {
     // To be called first in a transaction that changes much: nobody else writes to the table until it ends, where the
     // engine would otherwise let them and then have to undo one of the two.
     virtual void KeepWritersOut(const std::wstring& table) = 0;
+    // Makes the COMMIT of a transaction that only found what somebody stored wait for all that storing it waits for: a
+    // server that came back after a crash shows rows that the standbys may lack which take over from it.
+    virtual void Confirm() = 0;
     // Whether a transaction that relies on a row that it has only read must write that row to be sure of it.
     [[nodiscard]] virtual bool EntersByWriting() const noexcept = 0;
     [[nodiscard]] virtual std::vector<EngineFact> Facts() = 0;

@@ -58,6 +58,21 @@ std::wstring WithSetting(const std::wstring& connectionString, const std::wstrin
     return connectionString + (connectionString.ends_with(L';') ? L"" : L";") + name + L"=" + value;
 }
 
+std::wstring ValueOf(const std::wstring& connectionString, const std::wstring& name) {
+    std::size_t begin = 0;
+    while (begin < connectionString.size()) {
+        const bool braced = connectionString.find(L'{', begin) < connectionString.find(L';', begin);
+        const std::size_t close = braced ? connectionString.find(L'}', begin) : begin;
+        const std::size_t end = std::min(connectionString.find(L';', close), connectionString.size());
+        const std::wstring setting = connectionString.substr(begin, end - begin);
+        if (const std::size_t equals = setting.find(L'=');
+            equals == name.size() && Names(setting.substr(0, equals), name))
+            return setting.substr(equals + 1);
+        begin = end + 1;
+    }
+    return {};
+}
+
 Fault FaultOfDriver(const std::wstring& state, const std::wstring& text) {
     const bool connecting = state.starts_with(L"08") || state.starts_with(L"28") || state.starts_with(L"3D");
     if (connecting && ContainsAny(text, RefusedTexts)) return Fault::Refused;

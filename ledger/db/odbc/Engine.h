@@ -27,6 +27,7 @@ struct OdbcEngine {
     // A lock on a table that keeps writers out, before and after its name; null where rows do it.
     const wchar_t* lockTable;
     const wchar_t* lockMode;
+    const wchar_t* confirm; // what Database::Confirm asks; null where a row that is seen is stored everywhere
     // A connection is left to the end of the process, which closes it: the driver does more than that when it is told
     // to.
     bool leavesAtExit;
@@ -51,6 +52,9 @@ struct OdbcEngine {
 // The connection string with a setting added, unless it says something of it already.
 [[nodiscard]] std::wstring WithSetting(const std::wstring& connectionString, const std::wstring& name,
                                        const std::wstring& value);
+
+// What the connection string says of a setting; empty when it says nothing.
+[[nodiscard]] std::wstring ValueOf(const std::wstring& connectionString, const std::wstring& name);
 
 // What the driver manager itself reports, whatever the engine.
 [[nodiscard]] Fault FaultOfDriver(const std::wstring& state, const std::wstring& text);

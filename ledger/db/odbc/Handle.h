@@ -23,7 +23,7 @@ class Handle {
     ~Handle();
 
     [[nodiscard]] SQLHANDLE Get() const noexcept { return mvarHandle; }
-    // Leaves the handle to the end of the process.
+    // Leaves it to the end of the process: a call on it is under way, and freeing it would wait for that.
     void Abandon() noexcept { mvarHandle = nullptr; }
     // Fails with DbError, made from the handle's first diagnostic record, unless the code is a success. The engine's
     // codes tell what it means; null where none is known yet.

@@ -102,6 +102,7 @@ const OdbcEngine& MariaDb() {
         L" ENGINE=InnoDB",
         nullptr,
         L"",
+        nullptr,
         false,
         // Another node knows nothing of what was only read here.
         true,

@@ -24,6 +24,14 @@ void ReplaceShortTexts(std::wstring& definition, const std::wstring& type) {
     }
 }
 
+// Not as a prepared statement: a server that follows another one fails to forget those, and their names come again.
+void Apply(OdbcSession& session, const std::wstring& setting) {
+    Handle statement(SQL_HANDLE_STMT, session.Connection());
+    session.Call(statement, [handle = statement.Get(), text = std::make_shared<std::wstring>(setting)] {
+        return SQLExecDirectW(handle, text->data(), SQL_NTS);
+    });
+}
+
 } // namespace
 
 struct OdbcDatabase::Open {
@@ -52,8 +60,8 @@ OdbcDatabase::~OdbcDatabase() {
 // What a call that never returned still uses is left to the end of the process.
 void OdbcDatabase::Disconnect() noexcept {
     if (!mvarOpen) return;
-    mvarOpen->statements.clear();
     if (!mvarOpen->session.IsStuck()) {
+        mvarOpen->statements.clear();
         try {
             mvarOpen->session.Limit(
                 {std::chrono::steady_clock::now() + std::chrono::seconds(2), std::chrono::seconds(2)});
@@ -77,7 +85,7 @@ void OdbcDatabase::Connect() {
         });
         CheckProduct(session);
         for (const std::wstring& setting : mvarEngine.settings(mvarDeadline.each))
-            OdbcStatement(session, setting).Execute();
+            Apply(session, setting);
         session.Call([connection = session.Connection()] {
             return SQLSetConnectAttrW(connection, SQL_ATTR_AUTOCOMMIT, AsPointer(SQL_AUTOCOMMIT_OFF), 0);
         });
@@ -104,7 +112,8 @@ void OdbcDatabase::Limit(const Deadline& deadline) noexcept {
 }
 
 OdbcSession& OdbcDatabase::Session() {
-    if (!mvarOpen) Connect();
+    // Even a new statement would wait for a call that is under way.
+    if (!mvarOpen || mvarOpen->session.IsStuck()) Connect();
     return mvarOpen->session;
 }
 
@@ -116,6 +125,7 @@ Statement& OdbcDatabase::Prepare(const std::wstring& sql) {
 }
 
 void OdbcDatabase::Begin(Access access) {
+    mvarConfirmed = false;
     for (const wchar_t* statement : access == Access::Read ? mvarEngine.beginRead : mvarEngine.beginWrite)
         Run(statement);
 }
@@ -162,6 +172,11 @@ std::wstring OdbcDatabase::TableText(std::wstring definition) const {
 
 void OdbcDatabase::KeepWritersOut(const std::wstring& table) {
     if (mvarEngine.lockTable != nullptr) Run(mvarEngine.lockTable + (L" " + table) + mvarEngine.lockMode);
+}
+
+void OdbcDatabase::Confirm() {
+    if (mvarEngine.confirm == nullptr || mvarConfirmed) return;
+    mvarConfirmed = Prepare(mvarEngine.confirm).First([](const Statement&) { return true; }).has_value();
 }
 
 std::wstring OdbcDatabase::Ask(const std::wstring& sql) {

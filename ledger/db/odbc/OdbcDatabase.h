@@ -26,6 +26,7 @@ class OdbcDatabase final : public Database {
     [[nodiscard]] bool IsForeign() override { return false; }
     [[nodiscard]] std::wstring TableText(std::wstring definition) const override;
     void KeepWritersOut(const std::wstring& table) override;
+    void Confirm() override;
     [[nodiscard]] bool EntersByWriting() const noexcept override { return mvarEngine.entersByWriting; }
     [[nodiscard]] std::vector<EngineFact> Facts() override;
 
@@ -40,6 +41,7 @@ class OdbcDatabase final : public Database {
     std::wstring mvarConnectionString;
     Handle mvarEnvironment;
     Deadline mvarDeadline;
+    bool mvarConfirmed = false; // in this transaction
     std::unique_ptr<Open, void (*)(Open*)> mvarOpen;
 };
 

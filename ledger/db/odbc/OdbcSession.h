@@ -19,8 +19,8 @@ class OdbcSession {
     [[nodiscard]] const OdbcEngine& Engine() const noexcept { return mvarEngine; }
     void Limit(const Deadline& deadline) noexcept { mvarDeadline = deadline; }
     // Calls the driver and checks what it returns for the handle; fails with Fault::Lost when it does not return in
-    // time. The call owns what it uses, or the session does.
-    SQLRETURN Call(const Handle& handle, CallThread::Call call);
+    // time, and abandons the handle. The call owns what it uses, or the session does.
+    SQLRETURN Call(Handle& handle, CallThread::Call call);
     SQLRETURN Call(CallThread::Call call) { return Call(mvarConnection, std::move(call)); }
     // Whether a call has never returned: then nothing of the session may be touched or freed any more.
     [[nodiscard]] bool IsStuck() const noexcept { return mvarThread && mvarThread->IsStuck(); }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
+#include <memory>
 
 namespace ledger {
 
@@ -11,30 +11,12 @@ namespace {
 // Longer texts are declared as long ones, which every driver takes at any size.
 constexpr std::size_t LongestVarchar = 4000;
 
-SQLWCHAR* Writable(const std::wstring& text) { return const_cast<SQLWCHAR*>(text.c_str()); }
-
 } // namespace
 
-OdbcStatement::OdbcStatement(OdbcSession& session, std::wstring sql)
-    : mvarSession(session), mvarHandle(SQL_HANDLE_STMT, session.Connection()), mvarSql(std::move(sql)) {
-    try {
-        Prepare();
-    } catch (...) {
-        AbandonStuck();
-        throw;
-    }
-}
-
-OdbcStatement::~OdbcStatement() { AbandonStuck(); }
-
-// To free a handle is to wait for the call of its connection that never returns.
-void OdbcStatement::AbandonStuck() noexcept {
-    if (mvarSession.IsStuck()) mvarHandle.Abandon();
-}
-
-void OdbcStatement::Prepare() {
-    mvarSession.Call(mvarHandle, [handle = mvarHandle.Get(), text = Writable(mvarSql)] {
-        return SQLPrepareW(handle, text, SQL_NTS);
+OdbcStatement::OdbcStatement(OdbcSession& session, const std::wstring& sql)
+    : mvarSession(session), mvarHandle(SQL_HANDLE_STMT, session.Connection()) {
+    mvarSession.Call(mvarHandle, [handle = mvarHandle.Get(), text = std::make_shared<std::wstring>(sql)] {
+        return SQLPrepareW(handle, text->data(), SQL_NTS);
     });
 }
 

@@ -10,10 +10,7 @@ namespace ledger {
 
 class OdbcStatement final : public Statement {
   public:
-    OdbcStatement(OdbcSession& session, std::wstring sql);
-    OdbcStatement(const OdbcStatement&) = delete; // one statement of one connection
-    OdbcStatement& operator=(const OdbcStatement&) = delete;
-    ~OdbcStatement() override;
+    OdbcStatement(OdbcSession& session, const std::wstring& sql);
 
     Statement& Set(const std::wstring& text) override;
     Statement& Set(std::int64_t number) override;
@@ -31,14 +28,11 @@ class OdbcStatement final : public Statement {
         SQLLEN length = 0;
     };
 
-    void Prepare();
-    void AbandonStuck() noexcept;
     Parameter& NextParameter();
     void Bind(SQLSMALLINT cType, SQLSMALLINT sqlType, std::size_t size, void* value, Parameter& parameter) const;
 
     OdbcSession& mvarSession;
     Handle mvarHandle;
-    std::wstring mvarSql;
     std::deque<Parameter> mvarParameters; // the driver reads them in place
     std::size_t mvarSet = 0;
 };

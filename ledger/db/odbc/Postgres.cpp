@@ -19,7 +19,12 @@ const KnownState KnownStates[] = {
     {L"53100", Fault::Full},      {L"25006", Fault::Standby},  {L"22P05", Fault::Text},     {L"22021", Fault::Text},
 };
 
+constexpr std::size_t LongestPort = 9; // the driver cuts what is longer, and then knows the first server alone
+
 std::wstring ConnectionString(const std::wstring& given) {
+    if (const std::wstring port = ValueOf(given, L"Port"); port.size() > LongestPort)
+        throw hosts::HostError(L"the driver does not take \"Port=" + port + L"\"; write it as Pqopt={port=" + port +
+                               L"}");
     // The driver sets a savepoint before every statement, two more ways to the server each, so that one that fails
     // undoes itself alone. Here a failure undoes its whole transaction anyway.
     std::wstring text = WithSetting(given, L"Protocol", L"7.4-1");
@@ -36,7 +41,12 @@ std::vector<std::wstring> Settings(std::chrono::milliseconds each) {
             L"SET idle_in_transaction_session_timeout = '60s'", L"SET standard_conforming_strings = on"};
 }
 
-Fault Classify(const std::wstring& state, long, const std::wstring&) {
+// What a server that follows another one says of it has no state of its own.
+const wchar_t* const StandbyTexts[] = {L"in a hot standby", L"during recovery"};
+
+Fault Classify(const std::wstring& state, long, const std::wstring& text) {
+    const auto stands = [&text](const wchar_t* part) { return text.find(part) != std::wstring::npos; };
+    if (std::ranges::any_of(StandbyTexts, stands)) return Fault::Standby;
     const auto* known = std::ranges::find_if(
         KnownStates, [&state](const KnownState& candidate) { return state.starts_with(candidate.state); });
     return known == std::end(KnownStates) ? Fault::Other : known->kind;
@@ -101,6 +111,8 @@ const OdbcEngine& Postgres() {
         L"",
         L"LOCK TABLE",
         L" IN SHARE ROW EXCLUSIVE MODE",
+        // A commit waits for standbys only when the transaction wrote something: this is as little as there is.
+        L"SELECT pg_logical_emit_message(true, 'kledger', '')",
         // Its log of communication, which its package switches on, comes back for the last line.
         true,
         false,

@@ -26,6 +26,7 @@ class SqliteDatabase final : public Database {
     [[nodiscard]] bool IsForeign() override;
     [[nodiscard]] std::wstring TableText(std::wstring definition) const override;
     void KeepWritersOut(const std::wstring&) override {}
+    void Confirm() override {}
     // Who writes holds the only right to write from the beginning of the transaction on.
     [[nodiscard]] bool EntersByWriting() const noexcept override { return false; }
     [[nodiscard]] std::vector<EngineFact> Facts() override;

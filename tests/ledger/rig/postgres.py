@@ -19,10 +19,13 @@ def programs():
 
 
 def connection_string(ports, database):
-    """For the ODBC driver. With several ports it takes the server that can write."""
-    several = "" if len(ports) == 1 else "Pqopt={target_session_attrs=read-write connect_timeout=2};"
-    return (f"Driver={{PostgreSQL Unicode}};Server={','.join([LOOPBACK] * len(ports))};"
-            f"Port={','.join(map(str, ports))};Database={database};Uid=postgres;{several}")
+    """For the ODBC driver. With several ports it takes the server that can write; a list of them is longer than the
+    driver's own setting takes."""
+    list_of_ports = ",".join(map(str, ports))
+    port = f"Port={list_of_ports}" if len(ports) == 1 else (
+        f"Pqopt={{target_session_attrs=read-write connect_timeout=2 port={list_of_ports}}}")
+    return (f"Driver={{PostgreSQL Unicode}};Server={','.join([LOOPBACK] * len(ports))};{port};Database={database};"
+            "Uid=postgres;")
 
 
 class Node(Server):
