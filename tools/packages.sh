@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need, and nothing when all are there already.
-# usage: tools/packages.sh [clusters]   (clusters: also what only the clusters of ./test-clusters need)
 # shellcheck source=tools/common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -10,10 +9,9 @@ PACKAGES_NATIVE=(
     g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev
     wine wine64 xvfb xdotool imagemagick fonts-wine fonts-liberation iso-codes
     python3 libcli11-dev nlohmann-json3-dev unixodbc libodbc2 odbc-postgresql postgresql tcl
-    mariadb-server mariadb-client libmariadb3 chromium
+    mariadb-server mariadb-client libmariadb3 galera-4 rsync chromium
 )
 PACKAGES_I386=(wine32:i386 libwine:i386 libodbc2:i386 odbc-postgresql:i386 libmariadb3:i386)
-PACKAGES_CLUSTERS=(galera-4 rsync)
 DRIVERS=(amd64 i386)
 POLICY=/usr/sbin/policy-rc.d
 
@@ -106,7 +104,6 @@ install_without_security() {
 
 main() {
     local missing wanted=("${PACKAGES_NATIVE[@]}" "${PACKAGES_I386[@]}")
-    [ "${1:-}" != clusters ] || wanted+=("${PACKAGES_CLUSTERS[@]}")
     mapfile -t missing < <(missing_packages "${wanted[@]}")
     [ "${#missing[@]}" -eq 0 ] && drivers_are_there && return 0
     say "Installing ${missing[*]:-the driver for MariaDB}"

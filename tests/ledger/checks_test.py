@@ -36,7 +36,12 @@ class ChecksTest(unittest.TestCase):
 
     def test_a_request_that_was_answered_twice(self):
         self.book.answer(self.keys[0], "2024-000002", marked_as_before=True)
-        self.assertEqual(self.found(), {"requests with several answers", "answers of other requests"})
+        self.assertEqual(self.found(), {"requests with several answers", "answers of other requests",
+                                        "codes told to several requests"})
+
+    def test_a_code_that_two_requests_got(self):
+        self.book.answers[self.keys[1]] = {"2024-000001"}
+        self.assertEqual(self.found(), {"codes told to several requests", "answers of other requests"})
 
     def test_a_request_that_was_answered_again(self):
         again = '{"line": 2, "code": "2024-000001", "before": %s}\n'

@@ -1,7 +1,14 @@
-"""A Galera cluster of the tests' own; its packages are those of ./test-clusters."""
+"""What only ./test-clusters shows: a Galera cluster of the tests' own, the ledger's tests on it, and what a standby is
+worth that no commit waits for."""
 import unittest
 
+from concurrency_test import ConcurrencyCase
+from databases import OnGalera
+from ledger_case import LedgerCase
+from ledger_test import LedgerTests
+from promises_test import PromiseTests
 from rig.mariadb import GaleraCluster
+from rig.storm import Numbers, Storm
 
 
 class GaleraTest(unittest.TestCase):
@@ -23,6 +30,35 @@ class GaleraTest(unittest.TestCase):
             folder = cluster.place.folder
         self.assertFalse(folder.exists())
         self.assertFalse(any(node.runs() for node in cluster.servers))
+
+
+class GaleraLedgerTest(OnGalera, LedgerCase):
+    """Of the tests that run on every engine, those that a cluster could see otherwise."""
+
+    test_the_same_key_gets_the_same_code = PromiseTests.test_the_same_key_gets_the_same_code
+    test_programs_at_once_with_the_same_keys_share_the_codes = (
+        PromiseTests.test_programs_at_once_with_the_same_keys_share_the_codes)
+    test_of_two_voids_at_once_one_is_told = PromiseTests.test_of_two_voids_at_once_one_is_told
+    test_a_new_definition_counts_the_codes_anew = LedgerTests.test_a_new_definition_counts_the_codes_anew
+    issue_keys = PromiseTests.issue_keys
+
+
+class GaleraConcurrencyTest(OnGalera, ConcurrencyCase):
+    def test_gapless_programs_at_once(self):
+        self.issue_at_once("gapless")
+
+    def test_fast_programs_killed(self):
+        self.issue_and_kill("fast")
+
+
+class AsynchronousTest(unittest.TestCase):
+    def test_the_proof_finds_what_an_asynchronous_standby_loses(self):
+        storm = Storm("asynchronous", Numbers(failovers=2, audits=4), workers=6, seed=1, limit=60, with_keys=True)
+        storm.run()
+        self.assertEqual(storm.figures["failovers"], 2, storm.findings["troubles"])
+        for what in ("codes told to several requests", "answers that are not stored"):
+            self.assertTrue(storm.findings[what], what)
+        self.assertFalse(storm.findings["not done in time"])
 
 
 if __name__ == "__main__":

@@ -13,7 +13,7 @@ import time
 import unittest
 
 import rules
-from databases import OnPostgres, OnSqlite
+from databases import OnMariaDb, OnPostgres, OnSqlite
 from windows_program import command, path, run
 
 PROGRAMS = 8
@@ -173,6 +173,10 @@ class ConcurrencyTests:
 class Sqlite(OnSqlite, ConcurrencyTests, ConcurrencyCase):
     def wait_until_alone(self):
         """A program works in the file itself: nothing is under way any more when it has ended."""
+
+
+class MariaDb(OnMariaDb, ConcurrencyTests, ConcurrencyCase):
+    pass
 
 
 class Postgres(OnPostgres, ConcurrencyTests, ConcurrencyCase):

@@ -1,10 +1,16 @@
-"""The databases that the ledger is tested on: an SQLite file, and a PostgreSQL server of the test's own."""
+"""The databases that the ledger is tested on: an SQLite file, and servers of the test's own."""
+import collections
 import pathlib
 import shutil
 import sqlite3
 import tempfile
 
+from rig.mariadb import GaleraCluster, MariaDbServer, connection_string
 from rig.postgres import PostgresServer
+from windows_program import BITS
+
+# Texts are written and joined as in standard SQL.
+SQL_MODE = "ANSI,STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES"
 
 
 class SqliteFile:
@@ -47,6 +53,31 @@ class PostgresDatabase:
         self.server.query("postgres", f"DROP DATABASE {self.database} WITH (FORCE)")
 
 
+class MariaDbDatabase:
+    """A database of its own on a server or a cluster that several tests share; each program is led to the next of its
+    nodes, and knows the others as well."""
+
+    count = 0
+
+    def __init__(self, cluster):
+        MariaDbDatabase.count += 1
+        self.cluster = cluster
+        self.database = f"ledger{MariaDbDatabase.count}"
+        cluster.create_database(self.database)
+        self.ports = collections.deque(node.port for node in cluster.servers)
+
+    @property
+    def name(self):
+        self.ports.rotate()
+        return connection_string(list(self.ports), self.database, BITS)
+
+    def query(self, sql):
+        return self.cluster.query(self.database, f"SET sql_mode = '{SQL_MODE}';\n{sql}")
+
+    def close(self):
+        self.cluster.query("mysql", f"DROP DATABASE {self.database}")
+
+
 class OnSqlite:
     """Of a test case: each test has a file of its own."""
 
@@ -67,3 +98,26 @@ class OnPostgres:
 
     def make_database(self):
         return PostgresDatabase(self.server)
+
+
+class OnServers:
+    """Of a test case: one cluster for all its tests, a database of its own for each."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.cluster = cls.make_cluster()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.cluster.close()
+
+    def make_database(self):
+        return MariaDbDatabase(self.cluster)
+
+
+class OnMariaDb(OnServers):
+    make_cluster = MariaDbServer
+
+
+class OnGalera(OnServers):
+    make_cluster = GaleraCluster

@@ -3,7 +3,7 @@ import re
 import unittest
 
 import rules
-from databases import OnPostgres, OnSqlite
+from databases import OnMariaDb, OnPostgres, OnSqlite
 from ledger_case import LedgerCase
 from windows_program import path, run
 
@@ -296,6 +296,10 @@ class Postgres(OnPostgres, LedgerTests, LedgerCase):
         self.assertEqual((result.returncode, result.stdout), (code, ""), result.stderr)
         self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
         return result.stderr
+
+
+class MariaDb(OnMariaDb, LedgerTests, LedgerCase):
+    pass
 
 
 class CommandLine(unittest.TestCase):

@@ -12,7 +12,7 @@ import time
 import unittest
 
 import rules
-from databases import OnPostgres, OnSqlite, SqliteFile
+from databases import OnMariaDb, OnPostgres, OnSqlite, SqliteFile
 from ledger_case import LedgerCase
 from rig import postgres
 from rig.server import LOOPBACK
@@ -574,6 +574,11 @@ class Postgres(OnPostgres, PromiseTests, LedgerCase):
         before = set(logs.glob("*psqlodbc*")) | set(logs.glob("mylog*"))
         self.done("rule", "list")
         self.assertEqual((set(logs.glob("*psqlodbc*")) | set(logs.glob("mylog*"))) - before, set())
+
+
+class MariaDb(OnMariaDb, PromiseTests, LedgerCase):
+    def columns(self, table):
+        return [row[0] for row in self.database.query(f"SHOW COLUMNS FROM {table}")]
 
 
 if __name__ == "__main__":

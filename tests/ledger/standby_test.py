@@ -133,7 +133,49 @@ class SynchronousTest(StandbyCase):
 
     def test_doctor_finds_nothing_wrong(self):
         self.assertNotIn("warning", self.doctor()["standbys"])
-        self.assertIn("1 of them synchronous", self.doctor()["standbys"]["value"])
+        self.assertIn("1, commits wait for *", self.doctor()["standbys"]["value"])
+
+    def test_doctor_tells_that_no_standby_is_there(self):
+        self.import_rule(rules.numbered())
+        self.pair.standby.kill()
+        time.sleep(AWAY)
+        standbys = self.doctor()["standbys"]
+        self.assertIn("nothing is stored until one is", standbys["warning"])
+        self.assertNotIn("losesCommits", standbys)
+
+    def test_doctor_finds_a_standby_that_commits_do_not_wait_for(self):
+        self.database.query(f"ALTER DATABASE {DATABASE} SET synchronous_commit = local")
+        standbys = self.doctor()["standbys"]
+        self.assertIn("set synchronous_commit to on", standbys["warning"])
+        self.assertTrue(standbys["losesCommits"])
+
+
+class AsynchronousTest(StandbyCase):
+    synchronous = False
+
+    def test_doctor_and_issue_warn(self):
+        self.import_rule(rules.numbered())
+        standbys = self.doctor()["standbys"]
+        self.assertIn("may lack codes that were printed, and they come again; name one in", standbys["warning"])
+        self.assertTrue(standbys["losesCommits"])
+        warned = self.kledger("issue", self.file("records.csv", "Year\n2024\n2024\n"))
+        self.assertEqual(warned.stderr.count("gapless is not sure here"), 1, warned.stderr)
+
+    def test_codes_that_the_standby_lacks_come_again(self):
+        """It is behind when it takes over: what it never heard of is gone, and only heads kept elsewhere tell."""
+        self.import_rule(rules.numbered())
+        records = self.file("records.csv", "Year\n" + "2024\n" * 10)
+        known = self.done("issue", records)
+        self.pair.standby.kill()
+        lost = self.done("issue", records)
+        heads = self.file("heads", "")
+        self.done("audit", "--write-heads", heads)
+        self.pair.primary.kill()
+        self.pair.standby.start()
+        self.pair.fail_over()
+        self.assertEqual(self.done("audit")[-1], f"{len(known)} codes, 0 findings")
+        self.assertIn("head", {line.get("finding") for line in self.objects("audit", "--against", heads, code=4)})
+        self.assertEqual(self.done("issue", records), lost)
 
 
 if __name__ == "__main__":

@@ -7,6 +7,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 LAUNCHER = os.environ.get("KESTREL_LAUNCHER", str(ROOT / "tools" / "wine.sh"))
 BUILD = pathlib.Path(os.environ.get("KESTREL_BUILD", ROOT / "build" / "x86"))
+BITS = 64 if BUILD.name == "x64" else 32
 
 
 def path(file):

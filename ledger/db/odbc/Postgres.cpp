@@ -64,16 +64,21 @@ EngineFact DurabilityOf(const OdbcEngine::Ask& ask) {
     return fact;
 }
 
+// Which of them are synchronous is shown to some logins only, the settings to everybody.
 EngineFact StandbysOf(const OdbcEngine::Ask& ask) {
     const std::wstring all = ask(L"SELECT count(*) FROM pg_stat_replication");
-    const std::wstring sync = ask(L"SELECT count(*) FROM pg_stat_replication WHERE sync_state IN ('sync', 'quorum')");
+    const std::wstring names = ask(L"SELECT current_setting('synchronous_standby_names')");
+    const std::wstring commit = ask(L"SELECT current_setting('synchronous_commit')");
     const std::wstring lag = ask(L"SELECT COALESCE(CAST(max(replay_lag) AS text), '0') FROM pg_stat_replication");
-    EngineFact fact{L"standbys", all + L", " + sync + L" of them synchronous, lag " + lag, {}, false};
-    if (all != L"0" && sync == L"0") {
-        fact.warning = L"a standby that takes over may lack codes that were printed, and they come again; name one in "
-                       L"synchronous_standby_names";
+    const bool waits = !names.empty() && commit != L"off" && commit != L"local";
+    EngineFact fact{
+        L"standbys", all + L", commits wait for " + (waits ? names : L"none of them") + L", lag " + lag, {}, false};
+    if (all != L"0" && !waits) {
+        fact.warning = L"a standby that takes over may lack codes that were printed, and they come again; ";
+        fact.warning += names.empty() ? L"name one in synchronous_standby_names" : L"set synchronous_commit to on";
         fact.losesCommits = true;
     }
+    if (all == L"0" && waits) fact.warning = L"none is connected, and nothing is stored until one is; bring it back";
     return fact;
 }
 

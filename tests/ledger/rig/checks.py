@@ -33,6 +33,10 @@ def findings(book, rows, gapless, with_keys):
     by_key = collections.defaultdict(list)
     for row in rows:
         by_key[row.key].append(row)
+    told_for = collections.defaultdict(list)
+    for key, codes in book.answers.items():
+        for code in codes:
+            told_for[book.rules[key], code].append(key)
     times = collections.Counter((row.rule, row.code) for row in rows)
     acts = {(row.rule, row.code): (row.act, row.reason) for row in rows}
     found = {
@@ -48,6 +52,8 @@ def findings(book, rows, gapless, with_keys):
                                       if code not in [row.code for row in by_key[key]]],
         "codes that nobody asked for": [f"{row.rule} {row.code}" for row in rows if row.key not in book.rules
                                         and (row.rule, row.code) not in book.adopted],
+        "codes told to several requests": [f"{rule} {code}: {keys}" for (rule, code), keys in told_for.items()
+                                           if len(keys) > 1],
         "codes stored twice": [f"{rule} {code}" for (rule, code), count in times.items() if count > 1],
         "gaps in gapless": [f"{rule} {code}" for rule in gapless
                             for code in gaps([row.code for row in rows if row.rule == rule])],

@@ -129,7 +129,7 @@ class GaleraCluster(Started):
 
     def __init__(self, nodes=3):
         if not GALERA.exists() or not os.path.exists("/usr/bin/rsync"):
-            raise RuntimeError("Galera is not installed (tools/packages.sh clusters installs it)")
+            raise RuntimeError("Galera is not installed (tools/packages.sh installs it)")
         super().__init__()
         try:
             self.servers = [GaleraNode(self.place, f"galera{number}") for number in range(1, nodes + 1)]

@@ -1,5 +1,6 @@
 """PostgreSQL on loopback: a server alone, and one with a standby that can take over."""
 import glob
+import os
 import pathlib
 import signal
 import subprocess
@@ -143,12 +144,24 @@ class PostgresPair(Cluster):
                 raise RuntimeError("the standby does not follow")
             time.sleep(0.05)
 
-    def fail_over(self):
-        """The primary is killed and the standby takes its place, alone until rejoin()."""
+    def fail_over(self, lag=0.0):
+        """The primary is killed and the standby takes its place, alone until rejoin(). Before that it hears nothing
+        of the primary for some seconds."""
+        senders = self._stall() if lag else []
+        time.sleep(lag)
         self.primary.kill()
+        for sender in senders:
+            os.kill(sender, signal.SIGKILL)
         if self.standby.query("postgres", f"SELECT pg_promote(true, {CAUGHT_UP_WITHIN})") != [("t",)]:
             raise RuntimeError(f"the standby was not promoted:\n{self.standby.log()[-3000:]}")
         self.primary, self.standby = self.standby, self.primary
+
+    def _stall(self):
+        """Stops the processes that send to the standby, and returns them: what they have not sent goes with them."""
+        senders = [int(row[0]) for row in self.primary.query("postgres", "SELECT pid FROM pg_stat_replication")]
+        for sender in senders:
+            os.kill(sender, signal.SIGSTOP)
+        return senders
 
     def query(self, database, sql):
         return self.primary.query(database, sql)

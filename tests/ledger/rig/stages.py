@@ -9,10 +9,9 @@ from rig.postgres import PostgresPair, PostgresServer
 from rig.postgres import connection_string as postgres_string
 from rig.proxy import Proxy
 from rig.server import Place
-from windows_program import BUILD, path
+from windows_program import BITS, path
 
 DATABASE = "ledger"
-BITS = 64 if BUILD.name == "x64" else 32
 AWAY = 0.3  # seconds that a server is gone for
 
 
@@ -83,19 +82,31 @@ class MariaDb(Stage):
 class Pair(Stage):
     """PostgreSQL with a standby; programs know both servers."""
 
-    def __init__(self, plan, synchronous=True):
-        super().__init__(PostgresPair(synchronous), plan)
+    synchronous = True
+    lag = 0.0  # seconds by which the standby is behind when the primary ends
+
+    def __init__(self, plan):
+        super().__init__(PostgresPair(self.synchronous), plan)
 
     def names(self, ports):
         return [postgres_string(ports, DATABASE)]
 
     def fail_over(self, _):
         proxy = self.proxies[self.cluster.servers.index(self.cluster.primary)]
+        if not self.lag:
+            proxy.refuse()
+        self.cluster.fail_over(self.lag)
         proxy.refuse()
-        self.cluster.fail_over()
         time.sleep(AWAY)
         self.cluster.rejoin()
         proxy.listen()
+
+
+class AsynchronousPair(Pair):
+    """No commit waits for the standby: what it lacks when it takes over is lost, and comes again."""
+
+    synchronous = False
+    lag = 0.5
 
 
 class Galera(Stage):
@@ -137,4 +148,4 @@ class Sqlite(Stage):
             connection.close()
 
 
-STAGES = {"postgres": Postgres, "mariadb": MariaDb, "pair": Pair, "galera": Galera, "sqlite": Sqlite}
+STAGES = {"postgres": Postgres, "mariadb": MariaDb, "pair": Pair, "asynchronous": AsynchronousPair, "galera": Galera, "sqlite": Sqlite}
