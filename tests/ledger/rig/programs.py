@@ -54,8 +54,11 @@ class Programs:
 
     def audit(self, number, rule):
         """The audit's findings, none where all is well."""
-        audit = self._run(number, "audit", "--rule", rule)
-        return [] if audit.returncode == 0 else (audit.stdout + audit.stderr).splitlines()
+        audit = self._run(number, "--json", "audit", "--rule", rule)
+        if audit.returncode == 0:
+            return []
+        found = [line for line in audit.stdout.splitlines() if '"finding"' in line]
+        return found + [f"audit: {audit.returncode} {audit.stderr.strip()[-300:]}"]
 
     def issue(self, number, rule, keys):
         """One program for the records of those keys; whether it did all of them."""
