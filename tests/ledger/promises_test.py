@@ -1,4 +1,5 @@
 """What the ledger promises: a request gets one code, and whatever was changed behind its back is found."""
+import concurrent.futures
 import os
 import pathlib
 import re
@@ -19,6 +20,7 @@ from rig.server import LOOPBACK
 from windows_program import ROOT, command, path, run
 
 DATABASE_FAILED, STOPPED = 5, 6
+LONGEST = 240  # seconds that a program may take on a machine with much else to do
 
 
 class PromiseTests:
@@ -72,7 +74,7 @@ class PromiseTests:
                                        "--key-column", "Key"])
             running = [subprocess.Popen(line, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, encoding="utf-8")
                        for _ in range(3)]
-            outputs = [process.communicate(timeout=120)[0] for process in running]
+            outputs = [process.communicate(timeout=LONGEST)[0] for process in running]
             self.assertEqual([process.returncode for process in running], [0, 0, 0])
             codes = [re.findall(r'"code":"([^"]+)"', output) for output in outputs]
             self.assertEqual(len(set(codes[0])), 40)
@@ -134,7 +136,7 @@ class PromiseTests:
         running = [subprocess.Popen(command("kledger", ["--database", self.database.name, "void", code, "--reason", reason]),
                                     stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8")
                    for reason in ("one", "two")]
-        results = [process.communicate(timeout=60) for process in running]
+        results = [process.communicate(timeout=LONGEST) for process in running]
         self.assertEqual(sorted(process.returncode for process in running), [0, 1], results)
         loser = next(error for process, (_, error) in zip(running, results) if process.returncode == 1)
         self.assertIn("is void already: " + self.objects("explain", code)[0]["reason"], loser)
@@ -187,7 +189,7 @@ class PromiseTests:
                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
         process.stdout.readline()
         process.kill()
-        process.wait(timeout=30)
+        process.wait(timeout=LONGEST)
         process.stdout.close()
 
     def test_leases_of_programs_that_are_gone_are_closed(self):
@@ -263,7 +265,7 @@ class PromiseTests:
 
     def test_audits_run_while_programs_issue(self):
         self.import_rule(rules.numbered(), "--policy", "fast", "--lease", "7", name="fast")
-        records = self.file("many.csv", "Year\n" + "2025\n" * 3_000)
+        records = self.file("many.csv", "Year\n" + "2025\n" * 700)
         process = subprocess.Popen(command("kledger", ["--database", self.database.name, "issue", records]),
                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
         process.stdout.readline()
@@ -316,7 +318,8 @@ class PromiseTests:
         records = self.file("many.csv", "Year\n" + "2025\n" * 2_000)
         with open("/dev/full", "wb") as full:
             process = subprocess.run(command("kledger", ["--database", self.database.name, "issue", records]), check=False,
-                                     stdin=subprocess.DEVNULL, stdout=full, stderr=subprocess.PIPE, encoding="utf-8", timeout=60)
+                                     stdin=subprocess.DEVNULL, stdout=full, stderr=subprocess.PIPE,
+                                     encoding="utf-8", timeout=LONGEST)
         self.assertEqual(process.returncode, STOPPED, process.stderr)
         self.assertEqual(self.codes(), ["2025-000001"])
         self.assertIn("line 2: code 2025-000001 is stored and perhaps not shown", process.stderr)
@@ -346,7 +349,7 @@ class PromiseTests:
         records = self.file("many.csv", "Year\n" + "2025\n" * 60_000)
         process, out = self.start(records)
         process.send_signal(signal.SIGINT)
-        error = process.communicate(timeout=60)[1]
+        error = process.communicate(timeout=LONGEST)[1]
         self.assertEqual(process.returncode, STOPPED, error)
         self.assertIn("kledger: stopped; everything that was stored is shown", error)
         self.assertEqual([line.split("\t")[0] for line in out.read_text().splitlines()], self.codes())
@@ -397,7 +400,7 @@ class Sqlite(OnSqlite, PromiseTests, LedgerCase):
             self.restore(copy)
             process, out = self.start(records)
             change()
-            error = process.communicate(timeout=60)[1]
+            error = process.communicate(timeout=LONGEST)[1]
             self.assertEqual(process.returncode, DATABASE_FAILED, f"{what}: {error}")
             self.assertIn("was deleted or replaced while it was in use", error, what)
             self.assertLess(len(out.read_text().splitlines()), 2_000, what)
@@ -472,22 +475,19 @@ class SilentServer:
 
 class Postgres(OnPostgres, PromiseTests, LedgerCase):
     def test_patience_bounds_every_wait(self):
+        """All at once, on a server that never says a word, where none is, and at a table that somebody else has."""
         self.import_rule(rules.numbered())
-        with SilentServer() as port:
-            silent = self.database.name.replace(f"Port={self.server.port}", f"Port={port}")
-            self.assert_gives_up(silent, 3)
-        closed = self.database.name.replace(f"Port={self.server.port}", "Port=1")
-        self.assert_gives_up(closed, 3)
-        locked = subprocess.Popen([postgres.programs() / "psql", "-h", LOOPBACK, "-p", str(self.server.port), "-U", "postgres",
-                                   "-d", self.database.database, "-c",
-                                   "BEGIN; LOCK TABLE kestrel_codes; SELECT pg_sleep(20)"], stdin=subprocess.DEVNULL,
-                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        try:
-            time.sleep(1)
-            self.assert_gives_up(self.database.name, 3)
-        finally:
-            locked.kill()
-            locked.wait()
+        this_port = f"Port={self.server.port}"
+        lock = [postgres.programs() / "psql", "-h", LOOPBACK, "-p", str(self.server.port), "-U", "postgres", "-d",
+                self.database.database, "-X", "-q", "-A", "-t"]
+        with SilentServer() as port, concurrent.futures.ThreadPoolExecutor() as pool, \
+                subprocess.Popen(lock, stdin=subprocess.PIPE, stdout=subprocess.PIPE, encoding="utf-8") as holder:
+            holder.stdin.write("BEGIN; LOCK TABLE kestrel_codes; SELECT 1;\n")
+            holder.stdin.flush()
+            holder.stdout.readline()
+            databases = [self.database.name.replace(this_port, f"Port={silent}") for silent in (port, 1)]
+            for waited in [pool.submit(self.assert_gives_up, database, 3) for database in (*databases, self.database.name)]:
+                waited.result()
 
     def assert_gives_up(self, database, patience):
         begin = time.monotonic()
@@ -495,7 +495,7 @@ class Postgres(OnPostgres, PromiseTests, LedgerCase):
         took = time.monotonic() - begin
         self.assertEqual(result.returncode, DATABASE_FAILED, result.stderr)
         self.assertGreater(took, patience - 1, result.stderr)
-        self.assertLess(took, patience + 6, result.stderr)
+        self.assertLess(took, patience + 12, f"its patience, and time to start: {result.stderr}")
 
     def test_a_database_that_can_lose_a_commit_is_named_once(self):
         for policy in ("gapless", "fast"):
@@ -520,7 +520,7 @@ class Postgres(OnPostgres, PromiseTests, LedgerCase):
         self.assertIn("the server takes no changes; it follows another one or is set read-only", line)
         self.assertIsNone(waiting.poll(), "it goes on trying")
         self.server.query("postgres", read_only + "off")
-        self.assertEqual(waiting.communicate(timeout=60), ("2024-000001\t2024\n", ""))
+        self.assertEqual(waiting.communicate(timeout=LONGEST), ("2024-000001\t2024\n", ""))
 
     def test_a_commit_that_comes_late_is_the_requests_own(self):
         """The COMMIT waits in the server while its client is cut off; it takes effect after the client has come back."""
@@ -535,7 +535,9 @@ class Postgres(OnPostgres, PromiseTests, LedgerCase):
                          "--field", "Year=2031")
             self.database.query("DROP TRIGGER slow ON kestrel_codes")
             self.assertEqual(result.returncode, 0, result.stderr)
-            time.sleep(4)
+            while self.server.query("postgres", "SELECT COUNT(*) FROM pg_stat_activity WHERE datname = "
+                                                f"'{self.database.database}'") != [("0",)]:
+                time.sleep(0.05)
             rows = self.database.query("SELECT code FROM kestrel_codes WHERE rule_id = (SELECT id FROM kestrel_rules WHERE "
                                        f"name = '{policy}')")
             self.assertEqual(rows, [("2031-000001",)])
