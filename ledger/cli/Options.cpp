@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <regex>
 
 #include "KestrelVersion.h"
 #include "hosts/common/Console.h"
@@ -204,6 +205,10 @@ class Parser {
         command->add_option("--month-begins", made->settings.monthBegins, "the day that a month begins with (1)")
             ->check(CLI::Range(1, 28));
         AddText(command, "--day-begins", made->settings.dayBegins, "the time that a day begins at, HH:MM (00:00)");
+        command->get_option("--day-begins")->check([](const std::string& text) {
+            return std::regex_match(text, std::regex("([01][0-9]|2[0-3]):[0-5][0-9]")) ? std::string()
+                                                                                      : std::string("HH:MM");
+        });
         command->add_flag("--replace", made->replace, "give the rule of this name a new definition");
         command->add_flag("--force", made->force, "store it even if it can issue no code");
         const auto shown = std::make_shared<ShowOptions>();

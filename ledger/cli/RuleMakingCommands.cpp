@@ -51,7 +51,7 @@ void ShowPlace(const std::wstring& pattern, const PatternError& error) {
 struct BandRow {
     std::wstring name;
     std::wstring style;
-    std::wstring length;
+    std::size_t length = 0;
     std::wstring from; // what its part of a code comes from
     std::wstring format;
     std::wstring range;
@@ -103,7 +103,7 @@ std::vector<BandRow> RowsOf(const hosts::Rule& rule) {
     std::vector<BandRow> rows;
     for (const hosts::Band& band : rule.Bands()) {
         const hosts::Dispatch object = rule.Component().Item(hosts::Variant(band.name), L"Band");
-        rows.push_back({band.name, StyleName(band.style), std::to_wstring(band.length), SourceOf(band, object),
+        rows.push_back({band.name, StyleName(band.style), band.length, SourceOf(band, object),
                         object.Get(L"Formate").Text(), RangeOf(band, object), Joined(band.tracked), CodesOf(object)});
     }
     return rows;
@@ -117,16 +117,16 @@ Json ToJson(const std::vector<std::wstring>& texts) {
 }
 
 Json RowJson(const BandRow& row) {
-    return {{"band", ledger::ToJson(row.name)},      {"style", ledger::ToJson(row.style)},
-            {"length", ledger::ToJson(row.length)},  {"from", ledger::ToJson(row.from)},
-            {"format", ledger::ToJson(row.format)},  {"range", ledger::ToJson(row.range)},
+    return {{"band", ledger::ToJson(row.name)},     {"style", ledger::ToJson(row.style)},
+            {"length", row.length}, {"from", ledger::ToJson(row.from)},
+            {"format", ledger::ToJson(row.format)}, {"range", ledger::ToJson(row.range)},
             {"tracks", ledger::ToJson(row.tracked)}, {"codes", ledger::ToJson(row.codes)}};
 }
 
 void PrintTable(const std::vector<BandRow>& rows) {
     Table table({L"BAND", L"STYLE", L"LENGTH", L"FROM", L"FORMAT", L"NUMBERS", L"TRACKS", L"CODES"});
     for (const BandRow& row : rows)
-        table.Add({hosts::Shown(row.name), row.style, row.length, hosts::Shown(row.from), hosts::Shown(row.format),
+        table.Add({hosts::Shown(row.name), row.style, std::to_wstring(row.length), hosts::Shown(row.from), hosts::Shown(row.format),
                    row.range, hosts::Shown(row.tracked), row.codes});
     for (const std::wstring& line : table.Lines())
         hosts::PrintLine(line);

@@ -226,7 +226,7 @@ TEST(PatternTextTest, WhatIsNotGivenIsNotWritten) {
                                        L"{Country=countries.csv}-{###/Country}",
                                        L"a{{b}}c{A..F:B}",
                                        L"{=year(Date)}{Q=quarter(Date):00}{##:10..20/}",
-                                       L"{Land=\"a|b.csv\"|1}{@City=\"f(x).csv\"|2 as Town}"};
+                                       L"{Land=\"f(x|y).csv\"|1}{@City=\"f(x|y).csv\"|2 as Town}"};
     for (const wchar_t* text : patterns) {
         Pattern pattern = ParsePattern(text);
         const Pattern complete = pattern;

@@ -50,8 +50,11 @@ std::vector<std::wstring> LinesOf(std::wstring_view text) {
 class Reader {
   public:
     DefinitionText Read(std::wstring_view text) {
-        if (!text.starts_with(Header)) Stray(std::wstring(text.substr(0, Header.size())), L"a definition begins with #####");
-        for (const std::wstring& line : LinesOf(text.substr(std::min(Header.size(), text.size())))) {
+        if (!text.starts_with(Header))
+            mvarText.strays.push_back(
+                {1, std::wstring(text.substr(0, Header.size())), L"is no definition, which begins with #####"});
+        if (text.size() <= Header.size()) return std::move(mvarText);
+        for (const std::wstring& line : LinesOf(text.substr(Header.size()))) {
             ++mvarLine;
             if (mvarEntry == AwaitingNumber)
                 ReadNumber(line);

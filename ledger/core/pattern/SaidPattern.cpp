@@ -286,23 +286,31 @@ class Speaker {
 
     // Names and tracked bands that a pattern has anyway.
     void LeaveOut() {
-        Pattern usual = mvarPattern;
-        for (PatternPart& part : usual) {
+        Pattern shorter = mvarPattern;
+        for (PatternPart& part : shorter) {
             part.name.clear();
             if (part.kind == PartKind::Number) part.tracked.reset();
+            if (part.kind == PartKind::Formula && IsFunctionOf(part.text, part.formula)) part.text.clear();
         }
+        Pattern usual = shorter;
         CompletePattern(usual);
-        Pattern shorter = mvarPattern;
-        for (std::size_t place = 0; place < usual.size(); ++place)
-            if (usual[place].name == mvarPattern[place].name) shorter[place].name.clear();
-        LeaveOutTracks(shorter);
+        for (std::size_t place = 0; place < usual.size(); ++place) {
+            const PatternPart& part = mvarPattern[place];
+            if (usual[place].text != part.text) shorter[place].text = part.text;
+            if (usual[place].name != part.name) shorter[place].name = part.name;
+            shorter[place].tracked = part.tracked;
+        }
         Pattern again = shorter;
         CompletePattern(again);
-        const bool isSame = std::ranges::equal(again, mvarPattern, {}, &PatternPart::name, &PatternPart::name);
-        if (isSame)
-            mvarPattern = std::move(shorter);
-        else
-            LeaveOutTracks(mvarPattern);
+        const auto isSame = [](const PatternPart& one, const PatternPart& other) {
+            return one.name == other.name && one.text == other.text;
+        };
+        if (std::ranges::equal(again, mvarPattern, isSame)) mvarPattern = std::move(shorter);
+        LeaveOutTracks(mvarPattern);
+    }
+
+    static bool IsFunctionOf(const std::wstring& name, const std::wstring& formula) {
+        return formula.substr(0, formula.find(L'(')) == name;
     }
 
     static void LeaveOutTracks(Pattern& pattern) {
