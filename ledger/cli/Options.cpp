@@ -207,7 +207,7 @@ class Parser {
         AddText(command, "--day-begins", made->settings.dayBegins, "the time that a day begins at, HH:MM (00:00)");
         command->get_option("--day-begins")->check([](const std::string& text) {
             return std::regex_match(text, std::regex("([01][0-9]|2[0-3]):[0-5][0-9]")) ? std::string()
-                                                                                      : std::string("HH:MM");
+                                                                                       : std::string("HH:MM");
         });
         command->add_flag("--replace", made->replace, "give the rule of this name a new definition");
         command->add_flag("--force", made->force, "store it even if it can issue no code");

@@ -117,17 +117,21 @@ Json ToJson(const std::vector<std::wstring>& texts) {
 }
 
 Json RowJson(const BandRow& row) {
-    return {{"band", ledger::ToJson(row.name)},     {"style", ledger::ToJson(row.style)},
-            {"length", row.length}, {"from", ledger::ToJson(row.from)},
-            {"format", ledger::ToJson(row.format)}, {"range", ledger::ToJson(row.range)},
-            {"tracks", ledger::ToJson(row.tracked)}, {"codes", ledger::ToJson(row.codes)}};
+    return {{"band", ledger::ToJson(row.name)},
+            {"style", ledger::ToJson(row.style)},
+            {"length", row.length},
+            {"from", ledger::ToJson(row.from)},
+            {"format", ledger::ToJson(row.format)},
+            {"range", ledger::ToJson(row.range)},
+            {"tracks", ledger::ToJson(row.tracked)},
+            {"codes", ledger::ToJson(row.codes)}};
 }
 
 void PrintTable(const std::vector<BandRow>& rows) {
     Table table({L"BAND", L"STYLE", L"LENGTH", L"FROM", L"FORMAT", L"NUMBERS", L"TRACKS", L"CODES"});
     for (const BandRow& row : rows)
-        table.Add({hosts::Shown(row.name), row.style, std::to_wstring(row.length), hosts::Shown(row.from), hosts::Shown(row.format),
-                   row.range, hosts::Shown(row.tracked), row.codes});
+        table.Add({hosts::Shown(row.name), row.style, std::to_wstring(row.length), hosts::Shown(row.from),
+                   hosts::Shown(row.format), row.range, hosts::Shown(row.tracked), row.codes});
     for (const std::wstring& line : table.Lines())
         hosts::PrintLine(line);
 }

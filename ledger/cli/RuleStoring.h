@@ -12,8 +12,8 @@ namespace ledger {
 void CheckRuleName(const std::wstring& name);
 
 // Stores the change without the values of fields that came with its definition, and prints what was stored; what was
-// found about the definition goes to standard error. Unless `force` is set, fails with HostError on a rule that can issue
-// no code.
+// found about the definition goes to standard error. Unless `force` is set, fails with HostError on a rule that can
+// issue no code.
 void StoreRule(Session& session, RuleChange change, bool force);
 
 } // namespace ledger

@@ -29,7 +29,7 @@ struct Row {
 const Row StrayTexts[] = {
     {L"=====02\r0", L"1: =====: is no definition, which begins with #####"},
     {L"", L"1: : is no definition, which begins with #####"},
-    {L"#####02\r0\rx", L"3: x: is no number of an entry; it counts as 0"},
+    {L"#####02\r0\rx\ry", L"3: x: is no number of an entry; it counts as 0"},
     {L"#####02\r0\r99\r3\r1", L"3: 99: is no number of an entry from 0 to 17"},
     {L"#####02\r0\r18\rx", L"4: x: is the value of entry 18"},
     {L"#####02\r0\r13", L"3: : the text ends where a value is expected"},
@@ -61,6 +61,7 @@ const Pair SameInOtherWords[] = {
     {L"#####10\r6:30", L"#####10\r06:30"},
     {L"#####10\r00:00", L"#####12\r1"},
     {L"#####14\rA,A,,;B,b", L"#####14\rA,,;B,,"},
+    {L"#####9\r7;,1,a,b\r16\r0=A\r14=0\r17", L"#####9\r1;,1,a,b\r16\r0=A\r14=\r17"},
     {L"#####16\r0= A \r1=03\r3=007\r8= 1\r11=2026-01-02\r12=a\r17",
      L"#####16\r0=A\r1=3\r3=7\r8=1\r11=2026-01-02 00:00:00\r12=A\r17"},
     {L"#####16\r0=A\r3=\r6=\r13=\r17", L"#####16\r0=a\r3=5\r6=B\r13=C\r17"},
@@ -73,7 +74,8 @@ const struct {
 } Differences[] = {
     {L"#####03\rYes", L"#####03\r0", L"line 2: right to add bands: read \"Yes\", not taken; the rule holds \"0\""},
     {L"#####11\r3", L"#####11\r2", L"line 2: begin of the week: read \"3\", not taken; the rule holds \"2\""},
-    {L"#####14\rA,,;B,,x,y", L"#####14\rA,,;B,,x", L"line 2: fields: read \"B,,x,y\", not taken; the rule holds \"B,,x\""},
+    {L"#####14\rA,,;B,,x,y", L"#####14\rA,,;B,,x",
+     L"line 2: fields: read \"B,,x,y\", not taken; the rule holds \"B,,x\""},
     {L"#####9\r2;,1,a,b;,2,c,d,e", L"#####9\r2;,1,a,b;,2,c,d",
      L"line 2: relations of the layers: read \",2,c,d,e\", not taken; the rule holds \",2,c,d\""},
     {L"#####16\r0=A\r5=x\r17", L"#####16\r0=A\r5=1\r17",
@@ -82,7 +84,8 @@ const struct {
      L"line 3: field of band A: read \"Gone\", not taken; the rule holds \"\""},
     {L"#####16\r0=A\r13=B,Yeer\r17", L"#####16\r0=A\r13=B\r17",
      L"line 3: tracked bands of band A: read \"Yeer\", not taken; the rule holds \"B\""},
-    {L"#####16\r0=A\r17\r16\r0=a\r17", L"#####16\r0=A\r17", L"line 5: band a: read \"a\", not taken; the rule holds \"\""},
+    {L"#####16\r0=A\r17\r16\r0=a\r17", L"#####16\r0=A\r17",
+     L"line 5: band a: read \"a\", not taken; the rule holds \"\""},
 };
 
 } // namespace

@@ -31,9 +31,9 @@ std::wstring Said(const wchar_t* what, const std::wstring& value) {
 
 // What is known of a band in one line, so that a table can hold it.
 std::wstring PartLine(const PatternPart& part) {
-    std::wstring line = KindText(part.kind) + L" " + part.name + Said(L"text", part.text) + Said(L"formula", part.formula) +
-                        Said(L"format", part.format) + Said(L"first", part.first) + Said(L"last", part.last) +
-                        Said(L"file", part.file);
+    std::wstring line = KindText(part.kind) + L" " + part.name + Said(L"text", part.text) +
+                        Said(L"formula", part.formula) + Said(L"format", part.format) + Said(L"first", part.first) +
+                        Said(L"last", part.last) + Said(L"file", part.file);
     if (part.length > 0) line += L" length=" + std::to_wstring(part.length);
     if (part.layer > 0) line += L" layer=" + std::to_wstring(part.layer);
     if (!part.tracked) return line;
@@ -73,7 +73,8 @@ const Accepted AcceptedPatterns[] = {
     {L"{Customer:4}{##}", L"field Customer text=Customer length=4\nnumber Number first=1 length=2 tracks [Customer]\n"},
     {L"INV-{Date:yyyy}-{#####}", L"text Text text=INV-\nfield Date text=Date format=yyyy length=4\ntext Text 2 text=-\n"
                                  L"number Number first=1 length=5 tracks [Date]\n"},
-    {L"{Date:yyyy}{Date:mm}", L"field Date text=Date format=yyyy length=4\nfield Date 2 text=Date format=mm length=2\n"},
+    {L"{Date:yyyy}{Date:mm}",
+     L"field Date text=Date format=yyyy length=4\nfield Date 2 text=Date format=mm length=2\n"},
     {L"{@Today:yymmdd}", L"macro Today text=Today format=yymmdd length=6\n"},
     {L"{Date:mmmm:9}", L"field Date text=Date format=mmmm length=9\n"},
     {L"{Time:\"hh:nn\"}", L"field Time text=Time format=hh:nn length=5\n"},
@@ -87,15 +88,18 @@ const Accepted AcceptedPatterns[] = {
     // what numbers track
     {L"{Country:2}{City:3}{###/Country}", L"field Country text=Country length=2\nfield City text=City length=3\n"
                                           L"number Number first=1 length=3 tracks [Country]\n"},
-    {L"{A:1}{B:1}{#/B,a as N}", L"field A text=A length=1\nfield B text=B length=1\nnumber N first=1 length=1 tracks [B] [A]\n"},
+    {L"{A:1}{B:1}{#/B,a as N}",
+     L"field A text=A length=1\nfield B text=B length=1\nnumber N first=1 length=1 tracks [B] [A]\n"},
     {L"{A:1}{#/}", L"field A text=A length=1\nnumber Number first=1 length=1 tracks\n"},
     {L"{A:1}{#/ as N}", L"field A text=A length=1\nnumber N first=1 length=1 tracks\n"},
     {L"{\"-\" as Dash}{#/Dash}", L"text Dash text=-\nnumber Number first=1 length=1 tracks [Dash]\n"},
-    {L"{D:yyyy}{D:mm as Month}{##/D}{##/Month}", L"field D text=D format=yyyy length=4\nfield Month text=D format=mm length=2\n"
-                                                 L"number Number first=1 length=2 tracks [D]\n"
-                                                 L"number Number 2 first=1 length=2 tracks [Month]\n"},
-    {L"{D:yyyy as Year}{D:mm as Month}{##/D}", L"field Year text=D format=yyyy length=4\nfield Month text=D format=mm length=2\n"
-                                               L"number Number first=1 length=2 tracks [Year] [Month]\n"},
+    {L"{D:yyyy}{D:mm as Month}{##/D}{##/Month}",
+     L"field D text=D format=yyyy length=4\nfield Month text=D format=mm length=2\n"
+     L"number Number first=1 length=2 tracks [D]\n"
+     L"number Number 2 first=1 length=2 tracks [Month]\n"},
+    {L"{D:yyyy as Year}{D:mm as Month}{##/D}",
+     L"field Year text=D format=yyyy length=4\nfield Month text=D format=mm length=2\n"
+     L"number Number first=1 length=2 tracks [Year] [Month]\n"},
     // letters
     {L"{A..Z}", L"letter Letter text=A first=A last=Z length=1\n"},
     {L"{B..F:C as Rev}", L"letter Rev text=C first=B last=F length=1\n"},
@@ -112,12 +116,14 @@ const Accepted AcceptedPatterns[] = {
     {L"{=fiscal(Date)}", L"formula fiscal text=fiscal formula=fiscal(Date) length=4\n"},
     {L"{=left(upper(Name) 3):3}", L"formula left text=left formula=left(upper(Name) 3) length=3\n"},
     {L"{=month(Date):00}{=month(Date):00}{=month(Due)}",
-     L"formula month text=month formula=month(Date) format=00 length=2\nformula month 2 text=month formula=month(Date) format=00 "
+     L"formula month text=month formula=month(Date) format=00 length=2\nformula month 2 text=month formula=month(Date) "
+     L"format=00 "
      L"length=2\nformula month 2 2 text=month 2 formula=month(Due) length=2\n"},
     {L"{Month=month(Date)=months.csv}", L"formula Month text=Month formula=month(Date) file=months.csv\n"},
     {L"{=year(Date)}{###}{Check=luhn(Number):1}{Twice=pad(Check 2):2}",
      L"formula year text=year formula=year(Date) length=4\nnumber Number first=1 length=3 tracks [year]\n"
-     L"formula Check text=Check formula=luhn(Number) length=1\nformula Twice text=Twice formula=pad(Check 2) length=2\n"},
+     L"formula Check text=Check formula=luhn(Number) length=1\nformula Twice text=Twice formula=pad(Check 2) "
+     L"length=2\n"},
     {L"{=pick(Name \"a{b\"):1}", L"formula pick text=pick formula=pick(Name \"a{b\") length=1\n"},
 };
 
@@ -222,10 +228,8 @@ TEST(PatternTextTest, WrittenAndReadAgainEveryPatternIsTheSame) {
 }
 
 TEST(PatternTextTest, WhatIsNotGivenIsNotWritten) {
-    const wchar_t* const patterns[] = {L"INV-{Date:yyyy}-{#####}",
-                                       L"{Country=countries.csv}-{###/Country}",
-                                       L"a{{b}}c{A..F:B}",
-                                       L"{=year(Date)}{Q=quarter(Date):00}{##:10..20/}",
+    const wchar_t* const patterns[] = {L"INV-{Date:yyyy}-{#####}", L"{Country=countries.csv}-{###/Country}",
+                                       L"a{{b}}c{A..F:B}", L"{=year(Date)}{Q=quarter(Date):00}{##:10..20/}",
                                        L"{Land=\"f(x|y).csv\"|1}{@City=\"f(x|y).csv\"|2 as Town}"};
     for (const wchar_t* text : patterns) {
         Pattern pattern = ParsePattern(text);

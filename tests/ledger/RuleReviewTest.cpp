@@ -18,7 +18,9 @@ const ledger::CodeFiles Files = [](const std::wstring& file) {
                                                 : L"c,v\n1,North\n2,South\n");
 };
 
-std::wstring Definition(const wchar_t* pattern) { return ledger::BuildDefinition(ledger::ParsePattern(pattern), {}, Files); }
+std::wstring Definition(const wchar_t* pattern) {
+    return ledger::BuildDefinition(ledger::ParsePattern(pattern), {}, Files);
+}
 
 std::wstring Replaced(std::wstring text, const std::wstring& from, const std::wstring& to) {
     const auto at = text.find(from);
@@ -74,9 +76,8 @@ TEST_F(RuleReviewTest, EveryValueThatIsChangedIsHeldOrTold) {
         rule.Load(text);
         const Lines held = LinesOf(rule.Definition());
         const ledger::RuleReview review = ledger::ReviewDefinition(text);
-        const bool isTold = std::ranges::any_of(review.untaken, [line](const ledger::Untaken& untaken) {
-            return untaken.line == line + 1;
-        });
+        const bool isTold = std::ranges::any_of(
+            review.untaken, [line](const ledger::Untaken& untaken) { return untaken.line == line + 1; });
         const bool isHeld = std::ranges::any_of(held, [&](const std::wstring& one) {
             return one == changed[line] || one == changed[line] + L",,"; // as a list writes a name
         });
@@ -91,7 +92,8 @@ TEST_F(RuleReviewTest, EveryValueThatIsChangedIsHeldOrTold) {
 TEST_F(RuleReviewTest, EveryTextThatEndsEarlyIsTold) {
     const Lines lines = LinesOf(Definition(L"{A:4}-{###}"));
     const auto firstBand = static_cast<std::size_t>(std::ranges::find(lines, L"16") - lines.begin());
-    const auto firstEnd = static_cast<std::size_t>(std::find(lines.begin() + static_cast<std::ptrdiff_t>(firstBand), lines.end(), L"17") - lines.begin());
+    const auto firstEnd = static_cast<std::size_t>(
+        std::find(lines.begin() + static_cast<std::ptrdiff_t>(firstBand), lines.end(), L"17") - lines.begin());
     ASSERT_LT(firstEnd, lines.size());
     for (std::size_t count = firstEnd + 2; count < lines.size(); ++count) {
         if (lines[count - 1] == L"17") continue; // a whole band more or less is no half a text
@@ -105,7 +107,8 @@ TEST_F(RuleReviewTest, EveryTextThatEndsEarlyIsTold) {
 
 TEST_F(RuleReviewTest, FindingsAreThoseOfTheLedger) {
     EXPECT_EQ(ledger::ReviewDefinition(Definition(L"A{####}")).Lines(), Lines()) << "the ledger counts it";
-    EXPECT_EQ(ledger::ReviewDefinition(Definition(L"{A:4}{####:..5000}")).Lines(), Lines()) << "the ledger keeps to the end";
+    EXPECT_EQ(ledger::ReviewDefinition(Definition(L"{A:4}{####:..5000}")).Lines(), Lines())
+        << "the ledger keeps to the end";
     EXPECT_EQ(ledger::ReviewDefinition(Definition(L"{A:4}")).findings.size(), 1U) << "two records, one code";
     EXPECT_EQ(ledger::ReviewDefinition(Definition(L"{A:4}{##}")).findings.size(), 1U) << "few numbers";
 }

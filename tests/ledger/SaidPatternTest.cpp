@@ -81,7 +81,8 @@ TEST_F(SaidPatternTest, WhatNoPatternSaysIsToldWhy) {
         std::wstring definition;
         const wchar_t* why;
     } rows[] = {
-        {Replaced(Built(L"{A:1}{##}"), L"4=00", L"4=0\\0"), L"the number of band Number is written with the format \"0\\0\""},
+        {Replaced(Built(L"{A:1}{##}"), L"4=00", L"4=0\\0"),
+         L"the number of band Number is written with the format \"0\\0\""},
         {Replaced(Built(L"{A:1}{##}"), L"14\rA,,", L"14\rA,,;B,,"), L"fields: the rule has \"A,,;B,,\""},
         {Replaced(Built(L"{A:1}{##}"), L"14\rA,,", L"14\rA,Customer,"), L"fields: the rule has \"A,Customer,\""},
         {Replaced(Built(L"{A=a.csv}{##}"), L",1,1,North", L",1,1,"), L"the value of code \"1\" is empty"},

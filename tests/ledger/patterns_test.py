@@ -173,7 +173,8 @@ class CheckTest(PatternsCase):
             self.assertIn(f"line {self.line_of(text, new)}: {told}", lines)
         text = good.replace("3=-", "4=000", 1)
         lines = self.done("rule", "check", self.file("t.rule", text), code=4)
-        self.assertIn('line 40: format of band Dash: read "000", not taken; the rule holds ""', lines)
+        line = self.line_of(text, "4=000")
+        self.assertIn(f'line {line}: format of band Dash: read "000", not taken; the rule holds ""', lines)
 
     def test_a_clean_rule(self):
         self.new("{Shop:2}{####}")

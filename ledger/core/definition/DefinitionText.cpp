@@ -14,16 +14,29 @@ constexpr std::wstring_view Header = L"#####";
 constexpr int LastNumber = 18; // that is not passed over; nothing is read into it
 constexpr int AwaitingNumber = -1;
 
-constexpr std::array EntryNames = {
-    L"name of the rule",  L"style of the rule",      L"apply mode",       L"right to add bands",
-    L"right to drop bands", L"right to set up",      L"simple style",     L"right to manage fields",
-    L"capitals",          L"relations of the layers", L"begin of the day", L"begin of the week",
-    L"begin of the month", L"begin of the year",     L"fields",           L"macros",
-    L"band",              L"layers"};
+constexpr std::array EntryNames = {L"name of the rule",
+                                   L"style of the rule",
+                                   L"apply mode",
+                                   L"right to add bands",
+                                   L"right to drop bands",
+                                   L"right to set up",
+                                   L"simple style",
+                                   L"right to manage fields",
+                                   L"capitals",
+                                   L"relations of the layers",
+                                   L"begin of the day",
+                                   L"begin of the week",
+                                   L"begin of the month",
+                                   L"begin of the year",
+                                   L"fields",
+                                   L"macros",
+                                   L"band",
+                                   L"layers"};
 
-constexpr std::array KeyNames = {L"name",       L"style",        L"conversion", L"default",       L"format", L"length",
-                                 L"field",      L"raise mode",   L"begin",      L"end",           L"trigger band", L"date",
-                                 L"last value", L"tracked bands", L"relations",  L"right to drop", L"right to change"};
+constexpr std::array KeyNames = {L"name",          L"style",          L"conversion", L"default",       L"format",
+                                 L"length",        L"field",          L"raise mode", L"begin",         L"end",
+                                 L"trigger band",  L"date",           L"last value", L"tracked bands", L"relations",
+                                 L"right to drop", L"right to change"};
 
 // The number that a line begins with; nothing where it begins with none.
 std::optional<double> LeadingNumber(const std::wstring& line) {
@@ -73,8 +86,10 @@ class Reader {
     void ReadNumber(const std::wstring& line) {
         const auto number = LeadingNumber(line);
         if (!number)
-            Stray(line, L"is no number of an entry; it counts as 0, so that the next line is read as the name of the rule");
-        if (!IsNumber(number.value_or(0))) return Stray(line, L"is no number of an entry from 0 to 17, and passed over");
+            Stray(line,
+                  L"is no number of an entry; it counts as 0, so that the next line is read as the name of the rule");
+        if (!IsNumber(number.value_or(0)))
+            return Stray(line, L"is no number of an entry from 0 to 17, and passed over");
         mvarEntry = static_cast<int>(number.value_or(0));
     }
 

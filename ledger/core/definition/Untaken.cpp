@@ -163,8 +163,7 @@ class Comparison {
 
     // Once for the band, at its name.
     void ReportLost(const DefinitionItem& item) {
-        if (item.key == keys::Name)
-            mvarFound.push_back({item.line, L"band " + item.value, item.value, std::wstring()});
+        if (item.key == keys::Name) mvarFound.push_back({item.line, L"band " + item.value, item.value, std::wstring()});
     }
 
     void CompareBand(const DefinitionItem& item, const std::wstring& holds) {
@@ -198,13 +197,14 @@ class Comparison {
             if (FieldsOf(read[place]) != FieldsOf(held[place])) Report(item, read[place], held[place]);
     }
 
-    // The first relation that is not taken stands for all of them.
+    // The first relation that is not taken stands for all of them. The number in front of them counts what was ever
+    // added.
     void CompareTree(const DefinitionItem& item, const std::wstring& holds) {
         const std::vector<std::wstring> read = Split(item.value, L';');
         std::vector<std::wstring> held = Split(holds, L';');
         held.resize(std::max(held.size(), read.size()));
         for (std::size_t place = 0; place < read.size(); ++place)
-            if (read[place] != held[place] && (place > 0 || !SameNumber(read[place], held[place])))
+            if (read[place] != held[place] && (place > 0 || !NumberOf(read[place])))
                 return Report(item, read[place], held[place]);
     }
 
@@ -221,7 +221,8 @@ std::wstring LineOf(const Untaken& untaken) {
     const std::wstring line = L"line " + std::to_wstring(untaken.line) + L": ";
     const std::wstring read = L"\"" + hosts::Shown(untaken.read) + L"\"";
     if (untaken.what.empty()) return line + (untaken.read.empty() ? L"" : read + L" ") + untaken.holds;
-    return line + untaken.what + L": read " + read + L", not taken; the rule holds \"" + hosts::Shown(untaken.holds) + L"\"";
+    return line + untaken.what + L": read " + read + L", not taken; the rule holds \"" + hosts::Shown(untaken.holds) +
+           L"\"";
 }
 
 std::vector<Untaken> FindUntaken(const std::wstring& text, const std::wstring& held) {

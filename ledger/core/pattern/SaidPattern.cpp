@@ -84,9 +84,8 @@ class Tree {
 
 // The same for trees that convert alike, whatever the numbers and places of their nodes.
 std::wstring TreeMeaning(const std::wstring& text, std::size_t layers) {
-    if (text.empty()) return {};
-    const std::vector<std::wstring> fields(layers, L"x");
-    return WriteCodeTable(Tree(text, layers).Relations(), fields);
+    const std::vector<Relation> relations = Tree(text, layers).Relations();
+    return relations.empty() ? std::wstring() : WriteCodeTable(relations, std::vector<std::wstring>(layers, L"x"));
 }
 
 // ------------------------------------------------------------------------------------------------------ definitions
