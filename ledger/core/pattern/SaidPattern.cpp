@@ -121,7 +121,7 @@ class Held {
     [[nodiscard]] std::vector<std::wstring> NamesOfDifferences(const Held& other) const {
         std::vector<std::wstring> names;
         for (const auto& [place, item] : mvarItems)
-            if (Meaning(*item) != other.MeaningAt(place))
+            if (!item->value.empty() && Meaning(*item) != other.MeaningAt(place))
                 names.push_back(NameOfItem(mvarText, *item) + L" " + item->value);
         return names;
     }
