@@ -5,6 +5,7 @@
 #include "hosts/common/Text.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
+#include "ledger/core/RuleCalendar.h"
 #include "ledger/core/RuleChange.h"
 #include "ledger/core/definition/DefinitionText.h"
 
@@ -36,7 +37,7 @@ class Designer {
     Designer(Session& session, RuleChange change) : mvarSession(session), mvarChange(std::move(change)) {}
 
     // Without it the rule is an empty one.
-    void Load(const std::wstring& definition) { mvarRule.Load(WithoutValues(definition)); }
+    void Load(const std::wstring& definition) { LoadWithWeek(mvarRule, WithoutValues(definition)); }
 
     // Whoever makes a rule may do anything to it.
     void AllowEverything() const {

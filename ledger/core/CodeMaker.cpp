@@ -67,9 +67,7 @@ std::vector<bool> ShownBy(const std::vector<hosts::Band>& bands, const std::vect
 }
 
 std::vector<hosts::Band> LoadBands(hosts::Rule& rule, const std::wstring& definition) {
-    rule.Load(definition);
-    // The component writes it into a definition and does not read it back.
-    if (const auto week = WeekOf(definition)) rule.Component().Put(L"SeparaOfWeek", hosts::Variant(long{*week}));
+    LoadWithWeek(rule, definition);
     return rule.Bands();
 }
 

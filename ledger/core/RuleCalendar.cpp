@@ -58,6 +58,11 @@ std::optional<int> WeekOf(const std::wstring& definition) {
     return week;
 }
 
+void LoadWithWeek(hosts::Rule& rule, const std::wstring& definition) {
+    rule.Load(definition);
+    if (const auto week = WeekOf(definition)) rule.Component().Put(L"SeparaOfWeek", hosts::Variant(long{*week}));
+}
+
 Calendar CalendarOf(const hosts::Rule& rule) {
     return Calendar({NumberOf(rule, L"SeparaOfYear"), NumberOf(rule, L"SeparaOfMonth"), NumberOf(rule, L"SeparaOfWeek"),
                      MinuteOf(rule.Component().Get(L"SeparaOfDay"))});

@@ -13,6 +13,9 @@ namespace ledger {
 // it and does not read it back.
 [[nodiscard]] std::optional<int> WeekOf(const std::wstring& definition);
 
+// Loads the definition with the day on which weeks begin. Fails with HostError when the text makes no band.
+void LoadWithWeek(hosts::Rule& rule, const std::wstring& definition);
+
 // Of the settings that the component has now.
 [[nodiscard]] Calendar CalendarOf(const hosts::Rule& rule);
 

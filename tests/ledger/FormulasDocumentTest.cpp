@@ -84,6 +84,23 @@ TEST(FormulasDocumentTest, EveryExampleGivesWhatItSays) {
         EXPECT_EQ(ResultOf(example), example.gives) << testing::PrintToString(example.formula);
 }
 
+TEST(FormulasDocumentTest, LengthsThatAreAlwaysTheSameAreKnown) {
+    std::size_t known = 0;
+    for (const Example& example : Examples())
+        if (const auto length = LengthOf(ParseFormula(example.formula))) {
+            EXPECT_EQ(example.gives.size(), *length) << testing::PrintToString(example.formula);
+            ++known;
+        }
+    EXPECT_GT(known, 50U);
+    for (const wchar_t* formula : {L"upper(Name)", L"left(Name 3)", L"pad(Number 5)", L"runningweek(Date)"})
+        EXPECT_EQ(LengthOf(ParseFormula(formula)), std::nullopt) << testing::PrintToString(std::wstring(formula));
+}
+
+TEST(FormulasDocumentTest, AMomentShowsItsTimeAtMidnight) {
+    const Example midnight{L"now()", {{L"clock", L"2026-11-22"}}, {}};
+    EXPECT_EQ(ResultOf(midnight), L"2026-11-22 00:00:00");
+}
+
 TEST(FormulasDocumentTest, EveryFunctionHasAnExample) {
     std::set<std::wstring> shown;
     for (const Example& example : Examples())

@@ -113,7 +113,7 @@ const Accepted AcceptedPatterns[] = {
                                                       L"field Town text=City file=areas.csv layer=2\n"},
     // formulas
     {L"{Year=year(Date):4}", L"formula Year text=Year formula=year(Date) length=4\n"},
-    {L"{=fiscal(Date)}", L"formula fiscal text=fiscal formula=fiscal(Date) length=4\n"},
+    {L"{=fiscal(Date)}", L"formula fiscal text=fiscal formula=fiscal(Date) length=7\n"},
     {L"{=left(upper(Name) 3):3}", L"formula left text=left formula=left(upper(Name) 3) length=3\n"},
     {L"{=month(Date):00}{=month(Date):00}{=month(Due)}",
      L"formula month text=month formula=month(Date) format=00 length=2\nformula month 2 text=month formula=month(Date) "

@@ -187,6 +187,32 @@ class CheckDigits(Values):
                       self.refused("rule", "import", self.file("r.rule", definition)))
 
 
+class Patterns(Values):
+    """Rules with formulas that are written in one line."""
+
+    def new(self, pattern, *arguments, name="rule"):
+        return self.done("rule", "new", name, pattern, *arguments)
+
+    def test_a_fiscal_year(self):
+        self.new("INV-{=fiscal(Date)}-{###}", "--year-begins", "4")
+        lines = self.done("issue", self.file("a.csv", "Date\n2017-03-31\n2017-04-01\n2017-04-02\n"))
+        self.assertEqual([line.split("\t")[0] for line in lines],
+                         ["INV-2016-17-001", "INV-2017-18-001", "INV-2017-18-002"])
+        self.assertEqual(self.done("audit")[-1], "3 codes, 0 findings")
+
+    def test_a_check_digit_has_the_length_of_its_method(self):
+        self.new("{Year:4}{###}{=luhn(Year Number)}")
+        self.assertEqual([self.code_of("-f", "Year=2026") for _ in range(2)], ["20260014", "20260022"])
+        self.new("{Year:4}{###}{=mod97(Year Number)}", name="long")
+        self.assertEqual(self.code_of("--rule", "long", "-f", "Year=2026"), "202600118")
+
+    def test_a_formula_without_sense(self):
+        for formula, cause in (("=fiscl(Date):4", "there is no function \"fiscl\"; nearest: 'fiscal'"),
+                               ("=left(Name):3", "left is given too few arguments; write left(VALUE LENGTH)"),
+                               ("=luhn(Numbr):1", "the rule has no band \"Numbr\"; nearest: 'Number'")):
+            self.assertIn(cause, self.refused("rule", "new", "rule", f"{{{formula}}}{{###}}"))
+
+
 class MissingValues(Values):
     def test_a_bound_field_or_macro_without_a_value_is_refused(self):
         definition = rules.rule([band("Year", FIELD, length=4, item="Year", form="yyyy"),

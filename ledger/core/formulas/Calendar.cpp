@@ -9,7 +9,7 @@ constexpr int WeekDayOfDayZero = 5; // 1970-01-01 was a Thursday
 
 long RoundedDown(long number, long by) { return (number >= 0 ? number : number - by + 1) / by; }
 
-long DayNumberOf(int year, int month, int day) { return DayNumber({year, month, day, 0, 0, 0}); }
+long DayNumberOf(int year, int month, int day) { return DayNumber({year, month, day}); }
 
 } // namespace
 

@@ -159,7 +159,7 @@ DateTime DateOfDay(long number) noexcept {
 
 std::wstring IsoText(const DateTime& date) {
     std::array<wchar_t, 80> text{};
-    const bool hasTime = date.hour != 0 || date.minute != 0 || date.second != 0;
+    const bool hasTime = date.isMoment || date.hour != 0 || date.minute != 0 || date.second != 0;
     // There is room for all of it.
     static_cast<void>(std::swprintf(text.data(), text.size(),
                                     hasTime ? L"%04d-%02d-%02d %02d:%02d:%02d" : L"%04d-%02d-%02d", date.year,

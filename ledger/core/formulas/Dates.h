@@ -9,7 +9,7 @@
 
 namespace ledger {
 
-// A day of the Gregorian calendar and a time of it, in no time zone.
+// A day of the Gregorian calendar and perhaps a time of it, in no time zone.
 struct DateTime {
     int year = 1970;
     int month = 1;
@@ -17,6 +17,7 @@ struct DateTime {
     int hour = 0;
     int minute = 0;
     int second = 0;
+    bool isMoment = false; // the time counts even at midnight
 
     friend auto operator<=>(const DateTime&,
                             const DateTime&) = default; // NOLINT(modernize-use-nullptr): there is no null
@@ -27,7 +28,7 @@ struct DateTime {
 // The day of that number, at midnight.
 [[nodiscard]] DateTime DateOfDay(long number) noexcept;
 
-// "2026-04-12", or "2026-04-12 07:08:09" when there is a time of day: what every locale reads alike.
+// "2026-04-12", or "2026-04-12 07:08:09" for a moment and whenever it is not midnight: what every locale reads alike.
 [[nodiscard]] std::wstring IsoText(const DateTime& date);
 
 // How the dates of a record are written: ISO 8601, or a pattern that the user gave.

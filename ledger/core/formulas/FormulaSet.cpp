@@ -9,36 +9,36 @@ namespace ledger {
 
 namespace {
 
-void CollectNames(const Expression& expression, PlannedFormula& formula) {
-    if (expression.kind == Expression::Kind::Name) formula.items.push_back(expression.text);
+void Collect(const Expression& expression, FormulaReferences& references) {
+    if (expression.kind == Expression::Kind::Name) references.items.push_back(expression.text);
     if (expression.kind != Expression::Kind::Call) return;
-    const Arguments arguments = MatchArguments(FunctionOf(expression), expression);
-    formula.bands.insert(formula.bands.end(), arguments.bands.begin(), arguments.bands.end());
     const Function& function = FunctionOf(expression);
+    const Arguments arguments = MatchArguments(function, expression);
+    references.bands.insert(references.bands.end(), arguments.bands.begin(), arguments.bands.end());
     for (std::size_t at = 0; at < arguments.at.size(); ++at)
         if (arguments.at[at] != nullptr && function.parameters[at].takes != Takes::Word)
-            CollectNames(*arguments.at[at], formula);
+            Collect(*arguments.at[at], references);
 }
 
-void RefuseUnknown(const PlannedFormula& formula, const FormulaNames& names) {
-    for (const std::wstring& item : formula.items)
+void RefuseUnknown(const FormulaReferences& references, const FormulaNames& names) {
+    for (const std::wstring& item : references.items)
         if (std::ranges::find(names.items, item) == names.items.end())
             throw hosts::HostError(L"the rule has no field or macro \"" + item + L"\"" +
                                    hosts::NearestHint(item, names.items));
     std::vector<std::wstring> bands;
     for (const auto& [band, item] : names.bands)
         bands.push_back(band);
-    for (const std::wstring& band : formula.bands)
+    for (const std::wstring& band : references.bands)
         if (!names.bands.contains(band))
             throw hosts::HostError(L"the rule has no band \"" + band + L"\"" + hosts::NearestHint(band, bands));
 }
 
 PlannedFormula Read(const MacroFormula& macro, const FormulaNames& names) {
-    PlannedFormula formula{macro.macro, macro.formula, {}, {}, {}, false};
+    PlannedFormula formula{macro.macro, macro.formula, {}, {}, false};
     try {
         formula.call = ParseFormula(macro.formula);
-        CollectNames(formula.call, formula);
-        RefuseUnknown(formula, names);
+        formula.names = ReferencesOf(formula.call);
+        RefuseUnknown(formula.names, names);
     } catch (const hosts::HostError& error) {
         throw hosts::HostError(L"macro " + macro.macro + L", formula " + macro.formula + L": " + error.Message());
     }
@@ -69,10 +69,10 @@ class Planner {
         RefuseCircle(macro);
         mvarUnderWay.push_back(macro);
         PlannedFormula& formula = found->second;
-        formula.isLate = !formula.bands.empty();
-        for (const std::wstring& item : formula.items)
+        formula.isLate = !formula.names.bands.empty();
+        for (const std::wstring& item : formula.names.items)
             if (Place(item)) formula.isLate = true;
-        for (const std::wstring& band : formula.bands)
+        for (const std::wstring& band : formula.names.bands)
             Place(mvarNames.bands.at(band));
         mvarUnderWay.pop_back();
         mvarPlanned.push_back(formula);
@@ -95,6 +95,12 @@ class Planner {
 };
 
 } // namespace
+
+FormulaReferences ReferencesOf(const Expression& call) {
+    FormulaReferences references;
+    Collect(call, references);
+    return references;
+}
 
 FormulaSet::FormulaSet(const std::vector<MacroFormula>& formulas, const FormulaNames& names) {
     std::vector<PlannedFormula> read;
@@ -119,7 +125,7 @@ std::vector<std::wstring> FormulaSet::Given(const std::vector<std::wstring>& ite
         if (formula == nullptr)
             given.push_back(open[at]);
         else
-            open.insert(open.end(), formula->items.begin(), formula->items.end());
+            open.insert(open.end(), formula->names.items.begin(), formula->names.items.end());
     }
     return given;
 }

@@ -20,13 +20,21 @@ struct FormulaNames {
     std::map<std::wstring, std::wstring> bands; // and the item that each is bound to; empty for none
 };
 
+// What a formula names.
+struct FormulaReferences {
+    std::vector<std::wstring> items; // fields and macros
+    std::vector<std::wstring> bands;
+};
+
+// Fails with HostError on an unknown function and on arguments that do not fit.
+[[nodiscard]] FormulaReferences ReferencesOf(const Expression& call);
+
 struct PlannedFormula {
     std::wstring macro;
     std::wstring text;
     Expression call;
-    std::vector<std::wstring> items; // the fields and macros that the formula names
-    std::vector<std::wstring> bands; // the bands that it names
-    bool isLate = false;             // computed from parts of the code, so when the code has its numbers
+    FormulaReferences names;
+    bool isLate = false; // computed from parts of the code, so when the code has its numbers
 };
 
 class FormulaSet {

@@ -1,7 +1,6 @@
 #include "ledger/core/formulas/Functions.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "hosts/common/HostError.h"
 #include "hosts/common/Nearest.h"
@@ -13,7 +12,7 @@ namespace ledger {
 
 namespace {
 
-constexpr DateTime FirstRunningDay = {2000, 1, 1, 0, 0, 0};
+constexpr DateTime FirstRunningDay = {2000, 1, 1};
 constexpr int LongestText = 255; // more than a code holds
 constexpr int MostHashDigits = 18;
 
@@ -94,8 +93,14 @@ FormulaValue RunningWeek(const Arguments& arguments, const Surroundings& surroun
 }
 
 FormulaValue Today(const Arguments& arguments, const Surroundings& surroundings) {
-    DateTime day = surroundings.clock(Says(arguments, 0, L"utc"));
-    return DateTime{day.year, day.month, day.day, 0, 0, 0};
+    const DateTime now = surroundings.clock(Says(arguments, 0, L"utc"));
+    return DateTime{now.year, now.month, now.day};
+}
+
+FormulaValue Now(const Arguments& arguments, const Surroundings& surroundings) {
+    DateTime now = surroundings.clock(Says(arguments, 0, L"utc"));
+    now.isMoment = true;
+    return now;
 }
 
 FormulaValue Upper(const Arguments& arguments, const Surroundings& surroundings) {
@@ -155,19 +160,20 @@ Parameter BandsParameter() { return {Takes::Bands, L"BAND", false, 0, 0, {}}; }
 
 std::vector<Function> DateFunctions() {
     return {
-        {L"year", {DateParameter()}, OfCalendar<&Calendar::Year, 4>},
-        {L"half", {DateParameter()}, OfCalendar<&Calendar::Half, 1>},
-        {L"quarter", {DateParameter()}, OfCalendar<&Calendar::Quarter, 1>},
+        {L"year", {DateParameter()}, OfCalendar<&Calendar::Year, 4>, 4},
+        {L"half", {DateParameter()}, OfCalendar<&Calendar::Half, 1>, 1},
+        {L"quarter", {DateParameter()}, OfCalendar<&Calendar::Quarter, 1>, 1},
         {L"month",
          {DateParameter(), WordParameter({L"calendar"})},
          [](const Arguments& arguments, const Surroundings& surroundings) {
              return Says(arguments, 1, L"calendar") ? OfCalendar<&Calendar::CalendarMonth, 2>(arguments, surroundings)
                                                     : OfCalendar<&Calendar::Month, 2>(arguments, surroundings);
-         }},
-        {L"week", {DateParameter()}, OfCalendar<&Calendar::Week, 2>},
-        {L"day", {DateParameter()}, OfCalendar<&Calendar::Day, 2>},
-        {L"weekday", {DateParameter()}, OfCalendar<&Calendar::WeekDay, 1>},
-        {L"yearday", {DateParameter()}, OfCalendar<&Calendar::DayOfYear, 3>},
+         },
+         2},
+        {L"week", {DateParameter()}, OfCalendar<&Calendar::Week, 2>, 2},
+        {L"day", {DateParameter()}, OfCalendar<&Calendar::Day, 2>, 2},
+        {L"weekday", {DateParameter()}, OfCalendar<&Calendar::WeekDay, 1>, 1},
+        {L"yearday", {DateParameter()}, OfCalendar<&Calendar::DayOfYear, 3>, 3},
         {L"fiscal",
          {DateParameter(), WordParameter({L"start", L"end", L"both"}), {Takes::Number, L"MONTH", true, 1, 12, {}}},
          Fiscal},
@@ -175,19 +181,17 @@ std::vector<Function> DateFunctions() {
          {DateParameter()},
          [](const Arguments& arguments, const Surroundings& surroundings) -> FormulaValue {
              return Padded(IsoWeekOf(Date(arguments, 0, surroundings)).week, 2);
-         }},
+         },
+         2},
         {L"isoyear",
          {DateParameter()},
          [](const Arguments& arguments, const Surroundings& surroundings) -> FormulaValue {
              return Padded(IsoWeekOf(Date(arguments, 0, surroundings)).year, 4);
-         }},
+         },
+         4},
         {L"runningweek", {DateParameter(), {Takes::Date, L"DATE", true, 0, 0, {}}}, RunningWeek},
-        {L"today", {WordParameter({L"local", L"utc"})}, Today},
-        {L"now",
-         {WordParameter({L"local", L"utc"})},
-         [](const Arguments& arguments, const Surroundings& surroundings) -> FormulaValue {
-             return surroundings.clock(Says(arguments, 0, L"utc"));
-         }},
+        {L"today", {WordParameter({L"local", L"utc"})}, Today, 10},
+        {L"now", {WordParameter({L"local", L"utc"})}, Now, 19},
     };
 }
 
@@ -208,16 +212,17 @@ std::vector<Function> TextFunctions() {
 
 std::vector<Function> CheckFunctions() {
     return {
-        {L"luhn", {BandsParameter()}, CheckOf<LuhnDigit>},
-        {L"ean", {BandsParameter()}, CheckOf<EanDigit>},
+        {L"luhn", {BandsParameter()}, CheckOf<LuhnDigit>, 1},
+        {L"ean", {BandsParameter()}, CheckOf<EanDigit>, 1},
         {L"mod11",
          {{Takes::Number, L"HIGHEST", true, 3, 99, {}}, BandsParameter()},
          [](const Arguments& arguments, const Surroundings& surroundings) -> FormulaValue {
              return Modulo11Digit(Code(arguments, surroundings), Number(arguments, 0, 10));
-         }},
-        {L"mod97", {BandsParameter()}, CheckOf<Modulo97Digits>},
-        {L"verhoeff", {BandsParameter()}, CheckOf<VerhoeffDigit>},
-        {L"damm", {BandsParameter()}, CheckOf<DammDigit>},
+         },
+         1},
+        {L"mod97", {BandsParameter()}, CheckOf<Modulo97Digits>, 2},
+        {L"verhoeff", {BandsParameter()}, CheckOf<VerhoeffDigit>, 1},
+        {L"damm", {BandsParameter()}, CheckOf<DammDigit>, 1},
     };
 }
 
@@ -305,6 +310,15 @@ Arguments MatchArguments(const Function& function, const Expression& call) {
     }
     if (next < call.arguments.size()) refuse(call.text + L" cannot take \"" + call.arguments[next].text + L"\"");
     return matched;
+}
+
+std::optional<std::size_t> LengthOf(const Expression& call) {
+    const Function& function = FunctionOf(call);
+    const Arguments arguments = MatchArguments(function, call);
+    const std::wstring_view name = function.name;
+    if (name == L"hash") return static_cast<std::size_t>(Number(arguments, 1, 0));
+    if (name == L"fiscal") return Says(arguments, 1, L"start") || Says(arguments, 1, L"end") ? 4U : 7U;
+    return function.length == 0 ? std::nullopt : std::optional(function.length);
 }
 
 FormulaValue Evaluate(const Expression& expression, const Surroundings& surroundings) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <variant>
@@ -50,6 +51,7 @@ struct Function {
     const wchar_t* name = L"";
     std::vector<Parameter> parameters;
     FormulaValue (*compute)(const Arguments& arguments, const Surroundings& surroundings) = nullptr;
+    std::size_t length = 0; // of every result; 0 where it depends on the arguments
 
     // "fiscal(DATE [start|end|both] [MONTH])"
     [[nodiscard]] std::wstring Usage() const;
@@ -70,6 +72,9 @@ struct Arguments {
 
 // Fails with HostError, with the function's usage, on arguments that are too few, too many or not what it takes.
 [[nodiscard]] Arguments MatchArguments(const Function& function, const Expression& call);
+
+// The length of what the call gives, where it is always the same. Fails as FunctionOf and MatchArguments do.
+[[nodiscard]] std::optional<std::size_t> LengthOf(const Expression& call);
 
 // Fails with RecordError when a value is not what the function needs, and as FunctionOf and MatchArguments do.
 [[nodiscard]] FormulaValue Evaluate(const Expression& expression, const Surroundings& surroundings);

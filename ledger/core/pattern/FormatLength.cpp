@@ -1,8 +1,7 @@
 #include "ledger/core/pattern/FormatLength.h"
 
-#include <algorithm>
-#include <array>
-#include <utility>
+#include "hosts/common/HostError.h"
+#include "ledger/core/formulas/Functions.h"
 
 namespace ledger {
 
@@ -52,21 +51,11 @@ std::optional<std::size_t> FixedLengthOf(std::wstring_view format) {
 }
 
 std::optional<std::size_t> FormulaLengthOf(std::wstring_view formula) {
-    static constexpr std::array<std::pair<std::wstring_view, std::size_t>, 8> lengths = {{
-        {L"year(", 4},
-        {L"half(", 1},
-        {L"quarter(", 1},
-        {L"month(", 2},
-        {L"week(", 2},
-        {L"day(", 2},
-        {L"weekday(", 1},
-        {L"fiscal(", 4},
-    }};
-    // With a second argument it may give more than a year.
-    if (formula.starts_with(L"fiscal(") && formula.find(L' ') != std::wstring_view::npos) return std::nullopt;
-    const auto found =
-        std::ranges::find_if(lengths, [formula](const auto& pair) { return formula.starts_with(pair.first); });
-    return found == lengths.end() ? std::nullopt : std::optional(found->second);
+    try {
+        return LengthOf(ParseFormula(formula));
+    } catch (const hosts::HostError&) { // it is told of when the rule is stored
+        return std::nullopt;
+    }
 }
 
 } // namespace ledger

@@ -5,6 +5,7 @@
 
 #include "hosts/common/Rule.h"
 #include "hosts/common/Text.h"
+#include "ledger/core/formulas/FormulaSet.h"
 
 namespace ledger {
 
@@ -49,6 +50,8 @@ class Builder {
         for (const PatternPart& part : mvarPattern)
             AtItsPlace(part, [this, &part] { AddBand(part); });
         for (const PatternPart& part : mvarPattern)
+            AtItsPlace(part, [this, &part] { AddFieldsOf(part); });
+        for (const PatternPart& part : mvarPattern)
             AtItsPlace(part, [this, &part] { Track(part); });
         Convert();
         Set(settings);
@@ -60,7 +63,9 @@ class Builder {
     static void AtItsPlace(const PatternPart& part, Step step) {
         try {
             step();
-        } catch (const hosts::DispatchError& error) {
+        } catch (const PatternError&) { // it has its own place
+            throw;
+        } catch (const hosts::HostError& error) {
             throw PatternError(part.position, L"band " + part.name + L": " + hosts::OneLine(error.Message()));
         }
     }
@@ -121,6 +126,24 @@ class Builder {
             const Variant none(std::wstring_view{});
             const Variant formula(part.formula);
             return Dispatch(items.Call(L"Add", {&name, &none, &none, &formula}).Object());
+        }
+    }
+
+    [[nodiscard]] bool Has(const wchar_t* list, const std::wstring& name) const {
+        try {
+            return Component().Object(list).Item(Variant(name)).Raw() != nullptr;
+        } catch (const hosts::DispatchError&) { // there is none of that name
+            return false;
+        }
+    }
+
+    // What a formula is computed from stands in no band of its own.
+    void AddFieldsOf(const PatternPart& part) const {
+        if (part.kind != PartKind::Formula) return;
+        for (const std::wstring& item : ReferencesOf(ParseFormula(part.formula)).items) {
+            if (Has(L"UsrFields", item) || Has(L"UsrMacros", item)) continue;
+            const Variant name(item);
+            Component().Object(L"UsrFields").Call(L"Add", {&name});
         }
     }
 
