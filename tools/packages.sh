@@ -5,7 +5,7 @@
 
 PACKAGES_NATIVE=(
     build-essential cmake ninja-build ccache clang clang-format clang-tidy libclang-rt-14-dev googletest shellcheck procps
-    clang-tools llvm
+    clang-tools llvm wixl msitools
     g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev
     wine wine64 xvfb xdotool imagemagick fonts-wine fonts-liberation iso-codes
     python3 libcli11-dev nlohmann-json3-dev unixodbc libodbc2 odbc-postgresql postgresql tcl

@@ -1,6 +1,6 @@
 #include "common/KeyHash.h"
 
-#include <random>
+#include "common/Draw.h"
 
 namespace kestrel {
 
@@ -16,8 +16,10 @@ std::uint64_t Reduced(std::uint64_t number) noexcept { return (number & Prime) +
 // Away from both ends, where one character could make up for another beside it.
 std::uint32_t DrawnPoint() {
     constexpr std::uint32_t first = 0x10001;
-    std::random_device device;
-    return std::uniform_int_distribution<std::uint32_t>(first, static_cast<std::uint32_t>(Prime) - first)(device);
+    for (;;) {
+        const std::uint32_t point = Draw() & Prime;
+        if (point >= first && point <= Prime - first) return point;
+    }
 }
 
 std::uint32_t PointOfProcess() {

@@ -1,18 +1,19 @@
 #include "common/Numbers.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
+#include <iterator>
 #include <limits>
-#include <string>
-#include <string_view>
 
+#include "common/Decimal.h"
 #include "common/Ports.h"
 
 namespace kestrel {
 
 namespace {
+
+// Up to here, two to the power of 53, each whole number is a double.
+constexpr double ExactIntegers = 9007199254740992.0;
 
 bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
 
@@ -55,28 +56,30 @@ struct Parsed {
     StringView rest;
 };
 
-// Of digits that no double can hold: whether they are too large, and not too small. The place of the first digit that
-// counts and the exponent together say so.
-bool IsTooLarge(std::string_view digits) {
-    const auto mantissa = digits.substr(0, digits.find_first_of("eE"));
-    const auto point = std::min(mantissa.find('.'), mantissa.size());
-    const auto magnitude = static_cast<std::int64_t>(point) -
-                           static_cast<std::int64_t>(std::min(mantissa.find_first_of("123456789"), mantissa.size()));
-    if (mantissa.size() == digits.size()) return magnitude > 0;
-    const auto exponentText = digits.substr(mantissa.size() + 1);
+// The number behind an "e", as far as it can matter: beside it stands a count of digits, which is never that large.
+std::int64_t ToExponent(StringView text) {
+    constexpr std::int64_t most = std::int64_t{1} << 62U;
+    const bool negative = text.front() == L'-';
+    if (negative || text.front() == L'+') text.remove_prefix(1);
     std::int64_t exponent = 0;
-    const auto* const end = exponentText.data() + exponentText.size();
-    if (std::from_chars(exponentText.data(), end, exponent).ec == std::errc::result_out_of_range)
-        return exponentText.front() != '-';
-    return exponent > -magnitude;
+    for (const wchar_t digit : text)
+        exponent = std::min(exponent * 10 + (digit - L'0'), most / 10);
+    return negative ? -exponent : exponent;
 }
 
-// Too large reads as infinity, too small as 0, as the digits say.
-double ToDouble(const std::string& digits) {
-    double number = 0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (result.ec != std::errc::result_out_of_range) return number;
-    return IsTooLarge(digits) ? std::numeric_limits<double>::infinity() : 0;
+// What UnsignedNumberLength has found to be a number.
+Decimal ToDecimal(StringView text) {
+    const auto mantissa = text.substr(0, text.find_first_of(L"eE"));
+    const auto point = std::min(mantissa.find(L'.'), mantissa.size());
+    const auto first = mantissa.find_first_not_of(L"0.");
+    if (first == StringView::npos) return {};
+    Decimal decimal;
+    const auto last = mantissa.find_last_not_of(L"0.");
+    std::copy_if(mantissa.begin() + static_cast<std::ptrdiff_t>(first),
+                 mantissa.begin() + static_cast<std::ptrdiff_t>(last) + 1, std::back_inserter(decimal.digits), IsDigit);
+    decimal.exponent = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) - (first < point ? 1 : 0);
+    if (mantissa.size() < text.size()) decimal.exponent += ToExponent(text.substr(mantissa.size() + 1));
+    return decimal;
 }
 
 std::optional<Parsed> ParseNumber(StringView text) {
@@ -85,10 +88,7 @@ std::optional<Parsed> ParseNumber(StringView text) {
     if (negative || (!text.empty() && text.front() == L'+')) text.remove_prefix(1);
     const auto length = UnsignedNumberLength(text);
     if (length == 0) return std::nullopt;
-    std::string digits;
-    for (const wchar_t character : text.substr(0, length))
-        if (character != L'+') digits += static_cast<char>(character);
-    const double number = ToDouble(digits);
+    const double number = Nearest(ToDecimal(text.substr(0, length)));
     return Parsed{negative ? -number : number, text.substr(length)};
 }
 
@@ -122,18 +122,14 @@ std::optional<std::int32_t> ToInteger(double number) {
 }
 
 String CanonicalText(double number) {
-    std::array<char, 32> buffer{}; // sign, 17 digits, point and exponent fit
-    const auto result =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(number), std::chars_format::scientific);
-    const std::string_view text(buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data()));
-    const auto end = text.find('e');
-    if (end == std::string_view::npos) return String(text.begin(), text.end()); // no number, or infinite
-    int exponent = 0;
-    const auto first = end + (text[end + 1] == '+' ? 2 : 1);
-    std::from_chars(text.data() + first, text.data() + text.size(), exponent);
-    String digits(1, static_cast<wchar_t>(text.front()));
-    if (end > 2) digits.append(text.begin() + 2, text.begin() + static_cast<std::ptrdiff_t>(end));
-    return (number < 0 ? L"-" : L"") + PlainNotation(digits, exponent);
+    if (std::isnan(number)) return L"nan";
+    if (std::isinf(number)) return L"inf";
+    const auto* const sign = number < 0 ? L"-" : L"";
+    number = std::fabs(number);
+    if (number <= ExactIntegers && std::trunc(number) == number)
+        return sign + ToText(static_cast<std::int64_t>(number));
+    const auto decimal = Shortest(number);
+    return sign + PlainNotation(decimal.digits, static_cast<int>(decimal.exponent));
 }
 
 std::optional<double> NumericValue(const String& text) {

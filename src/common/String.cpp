@@ -1,6 +1,7 @@
 #include "common/String.h"
 
 #include <cstddef>
+#include <iterator>
 
 namespace kestrel {
 
@@ -47,6 +48,17 @@ String ReplaceStar(StringView text, StringView replacement) {
     return result;
 }
 
-String ToText(std::int64_t number) { return std::to_wstring(number); }
+String ToText(std::int64_t number) {
+    wchar_t digits[20]; // as many as the smallest number has, with its sign
+    wchar_t* first = std::end(digits);
+    // Unsigned, because the smallest number has no positive twin.
+    auto rest = number < 0 ? 0 - static_cast<std::uint64_t>(number) : static_cast<std::uint64_t>(number);
+    do {
+        *--first = static_cast<wchar_t>(L'0' + rest % 10);
+        rest /= 10;
+    } while (rest != 0);
+    if (number < 0) *--first = L'-';
+    return String(first, std::end(digits));
+}
 
 } // namespace kestrel

@@ -111,6 +111,8 @@ TEST(NumbersTest_CanonicalText, WritesTheShortestDigitsInPlainNotation) {
     EXPECT_EQ(CanonicalText(1e-7), L"0.0000001");
     EXPECT_EQ(CanonicalText(1234.5625), L"1234.5625");
     EXPECT_EQ(CanonicalText(12345678901234567890.0), L"12345678901234567000");
+    EXPECT_EQ(CanonicalText(9007199254740992.0), L"9007199254740992");
+    EXPECT_EQ(CanonicalText(-9007199254740994.0), L"-9007199254740994");
 }
 
 TEST(NumbersTest_CanonicalText, ReadsBackAsTheSameNumber) {

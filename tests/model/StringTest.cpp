@@ -74,6 +74,7 @@ TEST(StringTest_ToText, WritesPlainDecimals) {
     EXPECT_EQ(ToText(0), L"0");
     EXPECT_EQ(ToText(-12), L"-12");
     EXPECT_EQ(ToText(9223372036854775807), L"9223372036854775807");
+    EXPECT_EQ(ToText(-9223372036854775807 - 1), L"-9223372036854775808");
 }
 
 } // namespace kestrel::test

@@ -1,0 +1,246 @@
+"""The installers of a distribution, installed under Wine in a prefix of their own, where nothing is registered.
+
+KESTREL_DIST names the folder of the distribution, KESTREL_OLDER one of an older version and KESTREL_NEWER one of a newer one.
+"""
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import time
+import unittest
+
+from windows_program import ROOT
+from wine_prefix import Prefix
+
+sys.path.insert(0, str(ROOT / "packaging"))
+from registration import registration  # noqa: E402  (found through the path above)
+
+DIST = pathlib.Path(os.environ["KESTREL_DIST"])
+OLDER = pathlib.Path(os.environ["KESTREL_OLDER"])
+NEWER = pathlib.Path(os.environ["KESTREL_NEWER"])
+PREFIX = Prefix(ROOT / "build" / "dist-wine")
+PRESETS = {"x86": 32, "x64": 64}
+FOLDERS = {"x86": "C:\\Program Files (x86)\\Kestrel", "x64": "C:\\Program Files\\Kestrel"}
+FAILED = 1603 & 0xFF  # Wine hands on the low byte of an exit code
+
+USE = """
+Set rule = CreateObject("Kestrel.CodeClass")
+rule.Add "Prefix", 0, , "INV-"
+rule.Add("Number", 3, , "1", , 4, "0000").TrackBands.Add "Prefix"
+WScript.Echo rule.GetCode(1)
+"""
+
+
+def package(preset, folder=DIST):
+    found = list(folder.glob(f"kestrel-*-{preset}.msi"))
+    assert len(found) == 1, found
+    return "Z:" + str(found[0]).replace("/", "\\")
+
+
+def install(preset, *options, folder=DIST):
+    return PREFIX.msiexec("/i", package(preset, folder), *options)
+
+
+def remove(preset, folder=DIST):
+    return PREFIX.msiexec("/x", package(preset, folder))
+
+
+def without_housekeeping(keys):
+    """What Wine's own services write at any time is no trace of an installation."""
+    return {key: values for key, values in keys.items() if "\\Wine\\" not in key and "Explorer" not in key}
+
+
+def difference(before, after):
+    return sorted(f"- {key}" for key in before.keys() - after.keys()) + sorted(
+        f"+ {key} {after[key]}" for key in after if before.get(key) != after[key])
+
+
+class InstallerTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        for preset in PRESETS:
+            for folder in (DIST, OLDER, NEWER):
+                remove(preset, folder)
+        cls.files_before = PREFIX.files()
+        cls.registry_before = without_housekeeping(PREFIX.registry())
+
+    def tearDown(self):
+        for preset in PRESETS:
+            for folder in (DIST, OLDER, NEWER):
+                remove(preset, folder)
+
+    def expect_nothing_left(self):
+        self.assertEqual(sorted(PREFIX.files() ^ self.files_before), [])
+        self.assertEqual(difference(self.registry_before, without_housekeeping(PREFIX.registry())), [])
+
+    def expect_works(self, *presets):
+        for preset in presets:
+            self.assertEqual(PREFIX.script(preset, USE), "INV-0001", preset)
+
+    def expect_fails(self, *presets):
+        for preset in presets:
+            self.assertEqual(PREFIX.script(preset, USE), "", preset)
+
+    def test_either_order_of_installing_and_removing_leaves_nothing(self):
+        self.expect_fails("x86", "x64")
+        for first, second in (("x86", "x64"), ("x64", "x86")):
+            for leaving, staying in ((first, second), (second, first)):
+                with self.subTest(installed=(first, second), leaves=leaving):
+                    self.assertEqual(install(first), 0)
+                    self.expect_works(first)
+                    self.assertEqual(install(second), 0)
+                    self.expect_works(first, second)
+                    self.assertEqual(remove(leaving), 0)
+                    self.expect_works(staying)
+                    self.expect_fails(leaving)
+                    self.assertEqual(remove(staying), 0)
+                    self.expect_nothing_left()
+
+    def test_registers_what_the_library_registers(self):
+        for preset in PRESETS:
+            with self.subTest(preset):
+                self.assertEqual(install(preset), 0)
+                installed = self.classes()
+                self.assertEqual(remove(preset), 0)
+                library = pathlib.Path(ROOT / "build" / preset / "Kestrel.dll")
+                name = "Z:" + str(library).replace("/", "\\")
+                self.assertEqual(PREFIX.run("regsvr32", "/s", name).returncode, 0)
+                registered = self.classes()
+                self.assertEqual(PREFIX.run("regsvr32", "/s", "/u", name).returncode, 0)
+                self.assertGreater(len(registered), 60)
+                self.assertEqual(relocated(installed, FOLDERS[preset]), relocated(registered, name.rpartition("\\")[0]))
+
+    def classes(self):
+        return {key: values for key, values in PREFIX.registry().items()
+                if "\\Software\\Classes\\" in key and self.registry_before.get(key) != values
+                and ("Kestrel." in key or "5FCF66" in key)}
+
+    def test_for_the_current_user(self):
+        for preset, bits in PRESETS.items():
+            with self.subTest(preset):
+                self.assertEqual(install(preset, "ALLUSERS="), 0)
+                [library] = [name for name in PREFIX.files() if name.endswith(f"Programs/Kestrel/{preset}/Kestrel.dll")]
+                self.assertIn("users/", library)
+                keys = PREFIX.registry()
+                shared, own = registration(ROOT / "build" / preset / "Kestrel.manifest", bits)
+                for value in shared:
+                    self.assertIn(f"HKEY_CURRENT_USER\\{value.key}".lower(), [key.lower() for key in keys])
+                machine = [key for key in keys if key.startswith("HKEY_LOCAL") and "Kestrel.CodeClass" in key]
+                self.assertEqual(machine, [])
+                self.assertEqual(remove(preset), 0)
+                self.expect_nothing_left()
+
+    def test_repairs_what_was_lost(self):
+        for preset in PRESETS:
+            with self.subTest(preset):
+                self.assertEqual(install(preset), 0)
+                whole = self.classes()
+                PREFIX.path(FOLDERS[preset] + "\\Kestrel.dll").unlink()
+                PREFIX.run("reg", "delete", "HKLM\\Software\\Classes\\Kestrel.CodeClass", "/f")
+                self.expect_fails(preset)
+                self.assertEqual(PREFIX.msiexec("/fa", package(preset)), 0)
+                self.expect_works(preset)
+                self.assertEqual(self.classes(), whole)
+                self.assertEqual(remove(preset), 0)
+                self.expect_nothing_left()
+
+    def test_takes_the_place_of_an_older_version(self):
+        for preset in PRESETS:
+            with self.subTest(preset):
+                self.assertEqual(install(preset, folder=OLDER), 0)
+                self.expect_works(preset)
+                self.assertEqual(install(preset), 0)
+                self.expect_works(preset)
+                self.assertEqual(len(self.products()), 1)
+                self.assertEqual(remove(preset), 0)
+                self.expect_nothing_left()
+
+    def products(self):
+        return [values for values in PREFIX.registry().values() if values.get("DisplayName", "").startswith("Kestrel ")]
+
+    def test_refuses_to_replace_a_newer_version(self):
+        for preset in PRESETS:
+            with self.subTest(preset):
+                self.assertEqual(install(preset, folder=NEWER), 0)
+                before = self.products()
+                self.assertEqual(install(preset), FAILED)
+                self.assertEqual(self.products(), before)
+                self.expect_works(preset)
+                self.assertEqual(remove(preset, NEWER), 0)
+                self.expect_nothing_left()
+
+    def test_while_the_library_is_in_use(self):
+        """A program that has it loaded goes on; a new one gets what is installed then."""
+        for preset in PRESETS:
+            with self.subTest(preset):
+                self.assertEqual(install(preset, folder=OLDER), 0)
+                signal, script = PREFIX.drive / "go", PREFIX.drive / "waiting.vbs"
+                script.write_text(USE + """
+Set files = CreateObject("Scripting.FileSystemObject")
+Do Until files.FileExists("C:\\go")
+    WScript.Sleep 50
+Loop
+WScript.Echo rule.GetCode(1)
+""", encoding="ascii")
+                process = self.start_script(preset, "C:\\waiting.vbs")
+                time.sleep(3)
+                self.assertIn(install(preset), (0, 3010 & 0xFF))
+                signal.touch()
+                output, _ = process.communicate(timeout=60)
+                signal.unlink()
+                script.unlink()
+                self.assertEqual(output.decode().split(), ["INV-0001", "INV-0002"])
+                self.expect_works(preset)
+                self.assertEqual(remove(preset), 0)
+
+    @staticmethod
+    def start_script(preset, name):
+        host = "C:\\windows\\syswow64\\cscript.exe" if preset == "x86" else "C:\\windows\\system32\\cscript.exe"
+        environment = dict(PREFIX.environment)
+        if preset == "x64":
+            environment["KESTREL_WINE"] = "/usr/lib/wine/wine64"
+        return subprocess.Popen([str(ROOT / "tools" / "wine.sh"), host, "//nologo", name], env=environment,
+                                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+
+    def test_says_in_its_tables_what_it_needs(self):
+        for preset in PRESETS:
+            file = pathlib.Path(package(preset)[2:].replace("\\", "/"))
+            conditions = subprocess.run(["msiinfo", "export", str(file), "LaunchCondition"], check=True, capture_output=True,
+                                        text=True).stdout
+            self.assertIn("takes an administrator", conditions)
+            self.assertEqual("for 64-bit Windows" in conditions, preset == "x64")
+            actions = subprocess.run(["msiinfo", "export", str(file), "CustomAction"], check=True, capture_output=True,
+                                     text=True).stdout.split("\n")[3:]
+            # A text that ends the installation, and a property that is set: none runs code.
+            self.assertEqual(sorted(line.split("\t")[1] for line in actions if line.strip()), ["19", "51"])
+
+
+def relocated(keys, folder):
+    """The values with the library's folder told apart; a key that is there counts as one with an empty text."""
+    result = {}
+    for key, values in keys.items():
+        result[key.lower()] = {name.lower(): text.replace(folder, "FOLDER").rstrip("\\") for name, text in values.items() if text}
+    return result
+
+
+class PortableTest(unittest.TestCase):
+    """The archive, unpacked anywhere, without registration."""
+
+    def test_the_sample_host_finds_the_library_in_its_folder(self):
+        [archive] = DIST.glob("kestrel-*[0-9].zip")
+        folder = PREFIX.drive / "somewhere"
+        shutil.rmtree(folder, ignore_errors=True)
+        shutil.unpack_archive(archive, folder)
+        [top] = folder.iterdir()
+        for preset in PRESETS:
+            with self.subTest(preset):
+                done = PREFIX.run(f"C:\\somewhere\\{top.name}\\{preset}\\portable.exe")
+                lines = done.stdout.decode().replace("\r", "").split("\n")
+                self.assertEqual((lines[:3], done.returncode), (["INV-0001", "INV-0002", "INV-0003"], 0), done.stderr)
+                self.assertEqual(lines[3].lower(), f"c:\\somewhere\\{top.name}\\{preset}\\kestrel.dll".lower())
+        shutil.rmtree(folder)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,96 @@
+"""A Wine prefix in which nothing of the project is registered, and what an installation leaves in it."""
+import os
+import pathlib
+import subprocess
+
+from windows_program import ROOT
+
+SCRIPT_HOSTS = {
+    "x86": "C:\\windows\\syswow64\\cscript.exe",
+    "x64": "C:\\windows\\system32\\cscript.exe",
+}
+WINE64 = pathlib.Path("/usr/lib/wine/wine64")
+ROOTS = ("HKEY_LOCAL_MACHINE\\Software", "HKEY_CURRENT_USER\\Software", "HKEY_CURRENT_USER\\Environment")
+
+
+class Prefix:
+    """One of its own beside the project's, made once."""
+
+    def __init__(self, folder):
+        self.folder = pathlib.Path(folder)
+        self.environment = {**os.environ, "KESTREL_WINEPREFIX": str(self.folder)}
+        self.run_tool("prefix.sh")
+
+    def run_tool(self, tool, *arguments, **options):
+        environment = {**self.environment, **options.pop("environment", {})}
+        return subprocess.run([str(ROOT / "tools" / tool), *arguments], env=environment, stdin=subprocess.DEVNULL,
+                              capture_output=True, timeout=300, check=False, **options)
+
+    def run(self, *command, **options):
+        """A Windows program; what it prints is text of the prefix's code page, in bytes."""
+        return self.run_tool("wine.sh", *command, **options)
+
+    @property
+    def drive(self):
+        return self.folder / "drive_c"
+
+    def path(self, name):
+        """Of a file on the prefix's own drive."""
+        return self.drive / name.replace("C:\\", "").replace("\\", "/")
+
+    # --- Installing ---
+
+    def msiexec(self, *arguments):
+        """The exit code; nothing is shown."""
+        return self.run("msiexec", *arguments, "/qn").returncode
+
+    # --- Using ---
+
+    def script(self, preset, text):
+        """What a script prints under the system's own host of that bitness."""
+        file = self.drive / "script.vbs"
+        file.write_text(text, encoding="ascii")
+        environment = {"KESTREL_WINE": str(WINE64)} if preset == "x64" and WINE64.exists() else {}
+        done = self.run(SCRIPT_HOSTS[preset], "//nologo", "C:\\script.vbs", environment=environment)
+        file.unlink()
+        return done.stdout.decode("ascii", "replace").replace("\r", "").strip()
+
+    # --- Looking ---
+
+    def files(self):
+        """Every file and folder of the drive but what Windows itself keeps."""
+        found = set()
+        for folder, folders, names in os.walk(self.drive):
+            if pathlib.Path(folder) == self.drive:
+                folders[:] = [name for name in folders if name != "windows"]
+            found.update(str(pathlib.Path(folder, name).relative_to(self.drive)) for name in folders + names)
+        kept = self.drive / "windows" / "Installer"
+        found.update(str(file.relative_to(self.drive)) for file in kept.rglob("*"))
+        return found
+
+    def registry(self):
+        """{key: {name: text}} of all software, both views of it."""
+        keys = {}
+        for root in ROOTS:
+            export = self.drive / "export.reg"
+            self.run("regedit", "/E", "C:\\export.reg", root)
+            if export.exists():
+                keys.update(parsed_export(export.read_text(encoding="utf-16")))
+                export.unlink()
+        return keys
+
+
+def parsed_export(text):
+    keys, values = {}, {}
+    text = text.replace("\r", "").replace("\\\n  ", "")  # long values go on in the next line
+    for line in text.split("\n"):
+        if line.startswith("["):
+            values = keys.setdefault(line[1:-1], {})
+        elif line.startswith('"') or line.startswith("@"):
+            name, _, value = line.partition('"="') if line.startswith('"') and '"="' in line else line.partition("=")
+            values[name.strip('"').replace("@", "")] = unquoted(value)
+    return keys
+
+
+def unquoted(value):
+    return value.strip('"').replace('\\"', '"').replace("\\\\", "\\")
