@@ -1,7 +1,13 @@
 """The checks of the proof find each thing that can be wrong."""
+import pathlib
+import shutil
+import tempfile
+import types
 import unittest
+import unittest.mock
 
 from rig.checks import Row, findings, told
+from rig.programs import Programs
 from rig.requests import Book
 
 
@@ -89,6 +95,53 @@ class ChecksTest(unittest.TestCase):
         self.book.read('{"line": 2, "refused": "no"}\n{"issued": 0}\n{"line": 3, "co', self.keys)
         self.assertEqual(self.found(), {"refused"})
         self.assertEqual(self.book.refused, [f"{self.keys[0]}: no"])
+
+
+class ProgramsTest(unittest.TestCase):
+    """A program that ends otherwise than it should is trouble, whatever is stored."""
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.book = Book()
+        self.programs = Programs(types.SimpleNamespace(databases=["x"]), self.folder, self.book, with_keys=True)
+
+    def play(self, script):
+        """Lets a script run in the place of kledger."""
+        line = ["sh", "-c", script]
+        for module in ("rig.programs.command", "windows_program.command"):
+            patch = unittest.mock.patch(module, lambda *_: line)
+            patch.start()
+            self.addCleanup(patch.stop)
+
+    def issue(self, script):
+        self.play(script)
+        return self.programs.issue(0, "fast1", self.book.new_requests("fast1", 1))
+
+    def test_a_program_that_does_all(self):
+        self.assertTrue(self.issue("""echo '{"line": 2, "code": "2024-000001"}'"""))
+        self.assertEqual((self.programs.troubles, self.book.answered_codes("fast1")), ([], ["2024-000001"]))
+
+    def test_a_program_that_gives_up(self):
+        self.assertFalse(self.issue("echo 'kledger: out of reach' >&2; exit 5"))
+        self.assertEqual(self.programs.troubles, ["issue: 5 kledger: out of reach"])
+
+    def test_a_program_whose_rule_was_changed(self):
+        self.assertFalse(self.issue("""echo 'kledger: rule "x" was changed meanwhile; start again' >&2; exit 1"""))
+        self.assertEqual(self.programs.troubles, [])
+
+    def test_a_command_that_fails(self):
+        self.play("echo 'no code' >&2; exit 1")
+        self.programs.must(0, "void", "2024-000001", "--rule", "fast1")
+        self.assertEqual(self.programs.troubles, ["void 2024-000001: 1 no code"])
+
+    def test_what_an_audit_finds(self):
+        self.play("exit 0")
+        self.assertEqual(self.programs.audit(0, "fast1"), [])
+        self.play("""echo '{"series": "x"}'; echo '{"finding": "gap"}'; exit 4""")
+        self.assertEqual(self.programs.audit(0, "fast1"), ['{"finding": "gap"}', "audit: 4 "])
+        self.play("exit 5")
+        self.assertEqual(self.programs.audit(0, "fast1"), ["audit: 5 "])
 
 
 if __name__ == "__main__":
