@@ -206,8 +206,8 @@ class Installer:
         )
         for values, component in ((self.shared, "Names"), (self.own, "Registration")):
             for value in values:
-                # A key without text cannot be said but as a key that is made.
-                name = value.name or ("" if value.text else "+")
+                # A key without text cannot be said but as a key that is made, and removed with all that it holds.
+                name = value.name or ("" if value.text else "*")
                 row = "r" + hashlib.sha256(f"{value.key}|{value.name}".encode()).hexdigest()[:24]
                 table.add(row, EITHER_ROOT, value.key, name, value.text, component)
         return table

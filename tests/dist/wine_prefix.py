@@ -2,6 +2,7 @@
 import os
 import pathlib
 import subprocess
+import tempfile
 
 from windows_program import ROOT
 
@@ -21,10 +22,14 @@ class Prefix:
         self.environment = {**os.environ, "KESTREL_WINEPREFIX": str(self.folder)}
         self.run_tool("prefix.sh")
 
-    def run_tool(self, tool, *arguments, **options):
-        environment = {**self.environment, **options.pop("environment", {})}
-        return subprocess.run([str(ROOT / "tools" / tool), *arguments], env=environment, stdin=subprocess.DEVNULL,
-                              capture_output=True, timeout=300, check=False, **options)
+    def run_tool(self, tool, *arguments, environment=None):
+        """What it prints goes through files: a service that it starts keeps what it was given, and a pipe would never end."""
+        with tempfile.TemporaryFile() as output:
+            done = subprocess.run([str(ROOT / "tools" / tool), *arguments], env={**self.environment, **(environment or {})},
+                                  stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.DEVNULL, timeout=120, check=False)
+            output.seek(0)
+            done.stdout = output.read()
+        return done
 
     def run(self, *command, **options):
         """A Windows program; what it prints is text of the prefix's code page, in bytes."""
@@ -50,7 +55,7 @@ class Prefix:
         """What a script prints under the system's own host of that bitness."""
         file = self.drive / "script.vbs"
         file.write_text(text, encoding="ascii")
-        environment = {"KESTREL_WINE": str(WINE64)} if preset == "x64" and WINE64.exists() else {}
+        environment = {"KESTREL_WINE": str(WINE64)} if preset == "x64" else {}
         done = self.run(SCRIPT_HOSTS[preset], "//nologo", "C:\\script.vbs", environment=environment)
         file.unlink()
         return done.stdout.decode("ascii", "replace").replace("\r", "").strip()
@@ -69,11 +74,11 @@ class Prefix:
         return found
 
     def registry(self):
-        """{key: {name: text}} of all software, both views of it."""
+        """{key: {name: text}} of all software: a 64-bit program sees both views."""
         keys = {}
         for root in ROOTS:
             export = self.drive / "export.reg"
-            self.run("regedit", "/E", "C:\\export.reg", root)
+            self.run("regedit", "/E", "C:\\export.reg", root, environment={"KESTREL_WINE": str(WINE64)})
             if export.exists():
                 keys.update(parsed_export(export.read_text(encoding="utf-16")))
                 export.unlink()
