@@ -89,7 +89,7 @@ struct CodeOptions {
 struct AdoptOptions {
     std::wstring rule;
     std::vector<std::wstring> what; // the codes, or one file of them, or "-" for standard input
-    std::wstring column; // with the codes; empty: the first one
+    std::wstring column;            // with the codes; empty: the first one
     wchar_t separator = L',';
     std::optional<unsigned> codePage;
 };
@@ -119,7 +119,8 @@ int Upgrade(Session& session);
 int DesignRule(Session& session, const DesignOptions& options);
 int NewRule(Session& session, const NewRuleOptions& options);
 int DesignNewRule(Session& session, const NewRuleOptions& options);
-int CheckRule(Session& session, const std::wstring& subject); // a file's or a rule's name
+int CheckRule(Session& session, const std::wstring& name);
+int CheckFile(const Output& output, const std::wstring& file);
 int ShowRule(Session& session, const ShowOptions& options);
 
 } // namespace ledger

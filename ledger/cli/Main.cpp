@@ -10,6 +10,7 @@ namespace {
 
 int RunCommand(const ledger::Invocation& invocation) {
     const hosts::Apartment apartment;
+    if (invocation.alone) return invocation.alone(ledger::Output(invocation.json));
     const ledger::Patience patience(invocation.patience);
     const std::unique_ptr<ledger::Database> database =
         ledger::OpenDatabase(invocation.database, patience, invocation.ifNone);
@@ -20,7 +21,7 @@ int RunCommand(const ledger::Invocation& invocation) {
 
 int Run(const std::vector<std::wstring>& arguments) {
     const ledger::Invocation invocation = ledger::ParseArguments(arguments);
-    if (!invocation.command) return invocation.exitCode;
+    if (!invocation.command && !invocation.alone) return invocation.exitCode;
     try {
         return RunCommand(invocation);
     } catch (const ledger::DbError& error) {

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <regex>
 
@@ -194,6 +195,7 @@ class Parser {
         CLI::App* command = Add<NewRuleOptions>(
             rule, "new", "make a rule of one line such as INV-{Date:yyyy}-{####}; without it the designer opens",
             NewRule, made);
+        MakesLedger(command);
         AddText(command, "name", made->name, "the rule's name", true);
         AddText(command, "pattern", made->pattern, "text, fields {Customer:4}, numbers {####}; see docs/patterns.md");
         AddPolicy(command, made->policy, made->leaseSize);
@@ -219,7 +221,14 @@ class Parser {
         const auto checked = std::make_shared<std::wstring>();
         command = Add<std::wstring>(
             rule, "check", "tell what is wrong with a rule, or with a definition text in a file", CheckRule, checked);
-        AddText(command, "rule", *checked, "the rule or the file", true);
+        AddText(command, "rule", *checked, "the file or the rule", true);
+        command->callback([this, checked] {
+            std::error_code error;
+            if (std::filesystem::is_regular_file(*checked, error))
+                mvarInvocation.alone = [checked](const Output& output) { return CheckFile(output, *checked); };
+            else
+                mvarInvocation.command = [checked](Session& session) { return CheckRule(session, *checked); };
+        });
         const auto designed = std::make_shared<DesignOptions>();
         command = Add<DesignOptions>(rule, "design", "open the designer on a rule and store what it saves", DesignRule,
                                      designed);

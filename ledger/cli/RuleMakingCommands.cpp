@@ -174,13 +174,20 @@ void WriteFiles(const SaidPattern& said, const std::wstring& folder) {
 
 // ------------------------------------------------------------------------------------------------------ rule check
 
-// A rule of the ledger comes before a file of the same name.
-std::wstring DefinitionToCheck(Session& session, const std::wstring& subject) {
-    if (const auto rule = FindRule(session, subject)) return rule->definition.text;
-    std::error_code error;
-    if (!std::filesystem::exists(subject, error))
-        throw HostError(L"there is neither a rule nor a file \"" + subject + L"\"");
-    return hosts::ReadDefinitionFile(subject);
+int Tell(const Output& output, const RuleReview& review) {
+    for (const Untaken& untaken : review.untaken)
+        output.Line(LineOf(untaken), {{"finding", "untaken"},
+                                      {"line", untaken.line},
+                                      {"what", ledger::ToJson(untaken.what)},
+                                      {"read", ledger::ToJson(untaken.read)},
+                                      {"holds", ledger::ToJson(untaken.holds)}});
+    for (const std::wstring& finding : review.findings)
+        output.Line(hosts::Shown(finding), {{"finding", "rule"}, {"text", ledger::ToJson(finding)}});
+    for (const std::wstring& obstacle : review.obstacles)
+        output.Line(L"no code can be issued: " + hosts::Shown(obstacle),
+                    {{"finding", "obstacle"}, {"text", ledger::ToJson(obstacle)}});
+    if (review.IsClean()) output.Note(L"nothing was found");
+    return review.IsClean() ? ExitDone : ExitFindings;
 }
 
 } // namespace
@@ -210,21 +217,14 @@ int NewRule(Session& session, const NewRuleOptions& options) {
     return ExitDone;
 }
 
-int CheckRule(Session& session, const std::wstring& subject) {
-    const RuleReview review = ReviewDefinition(DefinitionToCheck(session, subject));
-    for (const Untaken& untaken : review.untaken)
-        session.output.Line(LineOf(untaken), {{"finding", "untaken"},
-                                              {"line", untaken.line},
-                                              {"what", ledger::ToJson(untaken.what)},
-                                              {"read", ledger::ToJson(untaken.read)},
-                                              {"holds", ledger::ToJson(untaken.holds)}});
-    for (const std::wstring& finding : review.findings)
-        session.output.Line(hosts::Shown(finding), {{"finding", "rule"}, {"text", ledger::ToJson(finding)}});
-    for (const std::wstring& obstacle : review.obstacles)
-        session.output.Line(L"no code can be issued: " + hosts::Shown(obstacle),
-                            {{"finding", "obstacle"}, {"text", ledger::ToJson(obstacle)}});
-    if (review.IsClean()) session.output.Note(L"nothing was found");
-    return review.IsClean() ? ExitDone : ExitFindings;
+int CheckRule(Session& session, const std::wstring& name) {
+    const auto rule = FindRule(session, name);
+    if (!rule) throw HostError(L"there is neither a file nor a rule \"" + name + L"\"");
+    return Tell(session.output, ReviewDefinition(rule->definition.text));
+}
+
+int CheckFile(const Output& output, const std::wstring& file) {
+    return Tell(output, ReviewDefinition(hosts::ReadDefinitionFile(file)));
 }
 
 int ShowRule(Session& session, const ShowOptions& options) {

@@ -114,6 +114,10 @@ const Accepted AcceptedPatterns[] = {
     // formulas
     {L"{Year=year(Date):4}", L"formula Year text=Year formula=year(Date) length=4\n"},
     {L"{=fiscal(Date)}", L"formula fiscal text=fiscal formula=fiscal(Date) length=7\n"},
+    {L"{=fiscal(Date end)}", L"formula fiscal text=fiscal formula=fiscal(Date end) length=4\n"},
+    {L"{A:1}{##}{=luhn(A)}", L"field A text=A length=1\nnumber Number first=1 length=2 tracks [A]\n"
+                             L"formula luhn text=luhn formula=luhn(A) length=1\n"},
+    {L"{=pad(Name 3 ')'):3}", L"formula pad text=pad formula=pad(Name 3 ')') length=3\n"},
     {L"{=left(upper(Name) 3):3}", L"formula left text=left formula=left(upper(Name) 3) length=3\n"},
     {L"{=month(Date):00}{=month(Date):00}{=month(Due)}",
      L"formula month text=month formula=month(Date) format=00 length=2\nformula month 2 text=month formula=month(Date) "

@@ -8,7 +8,7 @@
 
 using ledger::BuildDefinition;
 using ledger::ParsePattern;
-using ledger::RuleSettings;
+using ledger::PatternSettings;
 using ledger::SaidPattern;
 using ledger::SayPattern;
 
@@ -25,7 +25,7 @@ const ledger::CodeFiles Files = [](const std::wstring& file) {
     return hosts::ParseCsv(L"c,v\n1,North\n2,\"South \"\"x\"\"\"\n");
 };
 
-std::wstring Built(const std::wstring& pattern, const RuleSettings& settings = {}) {
+std::wstring Built(const std::wstring& pattern, const PatternSettings& settings = {}) {
     return BuildDefinition(ParsePattern(pattern), settings, Files);
 }
 
@@ -63,7 +63,7 @@ TEST_F(SaidPatternTest, EveryPatternIsSaidAsItWasWritten) {
 }
 
 TEST_F(SaidPatternTest, SettingsAreSaidBesideThePattern) {
-    const RuleSettings settings{true, 4, 16, L"06:30"};
+    const PatternSettings settings{true, 4, 16, L"06:30"};
     const SaidPattern said = SayPattern(Built(L"{A:1}{##}", settings));
     EXPECT_EQ(said.settings, settings);
     EXPECT_EQ(BuiltAgain(said), Built(L"{A:1}{##}", settings));

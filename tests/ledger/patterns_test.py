@@ -33,7 +33,7 @@ class NewTest(PatternsCase):
     def test_every_example_of_the_guide(self):
         guide = (ROOT / "docs" / "patterns.md").read_text(encoding="utf-8")
         rows = re.findall(r"^\| `(.+?)` \| (\w+=.+?) \| `(.+?)` \|$", guide, re.M)
-        self.assertEqual(len(rows), 9)
+        self.assertEqual(len(rows), 10)
         files = {"countries.csv": COUNTRIES, "places.csv": PLACES}
         for name, text in files.items():
             self.assertIn("\n    " + text.strip().replace("\n", "\n    "), guide, "the guide shows the file")
@@ -202,7 +202,9 @@ class CheckTest(PatternsCase):
                 self.assertIn(f"line {text.count(chr(13)) + 1}: {told}", lines)
         for text in ("", "#####", "nothing of a rule", "%PDF"):
             self.assertIn("defines no band, so it is no rule", self.refused("rule", "check", self.file("t.rule", text)))
-        self.assertIn('there is neither a rule nor a file "none"', self.refused("rule", "check", "none"))
+        self.assertFalse(self.database.file.exists(), "to check a file needs no ledger")
+        self.new("{A:1}{##}")
+        self.assertIn('there is neither a file nor a rule "none"', self.refused("rule", "check", "none"))
 
     def test_a_rule_that_cannot_issue_is_refused_unless_forced(self):
         file = self.file("t.rule", rules.numbered().replace("4=000000", "4=000"))

@@ -5,6 +5,9 @@
 #include <map>
 #include <set>
 
+#include "ledger/core/formulas/Formula.h"
+#include "ledger/core/formulas/Functions.h"
+
 namespace ledger {
 
 namespace {
@@ -27,6 +30,15 @@ std::vector<std::wstring> WordsOf(const std::wstring& formula) {
     }
     std::erase(words, std::wstring());
     return words;
+}
+
+// Check digits are made of bands, when all of them have their values. What is no formula of the ledger is none of them.
+bool IsCheckDigit(const std::wstring& formula) {
+    try {
+        return FunctionOf(ParseFormula(formula)).TakesBands();
+    } catch (const hosts::HostError&) {
+        return false;
+    }
 }
 
 class Names {
@@ -140,7 +152,7 @@ class Tracking {
     }
 
   private:
-    // The bands whose formulas are computed of a number, or of such a formula.
+    // The bands whose formulas are check digits, or are computed of a number or of such a formula.
     [[nodiscard]] std::set<std::wstring> CountedFormulas() const {
         std::set<std::wstring> words; // that stand for numbers
         for (const PatternPart& part : mvarPattern)
@@ -151,7 +163,7 @@ class Tracking {
             for (const PatternPart& part : mvarPattern) {
                 if (part.kind != PartKind::Formula || counted.contains(part.name)) continue;
                 const auto isCounted = [&words](const std::wstring& word) { return words.contains(word); };
-                if (std::ranges::none_of(WordsOf(part.formula), isCounted)) continue;
+                if (!IsCheckDigit(part.formula) && std::ranges::none_of(WordsOf(part.formula), isCounted)) continue;
                 counted.insert(part.name);
                 words.insert({Folded(part.name), Folded(part.text)});
                 found = true;

@@ -308,13 +308,16 @@ class Reader {
     std::wstring ReadBrackets() {
         const std::size_t begin = mvarAt;
         std::size_t depth = 0;
-        bool inQuotes = false;
+        wchar_t quote = L'\0'; // the one that is open
         for (; !AtEnd(); ++mvarAt) {
             const wchar_t character = Peek();
             if (character == L',' || character == L';')
                 Fail(mvarAt, L"a formula holds no comma and no semicolon; put blanks between its arguments");
-            if (character == L'"') inQuotes = !inQuotes;
-            if (inQuotes) continue;
+            if (quote == L'\0' && (character == L'"' || character == L'\''))
+                quote = character;
+            else if (quote == character)
+                quote = L'\0';
+            if (quote != L'\0') continue;
             if (character == L'{' || character == L'}') break;
             if (character == L'(') ++depth;
             if (character == L')' && --depth == 0) {

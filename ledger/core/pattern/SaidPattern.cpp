@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "ledger/core/definition/DefinitionText.h"
+#include "ledger/core/formulas/Formula.h"
 #include "ledger/core/pattern/CompletePattern.h"
 #include "ledger/core/pattern/PatternText.h"
 
@@ -243,7 +244,8 @@ class Speaker {
         for (const std::wstring& record : Split(mvarHeld.Entry(entries::Macros), L';')) {
             const std::vector<std::wstring> fields = Split(record, L',');
             constexpr std::size_t description = 3;
-            if (fields.front() == macro && fields.size() > description) return fields[description];
+            if (fields.front() == macro && fields.size() > description && IsFormula(fields[description]))
+                return fields[description];
         }
         return {};
     }
