@@ -83,6 +83,7 @@ void Print(const Session& session, const AdoptionFinding& finding) {
 
 int AdoptCodes(Session& session, const AdoptOptions& options) {
     const StoredRule rule = ResolveRule(session, options.rule);
+    RefuseRetired(rule.settings, rule.name);
     CodeMaker maker(rule.definition.text);
     const hosts::CsvTable table = TableOf(options);
     const std::size_t column = CodeColumn(table, options.column);

@@ -1,4 +1,5 @@
 // audit: what is wrong, or soon will be, with the codes of one rule or of all
+#include <algorithm>
 #include <set>
 
 #include "hosts/common/Console.h"
@@ -8,6 +9,7 @@
 #include "ledger/cli/Heads.h"
 #include "ledger/cli/Progress.h"
 #include "ledger/core/Codes.h"
+#include "ledger/core/Journal.h"
 #include "ledger/core/Json.h"
 #include "ledger/core/Repair.h"
 
@@ -23,10 +25,30 @@ struct Audited {
     std::vector<Finding> others; // of no rule that is there
 };
 
-Audited Gather(Session& session, const AuditOptions& options, const HeadsOfRules& against) {
+// Whether the journal whose newest act is among the heads is that of the rule.
+bool IsOfRule(Database& database, const StoredRule& rule, const std::vector<Head>& heads) {
+    const auto newest = std::ranges::find(heads, L"journal", &Head::chain);
+    if (newest == heads.end()) return false;
+    const auto act = Journal(database, rule.id).At(newest->number);
+    return act && act->seal == newest->seal;
+}
+
+// The heads by the names that their rules have now: a rule that was renamed has its journal still.
+HeadsOfRules UnderTheirNames(Database& database, const std::vector<StoredRule>& rules, const HeadsOfRules& written) {
+    HeadsOfRules heads;
+    for (const auto& [name, of] : written) {
+        const auto rule = std::ranges::find_if(
+            rules, [&database, &of = of](const StoredRule& candidate) { return IsOfRule(database, candidate, of); });
+        heads[rule == rules.end() ? name : rule->name] = of;
+    }
+    return heads;
+}
+
+Audited Gather(Session& session, const AuditOptions& options, const HeadsOfRules& written) {
     return InSnapshot(session.database, session.patience, [&] {
         Audited audited;
         const std::vector<StoredRule> rules = Rules(session.database).All();
+        const HeadsOfRules against = UnderTheirNames(session.database, rules, written);
         std::set<std::wstring> names;
         for (const StoredRule& rule : rules) {
             names.insert(rule.name);

@@ -13,6 +13,8 @@
 #include "hosts/common/Utf8.h"
 #include "ledger/cli/CodesCommand.h"
 #include "ledger/cli/ExitCode.h"
+#include "ledger/cli/ReportCommand.h"
+#include "ledger/cli/RuleActsCommand.h"
 #include "ledger/cli/Suggestions.h"
 
 namespace ledger {
@@ -106,6 +108,7 @@ class Parser {
         AddIssue();
         AddCodeCommands();
         AddCodesCommands();
+        AddReport();
         AddAdopt();
         AddAudit();
         AddCare();
@@ -187,6 +190,11 @@ class Parser {
                                      DesignRule, designed);
         AddRule(command, designed->rule);
         AddDesigned(command, designed->fields, designed->macros);
+        AddRuleAct(*rule, "rename", "give a rule another name; its codes stay its own", RenameCommand, true);
+        AddRuleAct(*rule, "copy", "store a rule once more under another name, without its codes", CopyCommand, true);
+        AddRuleAct(*rule, "remove", "remove a rule; one with codes is retired: it issues no more and keeps everything",
+                   RemoveCommand, false);
+        AddRuleAct(*rule, "restore", "let a retired rule issue again", RestoreCommand, false);
         AddRuleMaking(*rule);
     }
 
@@ -234,6 +242,14 @@ class Parser {
                                      designed);
         AddText(command, "rule", designed->rule, "the rule; may be left out where it is clear which");
         AddDesigned(command, designed->fields, designed->macros);
+    }
+
+    void AddRuleAct(CLI::App& parent, const std::string& name, const std::string& help, Command<RuleActOptions> run,
+                    bool namesAnother) {
+        const auto options = std::make_shared<RuleActOptions>();
+        CLI::App* command = Add<RuleActOptions>(parent, name, help, run, options);
+        AddText(command, "rule", options->rule, "the rule", true);
+        if (namesAnother) AddText(command, "new", options->newName, "the new name", true);
     }
 
     void AddIssue() {
@@ -315,6 +331,16 @@ class Parser {
         const auto exported = std::make_shared<CodesOptions>();
         command = AddWish(*codes, "export", "print codes as CSV, or with --json as JSON", ExportCodes, exported);
         AddText(command, "--out", exported->file, "a file instead of standard output");
+    }
+
+    void AddReport() {
+        const auto options = std::make_shared<ReportOptions>();
+        CLI::App* command = Add<ReportOptions>(
+            mvarApp, "report", "show each series: how full it is, since when, until when", ReportLedger, options);
+        AddRule(command, options->rule);
+        AddText(command, "--html", options->html, "a file for a page with pictures, for any browser");
+        command->add_option("--warn", options->warnPercent, "percent of a series' numbers that must be left (10)")
+            ->check(CLI::Range(0, 100));
     }
 
     void AddAdopt() {

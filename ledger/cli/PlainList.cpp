@@ -27,7 +27,7 @@ bool NamesColumns(const CodeMaker& maker, const std::wstring& line, wchar_t sepa
 bool IsPlainList(const CodeMaker& maker, const std::wstring& text, const IssueOptions& options) {
     if (maker.Rule().Knows(EntryName)) return false;
     const auto given = [&options](const std::wstring& name) { return IsGiven(name, options); };
-    if (!std::ranges::all_of(maker.Rule().Names(), given)) return false;
+    if (!std::ranges::all_of(maker.Needed(), given)) return false;
     const auto entries = EntriesOf(text);
     return entries.empty() || !NamesColumns(maker, entries.front().second, options.separator);
 }

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
 #include "hosts/common/TextFile.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
@@ -28,13 +29,34 @@ std::int64_t RevisionOf(Session& session, const std::wstring& name) {
     return stored ? stored->revision : 0;
 }
 
-// How many bands the definition has, beside its codes' length the thing to look at after an import.
-Json RuleJson(const StoredRule& rule, std::int64_t codes) {
-    return {{"rule", ToJson(rule.name)},
-            {"policy", ToJson(NameOf(rule.policy))},
-            {"lease", rule.leaseSize},
-            {"codeLength", rule.definition.codeLength},
-            {"codes", codes}};
+Json RuleJson(const StoredRule& rule, std::int64_t codes, const std::vector<std::wstring>& names) {
+    Json fields = Json::array();
+    for (const std::wstring& name : names)
+        fields.push_back(ToJson(name));
+    Json json = {{"rule", ToJson(rule.name)},
+                 {"policy", ToJson(NameOf(rule.policy))},
+                 {"lease", rule.leaseSize},
+                 {"codeLength", rule.definition.codeLength},
+                 {"codes", codes},
+                 {"fields", fields}};
+    if (rule.settings.retired) json["retired"] = true;
+    return json;
+}
+
+// The fields and macros of a rule; none of one that the component does not take any more.
+std::vector<std::wstring> NamesOf(const StoredRule& rule) {
+    try {
+        return CodeMaker(rule.definition.text).Rule().Names();
+    } catch (const hosts::HostError&) { // the audit tells
+        return {};
+    }
+}
+
+std::wstring Listed(const std::vector<std::wstring>& names) {
+    std::wstring text;
+    for (const std::wstring& name : names)
+        text += (text.empty() ? L"" : L", ") + hosts::Shown(name);
+    return text;
 }
 
 } // namespace
@@ -63,17 +85,19 @@ int ExportRule(Session& session, const ExportOptions& options) {
 }
 
 int ListRules(Session& session) {
-    Table table({L"RULE", L"POLICY", L"LEASE", L"CODE LENGTH", L"CODES"});
+    Table table({L"RULE", L"POLICY", L"LEASE", L"CODE LENGTH", L"CODES", L"FIELDS"});
     std::vector<Json> objects;
     InSnapshot(session.database, session.patience, [&] {
-        table = Table({L"RULE", L"POLICY", L"LEASE", L"CODE LENGTH", L"CODES"});
+        table = Table({L"RULE", L"POLICY", L"LEASE", L"CODE LENGTH", L"CODES", L"FIELDS"});
         objects.clear();
         Rules rules(session.database);
         for (const StoredRule& rule : rules.All()) {
             const std::int64_t codes = Codes(session.database, rule.id).Count();
-            table.Add({rule.name, NameOf(rule.policy), std::to_wstring(rule.leaseSize),
-                       std::to_wstring(rule.definition.codeLength), std::to_wstring(codes)});
-            objects.push_back(RuleJson(rule, codes));
+            const std::vector<std::wstring> names = NamesOf(rule);
+            table.Add({rule.name, rule.settings.retired ? L"retired" : NameOf(rule.policy),
+                       std::to_wstring(rule.leaseSize), std::to_wstring(rule.definition.codeLength),
+                       std::to_wstring(codes), Listed(names)});
+            objects.push_back(RuleJson(rule, codes, names));
         }
         return true;
     });

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "hosts/common/Nearest.h"
 #include "hosts/common/Text.h"
 #include "hosts/common/Utf8.h"
-#include "ledger/core/Nearest.h"
 
 namespace ledger {
 
@@ -39,10 +39,10 @@ void AddCommands(const CLI::App& app, const std::wstring& before, std::vector<st
 std::wstring NearestCommand(const CLI::App& command, const std::wstring& word) {
     std::vector<std::wstring> names;
     AddCommands(command, {}, names);
-    const std::wstring whole = NearestTo(word, names);
+    if (const auto whole = hosts::NearestOf(word, names)) return *whole;
     const auto byLastWord =
         std::ranges::find_if(names, [&word](const std::wstring& name) { return name.ends_with(L' ' + word); });
-    return whole.empty() && byLastWord != names.end() ? *byLastWord : whole;
+    return byLastWord != names.end() ? *byLastWord : std::wstring();
 }
 
 } // namespace
@@ -56,7 +56,7 @@ std::wstring UnknownArgument(const CLI::App& app) {
     std::wstring nearest;
     std::wstring text;
     if (argument.starts_with(L"-")) {
-        nearest = NearestTo(argument.substr(0, argument.find(L'=')), OptionsOf(command));
+        nearest = hosts::NearestOf(argument.substr(0, argument.find(L'=')), OptionsOf(command)).value_or(L"");
         text = shown + L" is no option here";
     } else if (command.get_subcommands([](const CLI::App*) { return true; }).empty()) {
         return shown + L" is one argument too many";

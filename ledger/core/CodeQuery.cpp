@@ -4,6 +4,7 @@
 #include <set>
 
 #include "ledger/core/Json.h"
+#include "ledger/core/UtcTime.h"
 
 namespace ledger {
 
@@ -13,24 +14,8 @@ using hosts::HostError;
 
 constexpr std::size_t CodesAtOnce = 1000;
 
-// How a time looks: "9" is a digit.
-const std::wstring TimeShape = L"9999-99-99T99:99:99Z";
-// The lengths of its beginnings that are times as well.
-constexpr std::size_t TimeLengths[] = {4, 7, 10, 13, 16, 19, 20};
-
-bool IsTime(const std::wstring& text) {
-    if (std::ranges::find(TimeLengths, text.size()) == std::end(TimeLengths)) return false;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const bool isDigit = text[at] >= L'0' && text[at] <= L'9';
-        if (TimeShape[at] == L'9' ? !isDigit : text[at] != TimeShape[at]) return false;
-    }
-    const auto part = [&text](std::size_t at) { return text.size() < at + 2 ? 1 : std::stoi(text.substr(at, 2)); };
-    return part(5) >= 1 && part(5) <= 12 && part(8) >= 1 && part(8) <= 31 && part(11) <= 23 && part(14) <= 59 &&
-           part(17) <= 59;
-}
-
 void CheckTime(const std::wstring& text, const wchar_t* option) {
-    if (text.empty() || IsTime(text)) return;
+    if (text.empty() || TimeOf(text)) return;
     throw HostError(
         std::wstring(option) + L" \"" + text +
         L"\" is no time; expected a date such as 2024-05-31, or 2024, 2024-05 or 2024-05-31T10:00:00Z (UTC)");

@@ -43,7 +43,7 @@ Outcome DryIssuer::Answer(State& state, const Request& request) {
 
 void DryIssuer::RefuseRepeated(State& state, const std::wstring& code) {
     const bool isNew = !mvarWorkplace.maker.NumberBands().empty() || state.made.insert(code).second;
-    if (!isNew || mvarCodes.Find(code)) throw hosts::RecordError(L"code " + code + L" is issued already");
+    if (!isNew || mvarCodes.Find(code)) throw hosts::RecordError(IssuedAlready(code, mvarWorkplace.maker));
 }
 
 } // namespace ledger

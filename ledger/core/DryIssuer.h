@@ -9,8 +9,11 @@ namespace ledger {
 
 class DryIssuer final : public Issuer {
   public:
+    // Fails with HostError on a rule that was retired.
     explicit DryIssuer(const Workplace& workplace)
-        : mvarWorkplace(workplace), mvarCodes(workplace.database, workplace.rule.id), mvarForecast(workplace) {}
+        : mvarWorkplace(workplace), mvarCodes(workplace.database, workplace.rule.id), mvarForecast(workplace) {
+        RefuseRetired(workplace.rule.settings, workplace.rule.name);
+    }
 
     [[nodiscard]] std::size_t BatchSize() const noexcept override { return 200; }
     [[nodiscard]] std::vector<Outcome> Issue(std::span<const Request> requests, std::size_t toCome) override;

@@ -54,10 +54,7 @@ void GaplessIssuer::SealNumbers(NewCode& code, const std::vector<std::wstring>& 
 // The same code twice in a row, though the first attempt lost to whoever has it: no number leads on from it.
 void GaplessIssuer::RefuseRepeated(const NewCode& code, const std::wstring& before) {
     if (code.row.code != before || !mvarCodes.Find(code.row.code)) return;
-    throw hosts::RecordError(L"code " + code.row.code + L" is issued already" +
-                             (mvarWorkplace.maker.NumberBands().empty()
-                                  ? L", and no band of the rule numbers it on"
-                                  : L", though not counted in its series; see kledger audit"));
+    throw hosts::RecordError(IssuedAlready(code.row.code, mvarWorkplace.maker));
 }
 
 Outcome GaplessIssuer::IssueOne(const Request& request) {

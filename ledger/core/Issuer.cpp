@@ -27,4 +27,10 @@ Outcome OutcomeOf(const CodeRow& stored, const Request& request, bool before) {
             false};
 }
 
+std::wstring IssuedAlready(const std::wstring& code, const CodeMaker& maker) {
+    return L"code " + code + L" is issued already" +
+           (maker.NumberBands().empty() ? L", and no band of the rule numbers it on"
+                                        : L", though not counted in its series; see kledger audit");
+}
+
 } // namespace ledger

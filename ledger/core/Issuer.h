@@ -59,4 +59,7 @@ struct Workplace {
 // it was another request then.
 [[nodiscard]] Outcome OutcomeOf(const CodeRow& stored, const Request& request, bool before);
 
+// Why a code is refused that is stored already: nothing in the rule leads on from it.
+[[nodiscard]] std::wstring IssuedAlready(const std::wstring& code, const CodeMaker& maker);
+
 } // namespace ledger

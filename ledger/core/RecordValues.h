@@ -52,6 +52,8 @@ class RecordValues {
     void Hide(std::vector<bool>& shown) const;
 
     [[nodiscard]] const std::vector<BoundBand>& Bound() const noexcept { return mvarBound; }
+    // The fields and macros that a record must bring a value of.
+    [[nodiscard]] const std::vector<std::wstring>& Needed() const noexcept { return mvarGiven; }
 
   private:
     using Values = std::map<std::wstring, FormulaValue>;

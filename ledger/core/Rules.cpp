@@ -89,9 +89,11 @@ void Rules::AddDefinition(std::int64_t ruleId, const Definition& definition) {
 }
 
 void Rules::Replace(StoredRule& rule) {
-    Statement& update = mvarDatabase.Prepare(L"UPDATE kestrel_rules SET policy = ?, lease_size = ?, settings = ?, "
-                                             L"revision = ?, definition = ? WHERE id = ? AND revision = ?");
-    update.Set(NameOf(rule.policy))
+    Statement& update =
+        mvarDatabase.Prepare(L"UPDATE kestrel_rules SET name = ?, policy = ?, lease_size = ?, settings = ?, "
+                             L"revision = ?, definition = ? WHERE id = ? AND revision = ?");
+    update.Set(rule.name)
+        .Set(NameOf(rule.policy))
         .Set(rule.leaseSize)
         .Set(TextOf(rule.settings))
         .Set(rule.revision + 1)

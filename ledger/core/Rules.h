@@ -51,8 +51,8 @@ class Rules {
     // Stores a new rule without a definition and sets its id; two programs that do so at once collide on a key.
     void Add(StoredRule& rule);
     void AddDefinition(std::int64_t ruleId, const Definition& definition);
-    // Stores the settings and the number of the newest definition, if the rule still has the revision, and counts that
-    // up; fails with HostError if not.
+    // Stores the name, the settings and the number of the newest definition, if the rule still has the revision, and
+    // counts that up; fails with HostError if not.
     void Replace(StoredRule& rule);
     // In the order of their numbers.
     [[nodiscard]] std::vector<Definition> Definitions(std::int64_t ruleId);

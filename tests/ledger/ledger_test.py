@@ -9,7 +9,8 @@ from windows_program import path, run
 
 COMMANDS = (["rule"], ["rule", "import"], ["rule", "export"], ["rule", "list"], ["issue"], ["preview"], ["explain"],
             ["adopt"], ["audit"], ["void"], ["design"], ["find"], ["rule", "history"], ["lease"], ["lease", "close"], ["doctor"],
-            ["upgrade"], ["codes"], ["codes", "list"], ["codes", "find"], ["codes", "export"])
+            ["upgrade"], ["codes"], ["codes", "list"], ["codes", "find"], ["codes", "export"], ["report"],
+            ["rule", "rename"], ["rule", "copy"], ["rule", "remove"], ["rule", "restore"])
 
 
 class LedgerTests:
@@ -17,8 +18,8 @@ class LedgerTests:
         self.import_rule(rules.numbered(), "--policy", "fast", "--lease", "20", name="first")
         self.import_rule(rules.lettered(), name="second")
         self.assertEqual(self.objects("rule", "list"), [
-            {"rule": "first", "policy": "fast", "lease": 20, "codeLength": 11, "codes": 0},
-            {"rule": "second", "policy": "gapless", "lease": 100, "codeLength": 6, "codes": 0}])
+            {"rule": "first", "policy": "fast", "lease": 20, "codeLength": 11, "codes": 0, "fields": ["Year"]},
+            {"rule": "second", "policy": "gapless", "lease": 100, "codeLength": 6, "codes": 0, "fields": ["Text"]}])
         self.done("rule", "export", "first", "--out", path(self.folder / "out.rule"))
         self.assertEqual((self.folder / "out.rule").read_bytes().decode(), rules.numbered())
         self.assertEqual("\r".join(self.done("rule", "export", "first")), rules.numbered())
