@@ -39,10 +39,9 @@ void AddCommands(const CLI::App& app, const std::wstring& before, std::vector<st
 std::wstring NearestCommand(const CLI::App& command, const std::wstring& word) {
     std::vector<std::wstring> names;
     AddCommands(command, {}, names);
-    if (const auto whole = hosts::NearestOf(word, names)) return *whole;
     const auto byLastWord =
         std::ranges::find_if(names, [&word](const std::wstring& name) { return name.ends_with(L' ' + word); });
-    return byLastWord != names.end() ? *byLastWord : std::wstring();
+    return byLastWord != names.end() ? *byLastWord : hosts::NearestOf(word, names).value_or(L"");
 }
 
 } // namespace
