@@ -84,7 +84,7 @@ void Print(const Session& session, const AdoptionFinding& finding) {
 int AdoptCodes(Session& session, const AdoptOptions& options) {
     const StoredRule rule = ResolveRule(session, options.rule);
     RefuseRetired(rule.settings, rule.name);
-    CodeMaker maker(rule.definition.text);
+    CodeMaker maker(rule.definition.text, rule.settings);
     const hosts::CsvTable table = TableOf(options);
     const std::size_t column = CodeColumn(table, options.column);
     CheckRecords(table);

@@ -144,6 +144,16 @@ class Report {
     }
 
     void PrintGaps(const AuditReport& report) const {
+        for (const Gap& gap : report.leftOut)
+            mvarSession.output.Line(L"gap: " + hosts::Shown(gap.series) + L" misses " + std::to_wstring(gap.first) +
+                                        L" to " + std::to_wstring(gap.last) + L" in band " + gap.band +
+                                        L" (left out on purpose)",
+                                    {{"note", "gap"},
+                                     {"band", ToJson(gap.band)},
+                                     {"series", ToJson(gap.series)},
+                                     {"first", gap.first},
+                                     {"last", gap.last},
+                                     {"leftOut", true}});
         for (const Gap& gap : report.leftOfLeases)
             mvarSession.output.Line(L"gap: " + hosts::Shown(gap.series) + L" misses " + std::to_wstring(gap.first) +
                                         L" to " + std::to_wstring(gap.last) + L" in band " + hosts::Shown(gap.band) +

@@ -96,9 +96,9 @@ std::int64_t NextOf(Session& session, const OpenLease& open) {
                              .Set(open.lease.first)
                              .Set(open.lease.last)
                              .Set(open.lease.first)
-                             .First([](const Statement& row) { return row.NumberIfAny(1).value_or(0); })
-                             .value_or(0);
-    return std::max(highest + 1, open.lease.first);
+                             .First([](const Statement& row) { return row.NumberIfAny(1); })
+                             .value_or(std::nullopt);
+    return highest ? std::min(*highest + open.rule.settings.step, open.lease.last + 1) : open.lease.first;
 }
 
 } // namespace

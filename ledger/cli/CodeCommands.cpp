@@ -8,6 +8,7 @@
 #include "ledger/core/Journal.h"
 #include "ledger/core/Json.h"
 #include "ledger/core/Preview.h"
+#include "ledger/core/Reuse.h"
 #include "ledger/core/Voiding.h"
 
 namespace ledger {
@@ -19,11 +20,16 @@ struct KnownCode {
     std::optional<CodeRow> row;
     std::optional<Act> voided;
     Definition definition;
+    std::wstring successor; // the code that has its number now; empty while it has its own
 };
 
 KnownCode FindCode(Session& session, const StoredRule& rule, const std::wstring& code) {
     return InSnapshot(session.database, session.patience, [&] {
-        KnownCode known{Codes(session.database, rule.id).Find(code), std::nullopt, rule.definition};
+        KnownCode known{Codes(session.database, rule.id).Find(code), std::nullopt, rule.definition, {}};
+        if (auto reused = known.row ? std::nullopt : Reuse(session.database, rule.id).Find(code)) {
+            known.row = std::move(reused->row);
+            known.successor = std::move(reused->successor);
+        }
         if (!known.row) return known;
         if (known.row->voidAct > 0) known.voided = Journal(session.database, rule.id).At(known.row->voidAct);
         for (Definition& definition : Rules(session.database).Definitions(rule.id))
@@ -72,11 +78,12 @@ void PrintExplained(const KnownCode& known, const Parts& parts) {
     for (const std::wstring& line : table.Lines())
         hosts::PrintLine(line);
     if (!known.row) return hosts::PrintLine(L"not in the ledger");
-    hosts::PrintLine(known.row->origin + L" " + known.row->storedAt + L" by definition " +
-                     std::to_wstring(known.row->definition) + L", ticket " + known.row->ticket);
+    hosts::PrintLine((known.row->origin == Numbered ? L"issued" : known.row->origin) + L" " + known.row->storedAt +
+                     L" by definition " + std::to_wstring(known.row->definition) + L", ticket " + known.row->ticket);
     if (known.voided)
         hosts::PrintLine(L"void " + known.voided->at + L" by " + known.voided->by + L": " +
                          hosts::Shown(known.voided->detail));
+    if (!known.successor.empty()) hosts::PrintLine(L"its number was given again to " + hosts::Shown(known.successor));
 }
 
 Json ExplainedJson(const StoredRule& rule, const std::wstring& code, const KnownCode& known, const Parts& parts) {
@@ -99,6 +106,7 @@ Json ExplainedJson(const StoredRule& rule, const std::wstring& code, const Known
     json["reason"] = ToJson(known.voided->detail);
     json["voidAt"] = ToJson(known.voided->at);
     json["voidBy"] = ToJson(known.voided->by);
+    if (!known.successor.empty()) json["successor"] = ToJson(known.successor);
     return json;
 }
 
@@ -106,7 +114,7 @@ Json ExplainedJson(const StoredRule& rule, const std::wstring& code, const Known
 
 int PreviewCommand(Session& session, const PreviewOptions& options) {
     const StoredRule rule = ResolveRule(session, options.rule);
-    CodeMaker maker(rule.definition.text);
+    CodeMaker maker(rule.definition.text, rule.settings);
     UseDateFormat(maker, options.dateFormat);
     const FieldValues values = ParseFields(maker, options.fields);
     RefuseUnfit(values);

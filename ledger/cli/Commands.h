@@ -6,9 +6,42 @@
 #include <vector>
 
 #include "ledger/cli/Session.h"
+#include "ledger/core/Numberings.h"
 #include "ledger/core/pattern/RuleBuilder.h"
 
 namespace ledger {
+
+// Of a rule; nothing: as they are.
+struct SettingOptions {
+    std::optional<std::int64_t> step;
+    std::optional<bool> reuse;
+    std::optional<std::wstring> series;
+
+    [[nodiscard]] bool Any() const { return step || reuse || series; }
+};
+
+struct SetOptions {
+    std::wstring rule;
+    SettingOptions settings;
+};
+
+struct NumberingOptions {
+    std::wstring name;
+    std::wstring rule;
+    std::vector<std::wstring> fields; // that only the records have
+    std::wstring date;                // the field with the record's date
+    std::wstring from;
+    std::wstring until;
+    std::vector<std::wstring> when; // Name=Value
+    std::wstring then;              // stop, anew or on; empty: stop
+};
+
+struct NextOptions {
+    std::wstring rule;
+    std::vector<std::wstring> fields; // Name=Value
+    std::optional<std::int64_t> set;
+    std::wstring band; // whose number is set; empty: the only one
+};
 
 struct ImportOptions {
     std::wstring file;
@@ -16,6 +49,7 @@ struct ImportOptions {
     std::wstring policy; // empty: as it is, gapless for a new rule
     std::optional<std::int64_t> leaseSize;
     bool force = false; // also a rule that can issue no code
+    SettingOptions numbering;
 };
 
 struct NewRuleOptions {
@@ -28,6 +62,7 @@ struct NewRuleOptions {
     std::optional<unsigned> codePage; // likewise
     std::vector<std::wstring> fields; // for the designer
     std::vector<std::wstring> macros;
+    SettingOptions numbering;
     bool replace = false; // the rule that there is
     bool force = false;   // also a rule that can issue no code
 };
@@ -102,6 +137,15 @@ struct AuditOptions {
     bool repair = false;
 };
 
+// The numbering of that name, if there is one.
+[[nodiscard]] std::optional<Numbering> FindNumbering(Session& session, const std::wstring& name);
+int AddToNumbering(Session& session, const NumberingOptions& options);
+int RemoveNumbering(Session& session, const std::wstring& name);
+int ListNumberings(Session& session);
+int ShowNumbering(Session& session, const std::wstring& name);
+int SetRule(Session& session, const SetOptions& options);
+int NextCommand(Session& session, const NextOptions& options);
+int LastCommand(Session& session, const NextOptions& options);
 int ImportRule(Session& session, const ImportOptions& options);
 int ExportRule(Session& session, const ExportOptions& options);
 int ListRules(Session& session);

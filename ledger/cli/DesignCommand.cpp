@@ -100,8 +100,8 @@ class Designer {
     // Stores the text as the rule's new definition; false, and tells why, where it cannot be.
     bool Store(const std::wstring& definition) {
         try {
-            CodeMaker maker(definition);
             mvarChange.definition = definition;
+            CodeMaker maker(definition, SettingsAfter(mvarSession.database, mvarSession.patience, mvarChange));
             mvarChange.revision =
                 ChangeRule(mvarSession.database, mvarSession.patience, mvarChange, maker).rule.revision;
             return true;

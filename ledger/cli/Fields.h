@@ -10,12 +10,30 @@
 
 namespace ledger {
 
+// The names that a record may have.
+class FieldNames {
+  public:
+    // Those of a rule, and what it counts separately by.
+    FieldNames(const CodeMaker& maker); // NOLINT(google-explicit-constructor): a rule's names stand for themselves
+    // Those of several rules and some more.
+    void Add(const std::vector<std::wstring>& names);
+
+    [[nodiscard]] bool Knows(const std::wstring& name) const;
+    [[nodiscard]] const std::vector<std::wstring>& All() const noexcept { return mvarNames; }
+    // Those that every record must have.
+    [[nodiscard]] const std::vector<std::wstring>& Needed() const noexcept { return mvarNeeded; }
+
+  private:
+    std::vector<std::wstring> mvarNames;
+    std::vector<std::wstring> mvarNeeded;
+};
+
 // "Name=Value" texts. Fails with HostError on a text without "=", on a name that the rule does not know and on one
 // that comes twice.
-[[nodiscard]] FieldValues ParseFields(const CodeMaker& maker, const std::vector<std::wstring>& texts);
+[[nodiscard]] FieldValues ParseFields(const FieldNames& known, const std::vector<std::wstring>& texts);
 
 // Fails with HostError when a column is no field or macro of the rule (unless others are kept), or none is.
-void CheckColumns(const CodeMaker& maker, const std::vector<std::wstring>& columns, bool keepOthers);
+void CheckColumns(const FieldNames& known, const std::vector<std::wstring>& columns, bool keepOthers);
 
 // The record's fields beside their columns; fails with RecordError when there are more or fewer.
 [[nodiscard]] FieldValues PairFields(const std::vector<std::wstring>& columns, const hosts::CsvRecord& record);
@@ -27,6 +45,6 @@ void RefuseUnfit(const FieldValues& values);
 void UseDateFormat(CodeMaker& maker, const std::wstring& pattern);
 
 // Those that the rule knows.
-[[nodiscard]] FieldValues KnownTo(const CodeMaker& maker, const FieldValues& values);
+[[nodiscard]] FieldValues KnownTo(const FieldNames& known, const FieldValues& values);
 
 } // namespace ledger

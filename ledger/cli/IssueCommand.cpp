@@ -13,6 +13,7 @@
 #include "ledger/cli/StopSignal.h"
 #include "ledger/core/DryIssuer.h"
 #include "ledger/core/Json.h"
+#include "ledger/core/NumberingIssuer.h"
 #include "ledger/core/Stamp.h"
 
 namespace ledger {
@@ -49,8 +50,8 @@ std::vector<std::wstring> WithoutKey(std::vector<std::wstring> columns, const st
     return columns;
 }
 
-Line OneLine(const CodeMaker& maker, const IssueOptions& options) {
-    Line line{1, ParseFields(maker, options.fields), options.key, !options.key.empty(), {}};
+Line OneLine(const FieldNames& known, const IssueOptions& options) {
+    Line line{1, ParseFields(known, options.fields), options.key, !options.key.empty(), {}};
     if (line.isGiven) CheckKey(line.key);
     RefuseUnfit(line.values);
     return line;
@@ -91,16 +92,16 @@ std::vector<Line> PlainLines(const std::wstring& text, const FieldValues& given)
     return lines;
 }
 
-std::vector<Line> ReadLines(const CodeMaker& maker, const IssueOptions& options) {
-    if (options.file.empty()) return Repeated(OneLine(maker, options), options.count);
+std::vector<Line> ReadLines(const FieldNames& known, const IssueOptions& options) {
+    if (options.file.empty()) return Repeated(OneLine(known, options), options.count);
     const std::wstring text = hosts::ReadTextInput(options.file, options.codePage);
-    if (options.keyColumn.empty() && !options.keepOtherColumns && IsPlainList(maker, text, options))
-        return PlainLines(text, ParseFields(maker, options.fields));
+    if (options.keyColumn.empty() && !options.keepOtherColumns && IsPlainList(known, text, options))
+        return PlainLines(text, ParseFields(known, options.fields));
     const hosts::CsvTable table = hosts::ParseCsv(text, options.separator);
     if (!options.keyColumn.empty() && std::ranges::find(table.columns, options.keyColumn) == table.columns.end())
         throw hosts::HostError(L"the file has no column \"" + options.keyColumn + L"\"; check --key-column");
-    CheckColumns(maker, WithoutKey(table.columns, options.keyColumn), options.keepOtherColumns);
-    const FieldValues given = ParseFields(maker, options.fields);
+    CheckColumns(known, WithoutKey(table.columns, options.keyColumn), options.keepOtherColumns);
+    const FieldValues given = ParseFields(known, options.fields);
     std::vector<Line> lines;
     for (const hosts::CsvRecord& record : table.records)
         lines.push_back(LineOf(table, record, given, options.keyColumn));
@@ -110,8 +111,9 @@ std::vector<Line> ReadLines(const CodeMaker& maker, const IssueOptions& options)
 // Issues the lines and shows what became of each; what is stored and could not be shown is named at the end.
 class Run {
   public:
-    Run(Session& session, const CodeMaker& maker, Issuer& issuer, std::vector<Line>& lines, const IssueOptions& options)
-        : mvarSession(session), mvarMaker(maker), mvarIssuer(issuer), mvarLines(lines), mvarOptions(options) {}
+    Run(Session& session, const FieldNames& known, Issuer& issuer, std::vector<Line>& lines,
+        const IssueOptions& options)
+        : mvarSession(session), mvarKnown(known), mvarIssuer(issuer), mvarLines(lines), mvarOptions(options) {}
 
     void Issue() {
         Progress progress(mvarOptions.quiet ? 0 : mvarLines.size());
@@ -139,7 +141,7 @@ class Run {
             if (!line.refusal.empty()) continue;
             if (!line.isGiven) line.key = NewTicket();
             requests.push_back(
-                {KnownTo(mvarMaker, line.values), JsonText(ToJson(line.values)), line.key, line.isGiven});
+                {KnownTo(mvarKnown, line.values), JsonText(ToJson(line.values)), line.key, line.isGiven});
         }
         std::vector<Outcome> issued;
         try {
@@ -210,7 +212,7 @@ class Run {
     }
 
     Session& mvarSession;
-    const CodeMaker& mvarMaker;
+    const FieldNames& mvarKnown;
     Issuer& mvarIssuer;
     std::vector<Line>& mvarLines;
     const IssueOptions& mvarOptions;
@@ -257,6 +259,49 @@ void WarnOfLostCommits(Session& session) {
         if (fact.losesCommits) hosts::ReportLine(L"kledger: gapless is not sure here: " + fact.warning);
 }
 
+// What issues the codes: one rule, or the rules of a numbering.
+struct Front {
+    StoredRule rule;
+    std::unique_ptr<CodeMaker> maker;
+    std::unique_ptr<FieldNames> known;
+    std::unique_ptr<Issuer> issuer;
+};
+
+std::vector<StoredRule> AllRules(Session& session) {
+    return InSnapshot(session.database, session.patience, [&] { return Rules(session.database).All(); });
+}
+
+Front FrontOf(Session& session, Numbering numbering, const IssueOptions& options) {
+    if (options.dryRun)
+        throw hosts::HostError(L"--dry-run is for a rule; name one of those that numbering \"" + numbering.name +
+                               L"\" has");
+    const std::vector<StoredRule> rules = AllRules(session);
+    Front front;
+    for (const NumberingPart& part : numbering.parts) {
+        const auto rule = std::ranges::find(rules, part.rule, &StoredRule::id);
+        if (rule == rules.end()) continue;
+        const CodeMaker maker(rule->definition.text, rule->settings);
+        if (!front.known) front.known = std::make_unique<FieldNames>(maker);
+        front.known->Add(FieldNames(maker).All());
+        if (front.rule.id == 0 || rule->policy == Policy::Gapless) front.rule = *rule;
+    }
+    if (front.known) front.known->Add(numbering.fields);
+    const DateFormat dates = options.dateFormat.empty() ? DateFormat() : DateFormat(options.dateFormat);
+    front.issuer =
+        std::make_unique<NumberingIssuer>(session.database, session.patience, std::move(numbering), rules, dates);
+    return front;
+}
+
+Front FrontOf(Session& session, const IssueOptions& options) {
+    if (auto numbering = FindNumbering(session, options.rule)) return FrontOf(session, *std::move(numbering), options);
+    Front front;
+    front.rule = ResolveRule(session, options.rule);
+    front.maker = std::make_unique<CodeMaker>(front.rule.definition.text, front.rule.settings);
+    UseDateFormat(*front.maker, options.dateFormat);
+    front.known = std::make_unique<FieldNames>(*front.maker);
+    return front;
+}
+
 } // namespace
 
 int IssueCodes(Session& session, const IssueOptions& options) {
@@ -268,19 +313,19 @@ int IssueCodes(Session& session, const IssueOptions& options) {
         throw hosts::HostError(
             L"--count is for codes of one record without a key: a key has one code, and a file has a "
             L"record for each");
-    const StoredRule rule = ResolveRule(session, options.rule);
-    CodeMaker maker(rule.definition.text);
-    UseDateFormat(maker, options.dateFormat);
-    std::vector<Line> lines = ReadLines(maker, options);
-    if (rule.policy == Policy::Gapless && !options.dryRun) WarnOfLostCommits(session);
-    const Workplace workplace{session.database, rule, maker, session.patience};
-    const std::unique_ptr<Issuer> issuer =
-        options.dryRun ? std::make_unique<DryIssuer>(workplace) : MakeIssuer(workplace);
+    Front front = FrontOf(session, options);
+    std::vector<Line> lines = ReadLines(*front.known, options);
+    if (front.rule.policy == Policy::Gapless && !options.dryRun) WarnOfLostCommits(session);
+    if (!front.issuer) {
+        const Workplace workplace{session.database, front.rule, *front.maker, session.patience};
+        front.issuer = options.dryRun ? std::make_unique<DryIssuer>(workplace) : MakeIssuer(workplace);
+    }
+    Issuer& issuer = *front.issuer;
     const StopSignal signal;
     const auto begin = std::chrono::steady_clock::now();
-    Run run(session, maker, *issuer, lines, options);
+    Run run(session, *front.known, issuer, lines, options);
     {
-        const Finisher finisher(*issuer);
+        const Finisher finisher(issuer);
         run.Issue();
     }
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;

@@ -86,6 +86,17 @@ void AddFileFormat(CLI::App* command, wchar_t& separator, std::optional<unsigned
     command->add_option("--code-page", codePage, "the file's code page, where it is not Unicode (1252, 850, ...)");
 }
 
+void AddSettings(CLI::App* command, SettingOptions& target) {
+    command->add_option("--step", target.step, "from one number of a series to the next (1)")
+        ->check(CLI::Range(1, 1'000'000'000));
+    command->add_flag("--reuse,!--no-reuse", target.reuse, "give the numbers of void codes again, the lowest first");
+    command
+        ->add_option_function<std::string>(
+            "--series", [&target](const std::string& text) { target.series = Wide(text); },
+            "count separately by the values of this field, which the codes do not show; empty: by none")
+        ->type_name("FIELD");
+}
+
 template <class Options>
 using Command = int (*)(Session&, const Options&);
 
@@ -105,6 +116,7 @@ class Parser {
             .add_option("--patience", mvarPatience, "seconds to go on trying when the database is busy or away (30)")
             ->check(CLI::Range(0, 3600));
         AddRuleCommands();
+        AddNumbers();
         AddIssue();
         AddCodeCommands();
         AddCodesCommands();
@@ -173,6 +185,7 @@ class Parser {
         AddText(command, "--name", import->name, "the rule's name (the file's name without its extension)");
         AddPolicy(command, import->policy, import->leaseSize);
         command->add_flag("--force", import->force, "store it even if it can issue no code");
+        AddSettings(command, import->numbering);
         const auto exported = std::make_shared<ExportOptions>();
         command = Add<ExportOptions>(*rule, "export", "print a rule's definition text", ExportRule, exported);
         AddText(command, "rule", exported->rule, "the rule");
@@ -209,6 +222,7 @@ class Parser {
         AddPolicy(command, made->policy, made->leaseSize);
         AddFileFormat(command, made->separator, made->codePage);
         AddDesigned(command, made->fields, made->macros);
+        AddSettings(command, made->numbering);
         command->add_flag("--capitals", made->settings.capitals, "put the codes of conversions in capitals");
         command->add_option("--year-begins", made->settings.yearBegins, "the month that a year begins with (1)")
             ->check(CLI::Range(1, 12));
@@ -250,6 +264,57 @@ class Parser {
         CLI::App* command = Add<RuleActOptions>(parent, name, help, run, options);
         AddText(command, "rule", options->rule, "the rule", true);
         if (namesAnother) AddText(command, "new", options->newName, "the new name", true);
+    }
+
+    void AddNumberings() {
+        CLI::App* numbering = mvarApp.add_subcommand("numbering", "names over several rules");
+        numbering->require_subcommand(1);
+        numbering->fallthrough();
+        const auto added = std::make_shared<NumberingOptions>();
+        CLI::App* command = Add<NumberingOptions>(
+            *numbering, "add", "add a rule to a numbering, behind those that it has", AddToNumbering, added);
+        AddText(command, "name", added->name, "the numbering", true);
+        AddText(command, "rule", added->rule, "the rule", true);
+        AddTexts(command, "--fields", added->fields, "NAME", "a field that the records have and no code shows");
+        AddText(command, "--date", added->date, "the field with the record's date");
+        AddText(command, "--from", added->from, "the first day that the rule is for");
+        AddText(command, "--until", added->until, "the last one");
+        AddTexts(command, "--when", added->when, "NAME=VALUE", "what a record must have");
+        AddText(
+            command, "--then", added->then,
+            "when the rule is full, the next that fits begins anew or goes on counting; stop: the record is refused");
+        command->get_option("--then")->check(CLI::IsMember({"stop", "anew", "on"}));
+        const auto removed = std::make_shared<std::wstring>();
+        command = Add<std::wstring>(*numbering, "remove", "forget a numbering; its rules and codes stay",
+                                    RemoveNumbering, removed);
+        AddText(command, "name", *removed, "the numbering", true);
+        const auto shown = std::make_shared<std::wstring>();
+        command = Add<std::wstring>(*numbering, "show", "show the parts of a numbering", ShowNumbering, shown);
+        AddText(command, "name", *shown, "the numbering", true);
+        const auto none = std::make_shared<std::wstring>();
+        Add<std::wstring>(
+            *numbering, "list", "show the numberings",
+            [](Session& session, const std::wstring&) { return ListNumberings(session); }, none);
+    }
+
+    void AddNumbers() {
+        const auto set = std::make_shared<SetOptions>();
+        CLI::App* command =
+            Add<SetOptions>(*mvarApp.get_subcommand("rule"), "set", "say how a rule counts", SetRule, set);
+        AddText(command, "rule", set->rule, "the rule", true);
+        AddSettings(command, set->settings);
+        AddNumberings();
+        const auto next = std::make_shared<NextOptions>();
+        command = Add<NextOptions>(mvarApp, "next", "show the next number of a record's series, or set it", NextCommand,
+                                   next);
+        AddText(command, "rule", next->rule, "the rule; may be left out where it is clear which");
+        AddFields(command, next->fields);
+        command->add_option("--set", next->set, "leave numbers out: the series goes on with this one");
+        AddText(command, "--band", next->band, "the band whose number is set, where the rule has several");
+        const auto last = std::make_shared<NextOptions>();
+        command = Add<NextOptions>(mvarApp, "last", "show the last code of a record's series", LastCommand, last);
+        AddText(command, "rule", last->rule, "the rule; may be left out where it is clear which");
+        AddFields(command, last->fields);
     }
 
     void AddIssue() {

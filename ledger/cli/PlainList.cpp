@@ -13,10 +13,10 @@ bool IsGiven(const std::wstring& name, const IssueOptions& options) {
                                [&name](const std::wstring& text) { return text.starts_with(name + L'='); });
 }
 
-bool NamesColumns(const CodeMaker& maker, const std::wstring& line, wchar_t separator) {
+bool NamesColumns(const FieldNames& known, const std::wstring& line, wchar_t separator) {
     try {
         const std::vector<std::wstring> columns = hosts::ParseCsv(line, separator).columns;
-        return std::ranges::any_of(columns, [&maker](const std::wstring& name) { return maker.Rule().Knows(name); });
+        return std::ranges::any_of(columns, [&known](const std::wstring& name) { return known.Knows(name); });
     } catch (const hosts::HostError&) { // no line of column names at all
         return false;
     }
@@ -24,12 +24,12 @@ bool NamesColumns(const CodeMaker& maker, const std::wstring& line, wchar_t sepa
 
 } // namespace
 
-bool IsPlainList(const CodeMaker& maker, const std::wstring& text, const IssueOptions& options) {
-    if (maker.Rule().Knows(EntryName)) return false;
+bool IsPlainList(const FieldNames& known, const std::wstring& text, const IssueOptions& options) {
+    if (known.Knows(EntryName)) return false;
     const auto given = [&options](const std::wstring& name) { return IsGiven(name, options); };
-    if (!std::ranges::all_of(maker.Needed(), given)) return false;
+    if (!std::ranges::all_of(known.Needed(), given)) return false;
     const auto entries = EntriesOf(text);
-    return entries.empty() || !NamesColumns(maker, entries.front().second, options.separator);
+    return entries.empty() || !NamesColumns(known, entries.front().second, options.separator);
 }
 
 std::vector<std::pair<std::size_t, std::wstring>> EntriesOf(const std::wstring& text) {

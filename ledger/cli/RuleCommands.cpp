@@ -68,6 +68,7 @@ int ImportRule(Session& session, const ImportOptions& options) {
     change.definition = hosts::ReadDefinitionFile(options.file);
     change.policy = PolicyOf(options.policy);
     change.leaseSize = options.leaseSize;
+    change.settings = SettingsWith(session, change.name, options.numbering);
     StoreRule(session, change, options.force);
     return ExitDone;
 }

@@ -213,6 +213,7 @@ int NewRule(Session& session, const NewRuleOptions& options) {
         ShowPlace(options.pattern, error);
         return ExitFailed;
     }
+    change.settings = SettingsWith(session, change.name, options.numbering);
     StoreRule(session, change, options.force);
     return ExitDone;
 }

@@ -71,7 +71,7 @@ void StoreRule(Session& session, RuleChange change, bool force) {
     const std::wstring without = WithoutValues(change.definition);
     const bool hadValues = without != change.definition;
     change.definition = without;
-    CodeMaker maker(change.definition);
+    CodeMaker maker(change.definition, SettingsAfter(session.database, session.patience, change));
     const ChangeReport report = ChangeRule(session.database, session.patience, change, maker);
     Report(session, report, maker.Bands().size(), review);
     if (session.output.IsJson()) return;

@@ -23,7 +23,7 @@ class Adoption {
     AdoptionFinding Look(const ForeignCode& code) {
         AdoptionFinding finding{code.line, code.code, L"adopted", {}};
         try {
-            MadeCode made = mvarMaker.Recognise(code.code);
+            MadeCode made = mvarMaker.Recognise(code.code, code.others);
             finding.detail = DuplicateOf(made);
             if (finding.detail.empty())
                 Take(std::move(made), code.others);

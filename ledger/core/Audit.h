@@ -31,6 +31,7 @@ struct AuditReport {
     std::vector<Series> series;
     std::vector<NumberBand> bands; // of the newest definition
     std::vector<Gap> leftOfLeases; // gaps that leases account for
+    std::vector<Gap> leftOut;      // gaps that were made on purpose, as the journal tells
     std::vector<Lease> openLeases;
     std::vector<Finding> findings;
     std::vector<Head> heads;

@@ -33,6 +33,10 @@ void CodeAudit::Check(const CodeRow& row) {
                         L"code " + row.code + L" was made by definition " + std::to_wstring(row.definition) +
                             L", which is not there",
                         {{L"code", row.code}, {L"definition", row.definition}});
+    if (!mvarReuse.Fits(row))
+        mvarReport.Find(FindingKind::Changed,
+                        L"code " + row.code + L", which got a number that was given again, is not as it was stored",
+                        {{L"code", row.code}});
     mvarJournal.TellMark(row);
 }
 

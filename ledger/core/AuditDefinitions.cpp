@@ -18,7 +18,7 @@ bool IsKnown(const StoredRule& rule, const Definition& definition, const std::ve
     then.definition = definition;
     const std::wstring text = DefinitionPart(then);
     return std::ranges::any_of(acts, [&](const Act& act) {
-        return JournalAudit::BringsDefinition(act) && act.subject == std::to_wstring(definition.number) &&
+        return BringsDefinition(act) && act.subject == std::to_wstring(definition.number) &&
                act.detail.find(text) != std::wstring::npos;
     });
 }
@@ -52,8 +52,9 @@ void DefinitionAudit::CheckEach(const std::vector<Definition>& definitions, cons
 
 std::size_t DefinitionAudit::BandsOf(const Definition& definition) {
     try {
-        const CodeMaker maker(definition.text);
-        if (definition.number == mvarReport.rule.definition.number) mvarReport.bands = maker.NumberBands();
+        const bool isNewest = definition.number == mvarReport.rule.definition.number;
+        const CodeMaker maker(definition.text, isNewest ? mvarReport.rule.settings : RuleSettings{});
+        if (isNewest) mvarReport.bands = maker.NumberBands();
         return maker.NumberBands().size();
     } catch (const hosts::HostError&) { // reported as changed
         return 0;
@@ -65,16 +66,14 @@ void DefinitionAudit::CheckActs(const std::vector<Definition>& definitions, cons
         const auto isOfAct = [&act](const Definition& definition) {
             return std::to_wstring(definition.number) == act.subject;
         };
-        if (JournalAudit::BringsDefinition(act) && std::ranges::none_of(definitions, isOfAct))
+        if (BringsDefinition(act) && std::ranges::none_of(definitions, isOfAct))
             mvarReport.Find(FindingKind::Definition, L"definition " + act.subject + L" is gone",
                             {{L"definition", act.subject}});
     }
 }
 
 void DefinitionAudit::CheckSettings(Database& database, const JournalAudit& journal) {
-    const auto last = std::find_if(journal.Acts().rbegin(), journal.Acts().rend(), [](const Act& act) {
-        return JournalAudit::BringsDefinition(act) || act.kind == acts::Settings;
-    });
+    const auto last = std::find_if(journal.Acts().rbegin(), journal.Acts().rend(), BringsSettings);
     // As they are stored: what cannot be read is read as something else.
     const auto stored = database.Prepare(L"SELECT policy, settings FROM kestrel_rules WHERE id = ?")
                             .Set(mvarReport.rule.id)

@@ -32,10 +32,18 @@ const Act* JournalAudit::At(std::int64_t number) const {
     return found == mvarActs.end() || found->number != number ? nullptr : &*found;
 }
 
-bool JournalAudit::BringsDefinition(const Act& act) { return act.kind == acts::Import || act.kind == acts::Upgrade; }
+std::int64_t JournalAudit::LongestStep() const {
+    std::int64_t longest = 1;
+    for (const Act& act : mvarActs)
+        longest = std::max(longest, SettingsIn(act).step);
+    return longest;
+}
 
 bool JournalAudit::BringsRows(const Act& act) {
-    return BringsDefinition(act) || act.kind == acts::Adopt || act.kind == acts::Repair;
+    // A change of settings may count codes anew; a change of the name alone tells no sum.
+    if (act.kind == acts::Settings)
+        return !act.detail.empty() && act.detail.front() >= L'0' && act.detail.front() <= L'9';
+    return BringsDefinition(act) || act.kind == acts::Adopt || act.kind == acts::Repair || act.kind == acts::Next;
 }
 
 void JournalAudit::TellMark(const CodeRow& code) {
@@ -46,6 +54,11 @@ void JournalAudit::TellMark(const CodeRow& code) {
     else
         mvarReport.Find(FindingKind::Void, L"code " + code.code + L" is marked void, and the journal has no act for it",
                         {{L"code", code.code}, {L"act", code.voidAct}});
+}
+
+void JournalAudit::TellReused(const CodeRow& code) {
+    const auto act = mvarVoids.find(code.voidAct);
+    if (act != mvarVoids.end() && act->second == code.code) mvarVoids.erase(act);
 }
 
 void JournalAudit::TellRow(const NumberRow& row) {

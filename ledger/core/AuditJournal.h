@@ -22,11 +22,13 @@ class JournalAudit {
     [[nodiscard]] const std::vector<Act>& Acts() const noexcept { return mvarActs; }
     // Null when there is none of that number.
     [[nodiscard]] const Act* At(std::int64_t number) const;
-    // Whether the act is one that stores a definition.
-    [[nodiscard]] static bool BringsDefinition(const Act& act);
+    // The longest step that the rule has ever had: what is missing within one is no gap.
+    [[nodiscard]] std::int64_t LongestStep() const;
 
     // A code as it is marked; finds marks without their act.
     void TellMark(const CodeRow& code);
+    // A void code whose number was given again.
+    void TellReused(const CodeRow& code);
     // A number row; those that an act brought are summed up.
     void TellRow(const NumberRow& row);
     // Acts whose code is not marked, and acts whose rows are not those that they brought.

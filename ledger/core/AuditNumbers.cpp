@@ -1,30 +1,72 @@
 #include "ledger/core/AuditNumbers.h"
 
 #include <algorithm>
+#include <cwchar>
+#include <limits>
 
 namespace ledger {
 
 void NumberAudit::CheckEach(Database& database) {
+    mvarDatabase = &database;
     NumberReader(database, mvarReport.rule.id).ForEach([this](const FullNumber& row) { Check(row); });
     EndSeries();
 }
 
 void NumberAudit::Check(const FullNumber& row) {
     const NumberHeld& held = row.number.held;
-    if (mvarSeries.count == 0 || mvarSeries.band != held.band || mvarSeries.series != held.series) BeginSeries(held);
-    if (mvarSeries.count > 0 && held.number > mvarSeries.last + 1)
+    const bool isLeftOut = IsLeftOut(row);
+    if (mvarRows == 0 || mvarSeries.band != held.band || mvarSeries.series != held.series) BeginSeries(held);
+    if (isLeftOut) LeaveOut(row.number);
+    if (mvarRows > 0 && held.number > mvarSeries.last + mvarStep)
         mvarGaps.push_back({held.band, held.series, mvarSeries.last + 1, held.number - 1});
-    if (mvarSeries.count == 0) mvarSeries.first = held.number;
+    if (mvarRows == 0) mvarSeries.first = held.number;
     const std::wstring before = Before(row.number);
-    ++mvarSeries.count;
+    ++mvarRows;
+    if (!isLeftOut) ++mvarSeries.count;
     mvarSeries.last = held.number;
-    if (row.row.code.empty())
+    if (row.row.code.empty() && !isLeftOut)
         FindUnfit(row, FindingKind::Lost, L" was given to code " + row.code + L", which is gone");
     else if (!Fits(row, before))
         FindUnfit(row, FindingKind::Changed, L" and its code " + row.code + L" are not as they were stored");
     mvarJournal.TellRow(row.number);
     mvarHeads.Tell(row.number);
     Remember(row.number);
+}
+
+bool NumberAudit::IsLeftOut(const FullNumber& row) const {
+    const Act* act = row.code.empty() ? mvarJournal.At(row.number.act) : nullptr;
+    return act != nullptr && act->kind == acts::Next;
+}
+
+void NumberAudit::LeaveOut(const NumberRow& row) {
+    Lease all;
+    all.band = row.held.band;
+    all.series = row.held.series;
+    all.first = mvarRows == 0 ? std::numeric_limits<std::int64_t>::min() : mvarSeries.last + 1;
+    all.grantedTo = row.held.number + mvarStep - 1;
+    mvarLeftOut[{all.band, all.series}].push_back(all);
+    CheckAfter(row);
+}
+
+void NumberAudit::CheckAfter(const NumberRow& row) {
+    const NumberHeld& held = row.held;
+    const std::wstring after = PartOf(*mvarJournal.At(row.act), L", after ");
+    const auto stored = mvarDatabase
+                            ->Prepare(L"SELECT number, seal FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND "
+                                      L"series = ? AND number = ?")
+                            .Set(mvarReport.rule.id)
+                            .Set(held.band)
+                            .Set(held.series)
+                            .Set(static_cast<std::int64_t>(std::wcstoll(after.c_str(), nullptr, 10)))
+                            .First([](const Statement& found) {
+                                const std::wstring number = std::to_wstring(found.Number(1));
+                                return number + L" " + found.Text(2);
+                            });
+    if (after == L"none" || stored == after) return;
+    mvarReport.Find(FindingKind::Act,
+                    L"the last number of " + held.series + L" before act " + std::to_wstring(row.act) +
+                        L" left numbers out is gone or changed",
+                    {{L"band", held.band}, {L"series", held.series}, {L"act", row.act}});
 }
 
 void NumberAudit::FindUnfit(const FullNumber& row, FindingKind kind, const std::wstring& what) {
@@ -34,16 +76,17 @@ void NumberAudit::FindUnfit(const FullNumber& row, FindingKind kind, const std::
 }
 
 bool NumberAudit::Fits(const FullNumber& row, const std::wstring& before) const {
-    if (row.number.seal == SealOf(mvarReport.rule.id, row.row, row.number, before)) return true;
+    const CodeRow& code = mvarReuse.First(row.row);
+    if (row.number.seal == SealOf(mvarReport.rule.id, code, row.number, before)) return true;
     // What an act brought can have come below a series that had begun already.
     const bool mayBegin = mvarLastAct > 0 && row.number.act == 0 && row.number.lease == 0;
-    return mayBegin && row.number.seal == SealOf(mvarReport.rule.id, row.row, row.number, {});
+    return mayBegin && row.number.seal == SealOf(mvarReport.rule.id, code, row.number, {});
 }
 
 // The seal that the number's own continues.
 std::wstring NumberAudit::Before(const NumberRow& row) {
     if (row.act > 0) return {};
-    if (row.lease == 0) return mvarSeries.count > 0 && mvarSeries.last == row.held.number - 1 ? mvarLastSeal : L"";
+    if (row.lease == 0) return mvarLastSeal;
     const auto head = mvarLeaseHeads.find(row.lease);
     if (head != mvarLeaseHeads.end()) return head->second.seal;
     if (const Lease* lease = mvarLeases.Of(row)) return lease->seal;
@@ -68,12 +111,13 @@ void NumberAudit::Remember(const NumberRow& row) {
 void NumberAudit::BeginSeries(const NumberHeld& held) {
     EndSeries();
     mvarSeries = {held.band, held.series, 0, 0, 0};
+    mvarRows = 0;
     mvarLastSeal.clear();
     mvarLastAct = 0;
 }
 
 void NumberAudit::EndSeries() {
-    if (mvarSeries.count > 0) mvarReport.series.push_back(mvarSeries);
+    if (mvarRows > 0) mvarReport.series.push_back(mvarSeries);
     if (!mvarSeriesHead.chain.empty()) mvarReport.heads.push_back(mvarSeriesHead);
     for (auto& [first, head] : mvarLeaseHeads)
         mvarReport.heads.push_back(std::move(head));
@@ -100,7 +144,9 @@ void NumberAudit::CheckRoom(const Series& series, unsigned warnPercent) {
 void NumberAudit::CheckGaps() {
     std::ranges::sort(mvarGaps, {}, [](const Gap& gap) { return std::tuple(gap.band, gap.series, gap.first); });
     for (const Gap& gap : mvarGaps) {
-        if (IsLeftOfLeases(gap, mvarLeases.OfSeries(gap.band, gap.series)))
+        if (IsLeftOfLeases(gap, mvarLeftOut[{gap.band, gap.series}]))
+            mvarReport.leftOut.push_back(gap);
+        else if (IsLeftOfLeases(gap, mvarLeases.OfSeries(gap.band, gap.series)))
             mvarReport.leftOfLeases.push_back(gap);
         else
             mvarReport.Find(FindingKind::Gap,

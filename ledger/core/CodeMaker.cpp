@@ -20,6 +20,7 @@ using hosts::RecordError;
 // What the columns of the tables hold.
 constexpr std::size_t LongestCode = 255;
 constexpr std::size_t LongestBandName = 120;
+constexpr std::size_t LongestSeries = 255;
 
 // Nothing when the text is not all digits or the number is beyond 64 bits.
 std::optional<std::int64_t> NumberOf(const std::wstring& text) {
@@ -66,6 +67,21 @@ std::vector<bool> ShownBy(const std::vector<hosts::Band>& bands, const std::vect
     return shown;
 }
 
+// The series of a band that tracks nothing: fixed bands stand as they are.
+std::wstring UntrackedPattern(const std::vector<hosts::Band>& bands, const hosts::Rule& rule) {
+    std::wstring pattern;
+    for (const hosts::Band& band : bands)
+        pattern += band.style == hosts::BandStyle::Fixed ? rule.BandValue(band.name) : std::wstring(band.length, L'?');
+    return pattern;
+}
+
+FieldValues KnownTo(const hosts::Rule& rule, const FieldValues& values) {
+    FieldValues known;
+    std::ranges::copy_if(values, std::back_inserter(known),
+                         [&rule](const auto& value) { return rule.Knows(value.first); });
+    return known;
+}
+
 std::vector<hosts::Band> LoadBands(hosts::Rule& rule, const std::wstring& definition) {
     LoadWithWeek(rule, definition);
     return rule.Bands();
@@ -91,14 +107,20 @@ std::wstring SeriesOf(const NumberBand& band, std::wstring code) {
 }
 
 std::wstring CodeWithNumber(const NumberBand& band, std::wstring series, std::int64_t number) {
-    if (number < 0 || series.size() < band.position + band.length) return {};
+    if (number < 0 || series.size() < band.shown.size()) return {};
+    series.resize(band.shown.size());
     std::wstring digits = std::to_wstring(number);
     if (digits.size() < band.length) digits.insert(0, band.length - digits.size(), L'0');
     return series.replace(band.position, band.length, digits);
 }
 
-CodeMaker::CodeMaker(const std::wstring& definition)
-    : mvarBands(LoadBands(mvarRule, definition)), mvarValues(mvarRule, mvarBands),
+SeriesFull::SeriesFull(const NumberBand& band, const std::wstring& series, std::int64_t next)
+    : RecordError(L"series " + series + L": full, " + std::to_wstring(std::min(next - band.step, band.highest)) +
+                  L" was the last number"),
+      mvarNext(next) {}
+
+CodeMaker::CodeMaker(const std::wstring& definition, RuleSettings settings)
+    : mvarSettings(std::move(settings)), mvarBands(LoadBands(mvarRule, definition)), mvarValues(mvarRule, mvarBands),
       mvarCodeLength(mvarRule.CodeLength()) {
     if (mvarCodeLength > LongestCode)
         throw HostError(L"the rule's codes are " + std::to_wstring(mvarCodeLength) +
@@ -109,32 +131,76 @@ CodeMaker::CodeMaker(const std::wstring& definition)
 
 void CodeMaker::ReadNumberBands() {
     for (const hosts::Band& band : mvarBands) {
-        if (band.style != hosts::BandStyle::Number || band.tracked.empty()) continue;
+        if (band.style != hosts::BandStyle::Number) continue;
         if (band.name.size() > LongestBandName)
             throw HostError(L"the name of band " + band.name + L" is longer than the ledger keeps (" +
                             std::to_wstring(LongestBandName) + L" characters)");
-        const hosts::Dispatch object = mvarRule.Component().Item(hosts::Variant(band.name), L"Band");
+        hosts::Dispatch object = mvarRule.Component().Item(hosts::Variant(band.name), L"Band");
         mvarNumberBands.push_back({band.name, band.position, band.length, StartOf(object),
-                                   HighestOf(object, band.length), ShownBy(mvarBands, band.tracked)});
+                                   HighestOf(object, band.length), ShownBy(mvarBands, band.tracked),
+                                   !band.tracked.empty(), mvarSettings.step});
         mvarValues.Hide(mvarNumberBands.back().shown);
+        if (band.tracked.empty()) mvarUntracked.push_back(std::move(object));
     }
 }
 
-// The component asks for one band after the other, in their order.
-std::wstring CodeMaker::Answer(const std::wstring& series) {
-    if (mvarSource == nullptr || mvarAsked.size() >= mvarNumberBands.size()) return {};
-    const NumberBand& band = mvarNumberBands[mvarAsked.size()];
-    mvarAsked.push_back(mvarValues.Masked(series));
-    mvarLastCode = (*mvarSource)(band, mvarAsked.back());
+bool CodeMaker::Knows(const std::wstring& name) const {
+    return mvarRule.Knows(name) || (!name.empty() && name == mvarSettings.series);
+}
+
+// The component asks for one tracking band after the other, in their order.
+std::wstring CodeMaker::Answer(const std::wstring& pattern) {
+    while (mvarAsked < mvarNumberBands.size() && !mvarNumberBands[mvarAsked].tracks)
+        ++mvarAsked;
+    if (mvarSource == nullptr || mvarAsked >= mvarNumberBands.size()) return {};
+    const NumberBand& band = mvarNumberBands[mvarAsked];
+    const auto next = Ask(mvarAsked++, mvarValues.Masked(pattern));
+    mvarLastCode = next ? CodeWithNumber(band, pattern, *next - 1) : std::wstring();
     return mvarLastCode;
+}
+
+std::optional<std::int64_t> CodeMaker::Ask(std::size_t band, const std::wstring& pattern) {
+    const NumberBand& asked = mvarNumberBands[band];
+    mvarSeries[band] = pattern + mvarSeparation;
+    const auto next = (*mvarSource)(asked, mvarSeries[band]);
+    if (next.value_or(asked.start) > asked.highest)
+        throw SeriesFull(asked, mvarSeries[band], next.value_or(asked.start));
+    return next;
+}
+
+// The component never asks for a band that tracks nothing and takes the value that it has: the ledger counts for it.
+void CodeMaker::SetUntracked() {
+    std::size_t object = 0;
+    for (std::size_t at = 0; at < mvarNumberBands.size(); ++at) {
+        const NumberBand& band = mvarNumberBands[at];
+        if (band.tracks) continue;
+        const std::int64_t number = Ask(at, UntrackedPattern(mvarBands, mvarRule)).value_or(band.start);
+        mvarUntracked[object++].Put(L"Value", hosts::Variant(std::to_wstring(number)));
+    }
+}
+
+// Series that differ in a value that no code shows differ behind their patterns.
+std::wstring CodeMaker::Separation(const FieldValues& values) const {
+    if (mvarSettings.series.empty()) return {};
+    const auto found = std::find_if(values.rbegin(), values.rend(),
+                                    [this](const auto& value) { return value.first == mvarSettings.series; });
+    if (found == values.rend() || found->second.empty())
+        throw RecordError(L"field " + mvarSettings.series + L": no value, and the rule counts separately by it");
+    std::wstring separation = L" [" + found->second + L"]";
+    if (hosts::HasControl(separation) || mvarCodeLength + separation.size() > LongestSeries)
+        throw RecordError(L"field " + mvarSettings.series + L": no series can have the value \"" +
+                          hosts::Shown(found->second) + L"\"; it has " + std::to_wstring(found->second.size()) +
+                          L" characters, and there is room for " + std::to_wstring(LongestSeries - 3 - mvarCodeLength) +
+                          L" without control characters");
+    return separation;
 }
 
 std::wstring CodeMaker::WhyRefused(const std::wstring& message) const {
     if (std::wstring reason = WhyValuesAreRefused(mvarRule, mvarValues.Bound()); !reason.empty()) return reason;
-    if (mvarAsked.empty()) return message;
-    const NumberBand& band = mvarNumberBands[mvarAsked.size() - 1];
+    if (mvarAsked == 0) return message;
+    const NumberBand& band = mvarNumberBands[mvarAsked - 1];
     const auto format = mvarRule.Component().Item(hosts::Variant(band.name), L"Band").Get(L"Formate").Text();
-    return WhyNumberIsRefused(band, mvarAsked.back(), mvarLastCode, format, message);
+    return WhyNumberIsRefused(band, mvarSeries[mvarAsked - 1], mvarLastCode, format, message);
 }
 
 std::wstring CodeMaker::NextCode() {
@@ -145,13 +211,16 @@ std::wstring CodeMaker::NextCode() {
     }
 }
 
-MadeCode CodeMaker::Make(const FieldValues& values, const LastCodeSource& source) {
-    mvarValues.Give(values);
-    mvarAsked.clear();
+MadeCode CodeMaker::Make(const FieldValues& values, const NextNumberSource& source) {
+    mvarValues.Give(KnownTo(mvarRule, values));
+    mvarSeparation = Separation(values);
+    mvarSeries.assign(mvarNumberBands.size(), {});
+    mvarAsked = 0;
     mvarSource = &source;
+    SetUntracked();
     std::wstring code = NextCode();
     if (code.size() == mvarCodeLength) code = mvarValues.Completed(std::move(code));
-    return Numbered(std::move(code), mvarAsked);
+    return Numbered(std::move(code), mvarSeries);
 }
 
 void CodeMaker::TakeApart(const std::wstring& code) {
@@ -163,14 +232,15 @@ void CodeMaker::TakeApart(const std::wstring& code) {
     }
 }
 
-MadeCode CodeMaker::Recognise(const std::wstring& code) {
+MadeCode CodeMaker::Recognise(const std::wstring& code, const FieldValues& values) {
     mvarValues.RefuseUnsound();
     TakeApart(code);
     for (const CheckedPart& part : Checked(code))
         if (!part.IsRight()) throw RecordError(RefusalOf(part));
+    const std::wstring separation = Separation(values);
     std::vector<std::wstring> series;
     for (const NumberBand& band : mvarNumberBands)
-        series.push_back(SeriesOf(band, code));
+        series.push_back(SeriesOf(band, code) + separation);
     return Numbered(code, series);
 }
 

@@ -68,7 +68,8 @@ class Reader {
             texts.push_back(value + end);
         };
         if (mvarWish.state == L"void") sql += L" AND c.void_act > 0";
-        add(mvarWish.state == L"void" ? std::wstring() : mvarWish.state, L" AND c.void_act = 0 AND c.origin = ?", {});
+        add(mvarWish.state == L"void" ? std::wstring() : mvarWish.state,
+            L" AND c.void_act = 0 AND REPLACE(c.origin, 'numbered', 'issued') = ?", {});
         add(mvarWish.since, L" AND c.stored_at >= ?", {});
         add(mvarWish.until, L" AND c.stored_at <= ?", L"~"); // behind everything that begins so
         add(mvarWish.ticket, L" AND c.ticket = ?", {});

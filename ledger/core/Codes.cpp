@@ -129,14 +129,42 @@ std::optional<CodeRow> Codes::Find(const std::wstring& code) {
 }
 
 std::optional<CodeRow> Codes::OfTicket(const std::wstring& ticket) {
-    auto code =
-        mvarDatabase
-            .Prepare(std::wstring(L"SELECT ") + CodeColumns + L" FROM kestrel_codes c WHERE rule_id = ? AND ticket = ?")
-            .Set(mvarRuleId)
-            .Set(ticket)
-            .First([](const Statement& row) { return ReadCode(row, 1); });
-    if (code) mvarDatabase.Confirm();
-    return code;
+    auto stored = mvarDatabase
+                      .Prepare(std::wstring(L"SELECT ") + CodeColumns +
+                               L", 0 FROM kestrel_codes c WHERE c.rule_id = ? AND c.ticket = ? UNION ALL SELECT " +
+                               CodeColumns + L", c.act FROM kestrel_reused c WHERE c.rule_id = ? AND c.ticket = ?")
+                      .Set(mvarRuleId)
+                      .Set(ticket)
+                      .Set(mvarRuleId)
+                      .Set(ticket)
+                      .First([](const Statement& row) {
+                          CodeRow code = ReadCode(row, 1);
+                          code.reuseAct = row.Number(CodeColumnCount + 1);
+                          return code;
+                      });
+    if (stored) mvarDatabase.Confirm();
+    return stored;
+}
+
+std::optional<HighestNumber> Codes::HighestIssued(const std::wstring& band, const std::wstring& series) {
+    return mvarDatabase
+        .Prepare(L"SELECT number, code, seal FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND "
+                 L"code <> '' ORDER BY number DESC LIMIT 1")
+        .Set(mvarRuleId)
+        .Set(band)
+        .Set(series)
+        .First([](const Statement& row) {
+            return HighestNumber{row.Number(1), row.Text(2), row.Text(3)};
+        });
+}
+
+std::vector<NumberHeld> Codes::NumbersOf(const std::wstring& code) {
+    return mvarDatabase.Prepare(L"SELECT band, series, number FROM kestrel_numbers WHERE rule_id = ? AND code = ?")
+        .Set(mvarRuleId)
+        .Set(code)
+        .Rows([](const Statement& row) {
+            return NumberHeld{row.Text(1), row.Text(2), row.Number(3)};
+        });
 }
 
 std::optional<HighestNumber> Codes::Highest(const std::wstring& band, const std::wstring& series) {

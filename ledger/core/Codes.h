@@ -30,17 +30,21 @@ struct NumberRow {
     std::wstring seal;
 };
 
+// The origin of a code that was issued by a numbering, which has a claim for it.
+inline constexpr const wchar_t* Numbered = L"numbered";
+
 // A code as it is stored.
 struct CodeRow {
     std::wstring code;
     std::wstring ticket;
     std::int64_t definition = 0; // the one that made it; 0 for one that was not kept
-    std::wstring origin;         // issued or adopted
+    std::wstring origin;         // issued, adopted, or Numbered
     std::int64_t voidAct = 0;    // the act that made it void
     std::wstring storedAt;       // UTC
     std::wstring fields;         // the field values as a JSON object
+    std::int64_t reuseAct = 0;   // the act that gave the number of the void code away; it is in kestrel_reused then
 
-    [[nodiscard]] std::wstring State() const { return voidAct > 0 ? L"void" : origin; }
+    [[nodiscard]] std::wstring State() const { return voidAct > 0 ? L"void" : origin == Numbered ? L"issued" : origin; }
 };
 
 struct NewCode {
@@ -75,7 +79,12 @@ class Codes {
 
     [[nodiscard]] std::optional<CodeRow> Find(const std::wstring& code);
     // What the caller's transaction tells of it holds once its COMMIT is answered, and not before.
+    // Also when the code's number was given away.
     [[nodiscard]] std::optional<CodeRow> OfTicket(const std::wstring& ticket);
+    // The highest of the series that a code has; the end of the series can be a number that was left out.
+    [[nodiscard]] std::optional<HighestNumber> HighestIssued(const std::wstring& band, const std::wstring& series);
+    // All numbers of a code.
+    [[nodiscard]] std::vector<NumberHeld> NumbersOf(const std::wstring& code);
     // The end of the series in its index.
     [[nodiscard]] std::optional<HighestNumber> Highest(const std::wstring& band, const std::wstring& series);
     // The seal that the next number of a lease continues; nothing when none of its numbers is stored.

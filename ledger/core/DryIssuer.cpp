@@ -12,7 +12,7 @@ std::vector<Outcome> DryIssuer::Issue(std::span<const Request> requests, std::si
             try {
                 answers.push_back(Answer(after, request));
             } catch (const hosts::RecordError& error) {
-                answers.push_back({{}, error.Message(), false});
+                answers.push_back(OutcomeOf(error));
             }
         }
         after.place = mvarForecast.Reached();
@@ -38,7 +38,7 @@ Outcome DryIssuer::Answer(State& state, const Request& request) {
         row.fields = request.fields;
         state.byTicket[request.ticket] = std::move(row);
     }
-    return {made.code, {}, false};
+    return {made.code};
 }
 
 void DryIssuer::RefuseRepeated(State& state, const std::wstring& code) {

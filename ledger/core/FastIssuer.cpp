@@ -22,8 +22,49 @@ std::vector<Outcome> FastIssuer::Issue(std::span<const Request> requests, std::s
     mvarToCome = requests.size() + toCome;
     std::vector<Outcome> outcomes(requests.size());
     LookForStored(requests, outcomes);
+    if (mvarWorkplace.rule.settings.reuse) GiveAgain(requests, outcomes);
     StoreAll(MakeAll(requests, outcomes), requests, outcomes);
     return outcomes;
+}
+
+Outcome FastIssuer::GiveOne(const Request& request) {
+    Rules rules(mvarWorkplace.database);
+    return InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, [&] {
+        rules.Enter(mvarWorkplace.rule);
+        if (const auto stored = mvarClaims.OfTicket(request.ticket)) return OutcomeOf(*stored, request, false);
+        std::optional<FreeNumber> free;
+        NewCode next;
+        MadeCode made =
+            mvarWorkplace.maker.Make(request.values, [&](const NumberBand& band, const std::wstring& series) {
+                free = mvarReuse.Lowest(band.name, series, band.start, band.highest);
+                return free ? std::optional(free->number) : std::nullopt;
+            });
+        if (!free) return Outcome{};
+        next.row = {std::move(made.code),
+                    request.ticket,
+                    mvarWorkplace.rule.definition.number,
+                    mvarClaims.Origin(),
+                    0,
+                    NowText(),
+                    request.fields};
+        mvarClaims.Remove(free->code);
+        mvarReuse.Give(*free, next.row);
+        mvarClaims.Add({&next, 1});
+        return Outcome{next.row.code};
+    });
+}
+
+void FastIssuer::GiveAgain(std::span<const Request> requests, std::vector<Outcome>& outcomes) {
+    const auto look = [this] { return mvarReuse.HasAny(); };
+    for (std::size_t at = 0; at < requests.size(); ++at) {
+        if (!outcomes[at].code.empty() || !outcomes[at].refusal.empty()) continue;
+        if (!InSnapshot(mvarWorkplace.database, mvarWorkplace.patience, look)) return;
+        try {
+            outcomes[at] = GiveOne(requests[at]);
+        } catch (const hosts::RecordError& error) {
+            outcomes[at] = OutcomeOf(error);
+        }
+    }
 }
 
 // Requests whose key was given may have their code already.
@@ -32,7 +73,7 @@ void FastIssuer::LookForStored(std::span<const Request> requests, std::vector<Ou
     outcomes = InSnapshot(mvarWorkplace.database, mvarWorkplace.patience, [&] {
         std::vector<Outcome> found(requests.size());
         for (std::size_t at = 0; at < requests.size(); ++at)
-            if (const auto stored = requests[at].isGiven ? mvarCodes.OfTicket(requests[at].ticket) : std::nullopt)
+            if (const auto stored = requests[at].isGiven ? mvarClaims.OfTicket(requests[at].ticket) : std::nullopt)
                 found[at] = OutcomeOf(*stored, requests[at], true);
         return found;
     });
@@ -48,7 +89,7 @@ std::vector<NewCode> FastIssuer::MakeAll(std::span<const Request> requests, std:
         try {
             codes[at] = MakeNext(requests[at]);
         } catch (const hosts::RecordError& error) {
-            outcomes[at].refusal = error.Message();
+            outcomes[at] = OutcomeOf(error);
         } catch (const DbError& error) {
             if (error.Kind() != Fault::Text) throw;
             outcomes[at].refusal = error.Message();
@@ -58,23 +99,25 @@ std::vector<NewCode> FastIssuer::MakeAll(std::span<const Request> requests, std:
 }
 
 NewCode FastIssuer::MakeNext(const Request& request) {
-    MadeCode made = mvarWorkplace.maker.Make(
-        request.values, [this](const NumberBand& band, const std::wstring& series) { return LastCode(band, series); });
+    MadeCode made =
+        mvarWorkplace.maker.Make(request.values, [this](const NumberBand& band, const std::wstring& series) {
+            return NextNumber(band, series);
+        });
     NewCode next;
     next.numbers = UseNumbers(std::move(made.numbers));
     next.row.code = std::move(made.code);
     next.row.ticket = request.ticket;
     next.row.definition = mvarWorkplace.rule.definition.number;
-    next.row.origin = L"issued";
+    next.row.origin = mvarClaims.Origin();
     next.row.storedAt = NowText();
     next.row.fields = request.fields;
     return next;
 }
 
-std::wstring FastIssuer::LastCode(const NumberBand& band, const std::wstring& series) {
+std::int64_t FastIssuer::NextNumber(const NumberBand& band, const std::wstring& series) {
     Block& block = mvarBlocks[{band.name, series}];
     if (block.next > block.lease.last || block.lease.band.empty()) TakeBlock(block, band, series);
-    return CodeWithNumber(band, series, block.next - 1);
+    return block.next;
 }
 
 void FastIssuer::TakeBlock(Block& block, const NumberBand& band, const std::wstring& series) {
@@ -85,11 +128,11 @@ void FastIssuer::TakeBlock(Block& block, const NumberBand& band, const std::wstr
     const std::wstring ticket = NewTicket();
     const auto take = [&] {
         rules.Enter(mvarWorkplace.rule);
-        return mvarLeases.Take(band.name, series, std::max<std::int64_t>(wanted, 1), band.start, band.highest, ticket);
+        return mvarLeases.Take(band, series, std::max<std::int64_t>(wanted, 1), ticket);
     };
     const Lease lease = InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, take);
     block.next = lease.first;
-    // With no room left nothing was set aside; the component says so itself when it makes the number.
+    // With no room left nothing was set aside; whoever makes the code says so.
     if (lease.first > band.highest) return;
     block.lease = lease;
     mvarHeads[{lease.band, lease.series, lease.first}] = lease.seal;
@@ -105,7 +148,7 @@ std::vector<NumberRow> FastIssuer::UseNumbers(std::vector<NumberHeld>&& numbers)
     std::vector<NumberRow> rows;
     for (NumberHeld& held : numbers) {
         Block& block = mvarBlocks[{held.band, held.series}];
-        ++block.next;
+        block.next += mvarWorkplace.rule.settings.step;
         rows.push_back({std::move(held), block.lease.first, 0, {}});
     }
     return rows;
@@ -131,10 +174,11 @@ bool FastIssuer::StoreTogether(std::vector<NewCode>& codes) {
     try {
         InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Fail, [&] {
             rules.Enter(mvarWorkplace.rule);
-            const auto stored = tried ? mvarCodes.OfTicket(codes.front().row.ticket) : std::nullopt;
+            const auto stored = tried ? mvarClaims.OfTicket(codes.front().row.ticket) : std::nullopt;
             if (stored && stored->code == codes.front().row.code) return true;
             tried = true;
             mvarCodes.Add(codes);
+            mvarClaims.Add(codes);
             MarkUsedUp();
             return true;
         });
@@ -169,7 +213,7 @@ void FastIssuer::StoreAll(std::vector<NewCode> codes, std::span<const Request> r
             else
                 outcomes[at] = StoreAlone(std::move(codes[at]), requests[at]);
         } catch (const hosts::RecordError& error) {
-            outcomes[at].refusal = error.Message();
+            outcomes[at] = OutcomeOf(error);
         }
     }
     for (std::size_t at = 0; at < codes.size(); ++at) {
@@ -205,21 +249,24 @@ bool FastIssuer::IsTaken(const NewCode& code) {
 
 Outcome FastIssuer::StoreAlone(NewCode code, const Request& request) {
     Rules rules(mvarWorkplace.database);
-    const std::wstring made = code.row.code;
     for (;;) {
+        const std::wstring made = code.row.code;
         try {
             return InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Fail, [&] {
                 rules.Enter(mvarWorkplace.rule);
                 std::map<LeaseKey, std::wstring> heads = StoredHeads(code);
-                const auto stored = mvarCodes.OfTicket(request.ticket);
+                const auto stored = mvarClaims.OfTicket(request.ticket);
                 if (!stored) {
+                    if (!mvarWorkplace.rule.settings.series.empty() && mvarCodes.Find(made))
+                        RefuseSharedBetweenSeries(mvarWorkplace.rule, made);
                     SealNumbers(code, heads);
                     mvarCodes.Add({&code, 1});
+                    mvarClaims.Add({&code, 1});
                 }
                 for (const auto& [key, head] : heads)
                     mvarHeads[key] = head;
                 if (stored) return OutcomeOf(*stored, request, stored->code != made);
-                return Outcome{code.row.code, {}, false};
+                return Outcome{code.row.code};
             });
         } catch (const DbError& error) {
             if (error.Kind() == Fault::Text) throw hosts::RecordError(error.Message());

@@ -7,6 +7,7 @@
 
 #include "ledger/core/Issuer.h"
 #include "ledger/core/Leases.h"
+#include "ledger/core/Reuse.h"
 
 namespace ledger {
 
@@ -14,7 +15,8 @@ class FastIssuer final : public Issuer {
   public:
     explicit FastIssuer(const Workplace& workplace)
         : mvarWorkplace(workplace), mvarCodes(workplace.database, workplace.rule.id),
-          mvarLeases(workplace.database, workplace.rule.id) {}
+          mvarLeases(workplace.database, workplace.rule.id), mvarReuse(workplace.database, workplace.rule.id),
+          mvarClaims(workplace.database, workplace.rule.id, workplace.scope) {}
 
     [[nodiscard]] std::size_t BatchSize() const noexcept override;
     [[nodiscard]] std::vector<Outcome> Issue(std::span<const Request> requests, std::size_t toCome) override;
@@ -28,9 +30,12 @@ class FastIssuer final : public Issuer {
     using LeaseKey = NumberHeld; // band, series and first number
 
     [[nodiscard]] NewCode MakeNext(const Request& request);
-    [[nodiscard]] std::wstring LastCode(const NumberBand& band, const std::wstring& series);
+    [[nodiscard]] std::int64_t NextNumber(const NumberBand& band, const std::wstring& series);
     void TakeBlock(Block& block, const NumberBand& band, const std::wstring& series);
     [[nodiscard]] std::vector<NumberRow> UseNumbers(std::vector<NumberHeld>&& numbers);
+    // Gives the numbers that wait, each in a transaction of its own.
+    void GiveAgain(std::span<const Request> requests, std::vector<Outcome>& outcomes);
+    [[nodiscard]] Outcome GiveOne(const Request& request);
     void LookForStored(std::span<const Request> requests, std::vector<Outcome>& outcomes);
     [[nodiscard]] std::vector<NewCode> MakeAll(std::span<const Request> requests, std::vector<Outcome>& outcomes);
     void StoreAll(std::vector<NewCode> codes, std::span<const Request> requests, std::vector<Outcome>& outcomes);
@@ -44,6 +49,8 @@ class FastIssuer final : public Issuer {
     Workplace mvarWorkplace;
     Codes mvarCodes;
     Leases mvarLeases;
+    Reuse mvarReuse;
+    Claims mvarClaims;
     std::map<std::pair<std::wstring, std::wstring>, Block> mvarBlocks; // by band and series
     std::map<LeaseKey, std::wstring> mvarHeads;                        // the newest seals of the leases at work
     std::vector<Lease> mvarUsedUp;                                     // kept until their codes are stored

@@ -1,34 +1,45 @@
 #include "ledger/core/Forecast.h"
 
 #include "ledger/core/Leases.h"
+#include "ledger/core/Reuse.h"
 
 namespace ledger {
 
 namespace {
 
-// The last code of a series as the rule's policy sees it.
-std::wstring LastStored(const Workplace& workplace, const NumberBand& band, const std::wstring& series) {
-    if (workplace.rule.policy == Policy::Fast) {
-        Leases leases(workplace.database, workplace.rule.id);
-        return CodeWithNumber(band, series, leases.FirstFree(band.name, series, band.start) - 1);
-    }
-    Codes codes(workplace.database, workplace.rule.id);
-    const auto highest = codes.Highest(band.name, series);
-    return highest ? highest->code : std::wstring();
+// What a series goes on with as the rule's policy sees it.
+std::optional<std::int64_t> NextStored(const Workplace& workplace, const NumberBand& band, const std::wstring& series) {
+    if (workplace.rule.policy == Policy::Fast)
+        return Leases(workplace.database, workplace.rule.id).FirstFree(band, series);
+    const auto highest = Codes(workplace.database, workplace.rule.id).Highest(band.name, series);
+    return highest ? std::optional(highest->number + band.step) : std::nullopt;
 }
 
 } // namespace
 
-std::wstring Forecast::LastCode(const NumberBand& band, const std::wstring& series) {
+std::optional<std::int64_t> Forecast::NextWaiting(const NumberBand& band, const std::wstring& series) {
+    if (!mvarWorkplace.rule.settings.reuse) return std::nullopt;
+    const auto given = mvarGiven.find({band.name, series});
+    const std::int64_t start = given == mvarGiven.end() ? band.start : given->second + 1;
+    const auto free =
+        Reuse(mvarWorkplace.database, mvarWorkplace.rule.id).Lowest(band.name, series, start, band.highest);
+    return free ? std::optional(free->number) : std::nullopt;
+}
+
+std::optional<std::int64_t> Forecast::NextNumber(const NumberBand& band, const std::wstring& series) {
     const auto known = mvarLast.find({band.name, series});
-    return known != mvarLast.end() ? known->second : LastStored(mvarWorkplace, band, series);
+    return known != mvarLast.end() ? std::optional(known->second + band.step) : NextStored(mvarWorkplace, band, series);
 }
 
 MadeCode Forecast::Next(const FieldValues& values) {
-    MadeCode made = mvarWorkplace.maker.Make(
-        values, [this](const NumberBand& band, const std::wstring& series) { return LastCode(band, series); });
+    bool waits = false;
+    MadeCode made = mvarWorkplace.maker.Make(values, [&](const NumberBand& band, const std::wstring& series) {
+        const auto waiting = NextWaiting(band, series);
+        waits = waiting.has_value();
+        return waits ? waiting : NextNumber(band, series);
+    });
     for (const NumberHeld& held : made.numbers)
-        mvarLast[{held.band, held.series}] = made.code;
+        (waits ? mvarGiven : mvarLast)[{held.band, held.series}] = held.number;
     return made;
 }
 

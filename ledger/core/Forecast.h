@@ -10,7 +10,7 @@ namespace ledger {
 
 class Forecast {
   public:
-    using Place = std::map<std::pair<std::wstring, std::wstring>, std::wstring>; // the last code by band and series
+    using Place = std::map<std::pair<std::wstring, std::wstring>, std::int64_t>; // the last number by band and series
 
     explicit Forecast(const Workplace& workplace) : mvarWorkplace(workplace) {}
 
@@ -23,10 +23,12 @@ class Forecast {
     void GoOnFrom(const Place& place) { mvarLast = place; }
 
   private:
-    [[nodiscard]] std::wstring LastCode(const NumberBand& band, const std::wstring& series);
+    [[nodiscard]] std::optional<std::int64_t> NextNumber(const NumberBand& band, const std::wstring& series);
+    [[nodiscard]] std::optional<std::int64_t> NextWaiting(const NumberBand& band, const std::wstring& series);
 
     Workplace mvarWorkplace;
     Place mvarLast;
+    Place mvarGiven; // the highest number of a void code that was given again, likewise
 };
 
 } // namespace ledger

@@ -1,5 +1,7 @@
 #include "ledger/core/GaplessIssuer.h"
 
+#include <algorithm>
+
 #include "ledger/core/Stamp.h"
 
 namespace ledger {
@@ -10,50 +12,56 @@ std::vector<Outcome> GaplessIssuer::Issue(std::span<const Request> requests, std
         try {
             outcomes.push_back(IssueOne(request));
         } catch (const hosts::RecordError& error) {
-            outcomes.push_back({{}, error.Message(), false});
+            outcomes.push_back(OutcomeOf(error));
         } catch (const DbError& error) {
             if (error.Kind() != Fault::Text) throw;
-            outcomes.push_back({{}, error.Message(), false});
+            outcomes.push_back({{}, error.Message()});
         }
     }
     return outcomes;
 }
 
-NewCode GaplessIssuer::MakeNext(const Request& request) {
-    std::vector<std::wstring> before; // the seals that the numbers' seals continue, in the order of the bands
-    MadeCode made =
-        mvarWorkplace.maker.Make(request.values, [this, &before](const NumberBand& band, const std::wstring& series) {
-            const auto highest = mvarCodes.Highest(band.name, series);
-            before.push_back(highest ? highest->seal : std::wstring());
-            return highest ? highest->code : std::wstring();
-        });
+NewCode GaplessIssuer::MakeNext(const Request& request, std::optional<FreeNumber>& free) {
+    Heads before;
+    MadeCode made = mvarWorkplace.maker.Make(request.values, [&](const NumberBand& band, const std::wstring& series) {
+        if (mvarWorkplace.rule.settings.reuse) free = mvarReuse.Lowest(band.name, series, band.start, band.highest);
+        if (free) return std::optional(free->number);
+        const auto highest = mvarCodes.Highest(band.name, series);
+        if (!highest) return std::optional<std::int64_t>();
+        before.emplace_back(band.name, highest->seal);
+        return std::optional(highest->number + band.step);
+    });
     NewCode next;
     next.row.code = std::move(made.code);
     next.row.ticket = request.ticket;
     next.row.definition = mvarWorkplace.rule.definition.number;
-    next.row.origin = L"issued";
+    next.row.origin = mvarClaims.Origin();
     next.row.storedAt = NowText();
     next.row.fields = request.fields;
+    if (free) return next; // its number has a place and a seal
     for (NumberHeld& held : made.numbers)
         next.numbers.push_back({std::move(held), 0, 0, {}});
     if (next.numbers.empty()) {
         const auto highest = mvarCodes.Highest({}, {});
-        before.push_back(highest ? highest->seal : std::wstring());
+        before.emplace_back(std::wstring(), highest ? highest->seal : std::wstring());
         next.numbers.push_back({{{}, {}, highest ? highest->number + 1 : 1}, 0, 0, {}});
     }
     SealNumbers(next, before);
     return next;
 }
 
-void GaplessIssuer::SealNumbers(NewCode& code, const std::vector<std::wstring>& before) const {
-    for (std::size_t at = 0; at < code.numbers.size(); ++at)
-        code.numbers[at].seal =
-            SealOf(mvarWorkplace.rule.id, code.row, code.numbers[at], at < before.size() ? before[at] : std::wstring());
+void GaplessIssuer::SealNumbers(NewCode& code, const Heads& before) const {
+    for (NumberRow& number : code.numbers) {
+        const auto head = std::ranges::find(before, number.held.band, &Heads::value_type::first);
+        number.seal =
+            SealOf(mvarWorkplace.rule.id, code.row, number, head == before.end() ? std::wstring() : head->second);
+    }
 }
 
 // The same code twice in a row, though the first attempt lost to whoever has it: no number leads on from it.
 void GaplessIssuer::RefuseRepeated(const NewCode& code, const std::wstring& before) {
     if (code.row.code != before || !mvarCodes.Find(code.row.code)) return;
+    RefuseSharedBetweenSeries(mvarWorkplace.rule, code.row.code);
     throw hosts::RecordError(IssuedAlready(code.row.code, mvarWorkplace.maker));
 }
 
@@ -66,14 +74,22 @@ Outcome GaplessIssuer::IssueOne(const Request& request) {
         if (mvarWorkplace.database.EntersByWriting()) rules.Enter(mvarWorkplace.rule);
         // An attempt whose COMMIT was not answered may be stored, or another program had the same ticket.
         if (looks)
-            if (const auto stored = mvarCodes.OfTicket(request.ticket))
+            if (const auto stored = mvarClaims.OfTicket(request.ticket))
                 return OutcomeOf(*stored, request, stored->code != tried);
         looks = true;
-        const NewCode next = MakeNext(request);
-        RefuseRepeated(next, tried);
-        tried = next.row.code;
-        if (!mvarCodes.AddIssued(next, mvarWorkplace.rule.revision)) Rules::RefuseChanged(mvarWorkplace.rule);
-        return Outcome{next.row.code, {}, false};
+        std::optional<FreeNumber> free;
+        const NewCode next = MakeNext(request, free);
+        if (free) {
+            rules.Enter(mvarWorkplace.rule);
+            mvarClaims.Remove(free->code);
+            mvarReuse.Give(*free, next.row);
+        } else {
+            RefuseRepeated(next, tried);
+            tried = next.row.code;
+            if (!mvarCodes.AddIssued(next, mvarWorkplace.rule.revision)) Rules::RefuseChanged(mvarWorkplace.rule);
+        }
+        mvarClaims.Add({&next, 1});
+        return Outcome{next.row.code};
     });
 }
 

@@ -6,26 +6,35 @@
 #pragma once
 
 #include "ledger/core/Issuer.h"
+#include "ledger/core/Reuse.h"
 
 namespace ledger {
 
 class GaplessIssuer final : public Issuer {
   public:
     explicit GaplessIssuer(const Workplace& workplace)
-        : mvarWorkplace(workplace), mvarCodes(workplace.database, workplace.rule.id) {}
+        : mvarWorkplace(workplace), mvarCodes(workplace.database, workplace.rule.id),
+          mvarReuse(workplace.database, workplace.rule.id),
+          mvarClaims(workplace.database, workplace.rule.id, workplace.scope) {}
 
     [[nodiscard]] std::size_t BatchSize() const noexcept override { return 1; }
     [[nodiscard]] std::vector<Outcome> Issue(std::span<const Request> requests, std::size_t toCome) override;
     void Finish() override {}
 
   private:
+    // The seals that the numbers of bands continue; a band whose series begins has none.
+    using Heads = std::vector<std::pair<std::wstring, std::wstring>>;
+
     [[nodiscard]] Outcome IssueOne(const Request& request);
-    [[nodiscard]] NewCode MakeNext(const Request& request);
-    void SealNumbers(NewCode& code, const std::vector<std::wstring>& before) const;
+    // With the number of a void code, if one waits.
+    [[nodiscard]] NewCode MakeNext(const Request& request, std::optional<FreeNumber>& free);
+    void SealNumbers(NewCode& code, const Heads& before) const;
     void RefuseRepeated(const NewCode& code, const std::wstring& before);
 
     Workplace mvarWorkplace;
     Codes mvarCodes;
+    Reuse mvarReuse;
+    Claims mvarClaims;
 };
 
 } // namespace ledger

@@ -8,6 +8,15 @@
 
 namespace ledger {
 
+Outcome OutcomeOf(const hosts::RecordError& error) {
+    Outcome outcome{{}, error.Message()};
+    if (const auto* full = dynamic_cast<const SeriesFull*>(&error)) {
+        outcome.full = true;
+        outcome.next = full->Next();
+    }
+    return outcome;
+}
+
 std::unique_ptr<Issuer> MakeIssuer(const Workplace& workplace) {
     RefuseRetired(workplace.rule.settings, workplace.rule.name);
     if (workplace.rule.policy == Policy::Fast && !workplace.maker.NumberBands().empty())
@@ -15,16 +24,26 @@ std::unique_ptr<Issuer> MakeIssuer(const Workplace& workplace) {
     return std::make_unique<GaplessIssuer>(workplace);
 }
 
+void RefuseSharedBetweenSeries(const StoredRule& rule, const std::wstring& code) {
+    if (rule.settings.series.empty()) return;
+    throw hosts::RecordError(L"code " + code + L" is issued already: the rule counts separately by " +
+                             rule.settings.series +
+                             L", and another series has it; let another band tell the series' codes apart");
+}
+
 Outcome OutcomeOf(const CodeRow& stored, const Request& request, bool before) {
+    if (stored.reuseAct > 0)
+        return {{},
+                L"key \"" + request.ticket + L"\" had code " + stored.code +
+                    L", which was made void and whose number was given again; give the record a key of its own"};
     FieldValues then = FieldsOf(stored.fields);
     FieldValues now = FieldsOf(request.fields);
     std::ranges::sort(then);
     std::ranges::sort(now);
-    if (then == now) return {stored.code, {}, before};
+    if (then == now) return {stored.code, {}, before, false, 0};
     return {{},
             L"key \"" + request.ticket + L"\" has code " + stored.code + L" for " + stored.fields +
-                L", and this record is " + request.fields + L"; give it a key of its own",
-            false};
+                L", and this record is " + request.fields + L"; give it a key of its own"};
 }
 
 std::wstring IssuedAlready(const std::wstring& code, const CodeMaker& maker) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "ledger/core/Claims.h"
 #include "ledger/core/CodeMaker.h"
 #include "ledger/db/Transaction.h"
 
@@ -20,10 +21,15 @@ struct Request {
 };
 
 struct Outcome {
-    std::wstring code;    // empty when the record was refused
-    std::wstring refusal; // why
-    bool before = false;  // the code was issued by an earlier request with the same ticket
+    std::wstring code = {};    // empty when the record was refused
+    std::wstring refusal = {}; // why
+    bool before = false;       // the code was issued by an earlier request with the same ticket
+    bool full = false;         // refused, because a series has no number left
+    std::int64_t next = 0;     // the number that would have come then
 };
+
+// Of a record that an issuer could not give a code.
+[[nodiscard]] Outcome OutcomeOf(const hosts::RecordError& error);
 
 class Issuer {
   public:
@@ -49,11 +55,16 @@ struct Workplace {
     const StoredRule& rule;
     CodeMaker& maker;
     Patience patience;
+    const NumberingScope* scope = nullptr; // of the numbering that the codes are issued by, if any
 };
 
 // The issuer of the rule's policy; a rule that numbers nothing has nothing to set aside. Fails with HostError on a
 // rule that was retired.
 [[nodiscard]] std::unique_ptr<Issuer> MakeIssuer(const Workplace& workplace);
+
+// Fails with RecordError when the rule counts separately by a value that the code does not show, as the series it
+// belongs to is then another one's; the code is one that is taken.
+void RefuseSharedBetweenSeries(const StoredRule& rule, const std::wstring& code);
 
 // What the code that is stored for the request's ticket means for the request: it gets that code, or is refused because
 // it was another request then.

@@ -48,6 +48,21 @@ std::optional<Act> Journal::Newest() {
         .First(ReadRow);
 }
 
+bool BringsSettings(const Act& act) { return BringsDefinition(act) || act.kind == acts::Settings; }
+
+bool BringsDefinition(const Act& act) { return act.kind == acts::Import || act.kind == acts::Upgrade; }
+
+std::wstring PartOf(const Act& act, const std::wstring& word) {
+    const std::size_t at = act.detail.find(word);
+    if (at == std::wstring::npos) return {};
+    const std::size_t begin = at + word.size();
+    return act.detail.substr(begin, act.detail.find(L", ", begin) - begin);
+}
+
+RuleSettings SettingsIn(const Act& act) {
+    return BringsSettings(act) ? RuleSettingsOf(PartOf(act, L", settings ")) : RuleSettings{};
+}
+
 std::int64_t Journal::NextNumber() {
     const auto newest = Newest();
     return newest ? newest->number + 1 : 1;

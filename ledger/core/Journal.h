@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "ledger/core/RuleSettings.h"
 #include "ledger/db/Database.h"
 
 namespace ledger {
@@ -26,13 +27,23 @@ inline constexpr const wchar_t* Import = L"import";     // subject: number of th
 inline constexpr const wchar_t* Settings = L"settings"; // subject: number of the definition
 inline constexpr const wchar_t* Void = L"void";         // subject: code; detail: why
 inline constexpr const wchar_t* Adopt = L"adopt";       // detail: sum of the rows
-inline constexpr const wchar_t* Lease = L"lease";   // subject: band, series and first number; detail: last number used
-inline constexpr const wchar_t* Repair = L"repair"; // subject: what was put right
+inline constexpr const wchar_t* Lease = L"lease"; // subject: band, series and first number; detail: last number used
+inline constexpr const wchar_t* Next = L"next";   // detail: sum of the row, and what was the last number before
+inline constexpr const wchar_t* Reuse = L"reuse"; // subject: void code; detail: its void act, seals, the code after it
+inline constexpr const wchar_t* Repair = L"repair";   // subject: what was put right
 inline constexpr const wchar_t* Upgrade = L"upgrade"; // detail: sum of the rows
 } // namespace acts
 
 // The seal of an act that follows one with the seal `before`.
 [[nodiscard]] std::wstring SealOf(std::int64_t ruleId, const Act& act, const std::wstring& before);
+
+// Whether the act tells the rule's settings at its end, see SettingsText; and a definition beside them.
+[[nodiscard]] bool BringsSettings(const Act& act);
+[[nodiscard]] bool BringsDefinition(const Act& act);
+// What stands in the act's detail behind a word that names it, up to the next part; empty when the word is not there.
+[[nodiscard]] std::wstring PartOf(const Act& act, const std::wstring& word);
+// The rule's settings as the act left them; as they are anyway for an act that tells none.
+[[nodiscard]] RuleSettings SettingsIn(const Act& act);
 
 // Members run in the caller's transaction and fail with DbError.
 class Journal {

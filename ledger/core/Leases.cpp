@@ -60,33 +60,36 @@ std::wstring SubjectOf(const Lease& lease) {
     return lease.band + L" " + lease.series + L" " + std::to_wstring(lease.first);
 }
 
-std::int64_t Leases::FirstFree(const std::wstring& band, const std::wstring& series, std::int64_t start) {
-    std::int64_t first = start;
+std::int64_t Leases::FirstFree(const NumberBand& band, const std::wstring& series) {
+    std::int64_t first = band.start;
+    std::int64_t behind = band.step; // a number that is stored; what is set aside has its last step in it
     for (const wchar_t* query : FirstFreeQueries) {
         Statement& row = mvarDatabase.Prepare(query);
-        row.Set(mvarRuleId).Set(band).Set(series).Execute();
-        if (!row.Fetch()) continue;
-        if (const auto taken = row.NumberIfAny(1)) first = std::max(first, *taken + 1);
-        row.Close();
+        row.Set(mvarRuleId).Set(band.name).Set(series).Execute();
+        if (row.Fetch()) {
+            if (const auto taken = row.NumberIfAny(1)) first = std::max(first, *taken + behind);
+            row.Close();
+        }
+        behind = 1;
     }
     return first;
 }
 
-Lease Leases::Take(const std::wstring& band, const std::wstring& series, std::int64_t count, std::int64_t start,
-                   std::int64_t highest, const std::wstring& ticket) {
+Lease Leases::Take(const NumberBand& band, const std::wstring& series, std::int64_t count, const std::wstring& ticket) {
     if (auto taken = mvarDatabase.Prepare(Select(L" AND band = ? AND series = ? AND ticket = ?"))
                          .Set(mvarRuleId)
-                         .Set(band)
+                         .Set(band.name)
                          .Set(series)
                          .Set(ticket)
                          .First(ReadRow))
         return *std::move(taken);
     Lease lease;
-    lease.band = band;
+    lease.band = band.name;
     lease.series = series;
-    lease.first = FirstFree(band, series, start);
-    if (lease.first > highest) return lease;
-    lease.last = count - 1 < highest - lease.first ? lease.first + count - 1 : highest;
+    lease.first = FirstFree(band, series);
+    if (lease.first > band.highest) return lease;
+    const std::int64_t room = (band.highest - lease.first) / band.step + 1;
+    lease.last = lease.first + std::min(count, room) * band.step - 1;
     lease.grantedTo = lease.last;
     lease.owner = ThisProgram();
     lease.takenAt = NowText();
@@ -96,7 +99,7 @@ Lease Leases::Take(const std::wstring& band, const std::wstring& series, std::in
     Statement& insert = mvarDatabase.Prepare(
         L"INSERT INTO kestrel_leases (rule_id, band, series, first_number, last_number, granted_to, owner, taken_at, "
         L"ticket, state, act, seal) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, 'open', 0, ?)");
-    insert.Set(mvarRuleId).Set(band).Set(series).Set(lease.first).Set(lease.last).Set(lease.grantedTo);
+    insert.Set(mvarRuleId).Set(band.name).Set(series).Set(lease.first).Set(lease.last).Set(lease.grantedTo);
     insert.Set(lease.owner).Set(lease.takenAt).Set(lease.ticket).Set(lease.seal).Execute();
     return lease;
 }

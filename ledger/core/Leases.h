@@ -8,6 +8,7 @@
 #include <array>
 #include <vector>
 
+#include "ledger/core/CodeMaker.h"
 #include "ledger/core/Journal.h"
 
 namespace ledger {
@@ -39,11 +40,10 @@ class Leases {
   public:
     Leases(Database& database, std::int64_t ruleId) : mvarDatabase(database), mvarRuleId(ruleId) {}
 
-    // Sets `count` numbers aside, fewer at the band's end: none below `start`, none above `highest`, none that is
-    // stored or set aside already. Two programs that do so at once collide on a key; the same ticket again gets the
-    // lease that it has. A lease whose first number is above `highest` is returned without being stored.
-    Lease Take(const std::wstring& band, const std::wstring& series, std::int64_t count, std::int64_t start,
-               std::int64_t highest, const std::wstring& ticket);
+    // Sets `count` steps of the band aside, fewer at its end: none below its start, none above its highest number, none
+    // that is stored or set aside already. Two programs that do so at once collide on a key; the same ticket again gets
+    // the lease that it has. A lease whose first number is above the highest is returned without being stored.
+    Lease Take(const NumberBand& band, const std::wstring& series, std::int64_t count, const std::wstring& ticket);
     // All numbers of it are stored.
     void MarkUsed(const Lease& lease);
     // `next` is the first number of the lease that was not used. Nothing happens to one that is not open any more.
@@ -52,7 +52,7 @@ class Leases {
     [[nodiscard]] std::vector<Lease> All();
 
     // The number that the next lease would begin with.
-    [[nodiscard]] std::int64_t FirstFree(const std::wstring& band, const std::wstring& series, std::int64_t start);
+    [[nodiscard]] std::int64_t FirstFree(const NumberBand& band, const std::wstring& series);
 
   private:
     [[nodiscard]] bool RemoveUnused(const Lease& lease);

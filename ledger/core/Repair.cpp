@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cwchar>
 #include <map>
+#include <set>
 
 #include "ledger/core/Journal.h"
+#include "ledger/core/Reuse.h"
 #include "ledger/core/Rules.h"
 #include "ledger/core/Seal.h"
 #include "ledger/core/Stamp.h"
@@ -12,14 +14,6 @@
 namespace ledger {
 
 namespace {
-
-// The text of a detail that follows a word and ends before a comma and a blank, or with the detail.
-std::wstring Part(const std::wstring& detail, const std::wstring& word, bool isLast = false) {
-    const std::size_t at = detail.find(word);
-    if (at == std::wstring::npos) return {};
-    const std::size_t begin = at + word.size();
-    return isLast ? detail.substr(begin) : detail.substr(begin, detail.find(L", ", begin) - begin);
-}
 
 class RuleRepair {
   public:
@@ -29,8 +23,8 @@ class RuleRepair {
     [[nodiscard]] bool IsDone(const std::wstring& ticket) { return mvarJournal.OfTicket(ticket).has_value(); }
 
     std::int64_t Run(const std::wstring& ticket) {
-        const std::int64_t voids = RepairVoids();
         const std::int64_t settings = RepairSettings();
+        const std::int64_t voids = RepairVoids() + Reuse(mvarDatabase, mvarRuleId).Refill(GivesAgain());
         if (voids + settings > 0)
             mvarJournal.Write(acts::Repair,
                               std::to_wstring(voids) + L" void marks, " + std::to_wstring(settings) + L" settings",
@@ -39,12 +33,23 @@ class RuleRepair {
     }
 
   private:
+    bool GivesAgain() {
+        const auto settings = mvarDatabase.Prepare(L"SELECT settings FROM kestrel_rules WHERE id = ?")
+                                  .Set(mvarRuleId)
+                                  .First([](const Statement& row) { return row.Text(1); });
+        return RuleSettingsOf(settings.value_or(L"")).reuse;
+    }
+
     std::int64_t RepairVoids() {
         std::int64_t repaired = 0;
         Statement& missing = mvarDatabase.Prepare(
             L"UPDATE kestrel_codes SET void_act = ? WHERE rule_id = ? AND code = ? AND void_act <> ?");
-        for (const Act& act : mvarJournal.All()) {
-            if (act.kind != acts::Void) continue;
+        const std::vector<Act> all = mvarJournal.All();
+        std::set<std::wstring> past; // acts whose code's number was given again
+        for (const Act& act : all)
+            if (act.kind == acts::Reuse) past.insert(PartOf(act, L"void "));
+        for (const Act& act : all) {
+            if (act.kind != acts::Void || past.contains(std::to_wstring(act.number))) continue;
             missing.Set(act.number).Set(mvarRuleId).Set(act.subject).Set(act.number).Execute();
             repaired += missing.Changed();
         }
@@ -59,18 +64,16 @@ class RuleRepair {
 
     std::int64_t RepairSettings() {
         const std::vector<Act> all = mvarJournal.All();
-        const auto last = std::find_if(all.rbegin(), all.rend(), [](const Act& act) {
-            return act.kind == acts::Import || act.kind == acts::Settings || act.kind == acts::Upgrade;
-        });
+        const auto last = std::find_if(all.rbegin(), all.rend(), BringsSettings);
         if (last == all.rend()) return 0;
         const auto number = [](const std::wstring& text) {
             return static_cast<std::int64_t>(std::wcstoll(text.c_str(), nullptr, 10));
         };
-        const std::wstring policy = Part(last->detail, L"policy ");
-        const std::wstring name = Part(last->detail, L", rule ", true);
-        const std::wstring settings = TextOf(RuleSettingsOf(Part(last->detail, L", settings ")));
-        const std::int64_t lease = number(Part(last->detail, L", lease "));
-        const std::int64_t revision = number(Part(last->detail, L", revision "));
+        const std::wstring policy = PartOf(*last, L"policy ");
+        const std::wstring name = last->detail.substr(last->detail.find(L", rule ") + 7);
+        const std::wstring settings = TextOf(SettingsIn(*last));
+        const std::int64_t lease = number(PartOf(*last, L", lease "));
+        const std::int64_t revision = number(PartOf(*last, L", revision "));
         Statement& update = mvarDatabase.Prepare(
             L"UPDATE kestrel_rules SET name = ?, policy = ?, lease_size = ?, settings = ?, revision = ?, definition = "
             L"? "

@@ -12,9 +12,10 @@ namespace {
 using hosts::HostError;
 
 // Tables with rows of a rule, its own row last.
-const wchar_t* const TablesOfRules[] = {L"kestrel_leases WHERE rule_id",      L"kestrel_free WHERE rule_id",
-                                        L"kestrel_reused WHERE rule_id",      L"kestrel_journal WHERE rule_id",
-                                        L"kestrel_definitions WHERE rule_id", L"kestrel_rules WHERE id"};
+const wchar_t* const TablesOfRules[] = {L"kestrel_numbers WHERE rule_id", L"kestrel_leases WHERE rule_id",
+                                        L"kestrel_free WHERE rule_id",    L"kestrel_reused WHERE rule_id",
+                                        L"kestrel_journal WHERE rule_id", L"kestrel_definitions WHERE rule_id",
+                                        L"kestrel_rules WHERE id"};
 
 void RefuseTaken(Rules& rules, const std::wstring& name) {
     if (rules.Find(name)) throw HostError(L"there is a rule \"" + name + L"\" already; give another name");
@@ -66,7 +67,7 @@ void CopyRule(Database& database, Patience patience, const StoredRule& rule, con
     change.settings = rule.settings;
     change.settings->retired = false;
     change.revision = 0; // of no rule that is there
-    CodeMaker maker(change.definition);
+    CodeMaker maker(change.definition, change.settings.value_or(RuleSettings{}));
     static_cast<void>(ChangeRule(database, patience, change, maker));
 }
 

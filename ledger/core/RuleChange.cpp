@@ -1,69 +1,17 @@
 #include "ledger/core/RuleChange.h"
 
-#include <set>
 #include <utility>
 
 #include "ledger/core/Codes.h"
 #include "ledger/core/Journal.h"
+#include "ledger/core/Numberings.h"
+#include "ledger/core/Recount.h"
+#include "ledger/core/Reuse.h"
 #include "ledger/core/Stamp.h"
 
 namespace ledger {
 
 namespace {
-
-constexpr std::size_t CodesAtOnce = 1000;
-
-// Counts the codes that are stored in the series of a definition, beside those that they are counted in already.
-class Recount {
-  public:
-    Recount(Database& database, const StoredRule& rule, CodeMaker& maker, std::int64_t act)
-        : mvarRuleId(rule.id), mvarCodes(database, rule.id), mvarMaker(maker), mvarAct(act) {}
-
-    // The sum of the rows that were added.
-    SealSum Run(ChangeReport& report) {
-        for (NumberHeld& held : mvarCodes.AllNumbers())
-            mvarTaken.insert(std::move(held));
-        std::wstring last;
-        for (;;) {
-            const std::vector<CodeRow> codes = mvarCodes.After(last, CodesAtOnce);
-            if (codes.empty()) return mvarSum;
-            for (const CodeRow& code : codes)
-                Count(code, report);
-            last = codes.back().code;
-        }
-    }
-
-  private:
-    void Count(const CodeRow& code, ChangeReport& report) {
-        ++report.codes;
-        std::vector<NumberHeld> numbers;
-        try {
-            numbers = mvarMaker.Recognise(code.code).numbers;
-        } catch (const hosts::RecordError&) { // made by an older definition
-            ++report.foreign;
-        }
-        for (NumberHeld& held : numbers) {
-            if (mvarTaken.insert(held).second)
-                Add(code, std::move(held));
-            else if (mvarCodes.Holder(held) != code.code)
-                ++report.shared;
-        }
-    }
-
-    void Add(const CodeRow& code, NumberHeld held) {
-        NumberRow row{std::move(held), 0, mvarAct, {}};
-        row.seal = SealOf(mvarRuleId, code, row, {});
-        mvarSum.Add(row.seal);
-        mvarCodes.AddNumbers(code.code, {&row, 1});
-    }
-
-    std::int64_t mvarRuleId;
-    Codes mvarCodes;
-    CodeMaker& mvarMaker;
-    std::int64_t mvarAct;
-    std::set<NumberHeld> mvarTaken;
-    SealSum mvarSum;
-};
 
 void RefuseOtherLength(Database& database, const StoredRule& rule, const CodeMaker& maker) {
     const auto length = static_cast<std::int64_t>(maker.CodeLength());
@@ -74,6 +22,15 @@ void RefuseOtherLength(Database& database, const StoredRule& rule, const CodeMak
                            std::to_wstring(rule.definition.codeLength) +
                            L" characters and the new definition makes codes of " + std::to_wstring(length) +
                            L"; keep it as a rule of another name");
+}
+
+void RefuseUnfit(const RuleSettings& settings, const CodeMaker& maker) {
+    if (settings.step < 1)
+        throw hosts::HostError(L"a step of " + std::to_wstring(settings.step) + L" leads nowhere; it is 1 or more");
+    const std::size_t bands = maker.NumberBands().size();
+    if (settings.reuse && bands != 1)
+        throw hosts::HostError(L"the rule has " + std::to_wstring(bands) +
+                               L" number bands; numbers can be given again where there is exactly one");
 }
 
 class Changing {
@@ -93,6 +50,9 @@ class Changing {
         rule.policy = mvarChange.policy.value_or(rule.policy);
         rule.leaseSize = mvarChange.leaseSize.value_or(rule.leaseSize);
         rule.settings = mvarChange.settings.value_or(rule.settings);
+        if (rule.settings.step != mvarMaker.Settings().step || rule.settings.series != mvarMaker.Settings().series)
+            Rules::RefuseChanged(rule);
+        RefuseUnfit(rule.settings, mvarMaker);
         return rule;
     }
 
@@ -108,6 +68,8 @@ class Changing {
     }
 
     ChangeReport Add() {
+        if (Numberings(mvarDatabase).Find(mvarChange.name))
+            throw hosts::HostError(L"\"" + mvarChange.name + L"\" is a numbering; give the rule another name");
         StoredRule rule;
         rule.name = mvarChange.name;
         rule = Wanted(rule);
@@ -134,8 +96,15 @@ class Changing {
         if (isNew) {
             RefuseOtherLength(mvarDatabase, stored, mvarMaker);
             NewDefinition(rule);
-            sum = Recount(mvarDatabase, rule, mvarMaker, Journal(mvarDatabase, rule.id).NextNumber()).Run(report);
         }
+        if (isNew || rule.settings.series != stored.settings.series) {
+            Recount recount(mvarDatabase, rule.id, Journal(mvarDatabase, rule.id).NextNumber());
+            report.codes = recount.Run(mvarMaker);
+            report.foreign = recount.Foreign();
+            report.shared = recount.Shared();
+            sum = recount.Sum();
+        }
+        if (rule.settings.reuse || stored.settings.reuse) Reuse(mvarDatabase, rule.id).Refill(rule.settings.reuse);
         mvarRules.Replace(rule);
         Write(rule, isNew ? acts::Import : acts::Settings, sum);
         report.rule = rule;
@@ -150,6 +119,13 @@ class Changing {
 };
 
 } // namespace
+
+RuleSettings SettingsAfter(Database& database, Patience patience, const RuleChange& change) {
+    if (change.settings) return *change.settings;
+    Rules rules(database);
+    const auto stored = InSnapshot(database, patience, [&] { return rules.Find(change.name); });
+    return stored ? stored->settings : RuleSettings{};
+}
 
 ChangeReport ChangeRule(Database& database, Patience patience, const RuleChange& change, CodeMaker& maker) {
     maker.RefuseUnsound();

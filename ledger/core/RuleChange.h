@@ -25,8 +25,12 @@ struct ChangeReport {
     std::int64_t shared = 0;  // of them, those whose number in a series of the new definition another one holds
 };
 
+// The settings that the rule will have.
+[[nodiscard]] RuleSettings SettingsAfter(Database& database, Patience patience, const RuleChange& change);
+
 // Stores the change, or the rule when there is none of that name, all at once; every code that is stored is counted in
-// the series of the new definition as well. The maker was made of the definition. Fails with HostError, and changes
+// the series of the new definition as well. The maker was made of the definition and
+// the settings that the rule is to have. Fails with HostError, and changes
 // nothing, when the definition's formulas make no sense, codes of another length are stored or the rule has another
 // revision.
 [[nodiscard]] ChangeReport ChangeRule(Database& database, Patience patience, const RuleChange& change,

@@ -31,8 +31,9 @@ std::optional<Gap> GapBefore(const Series& series, const std::vector<NumberBand>
 std::optional<Room> RoomLeft(const Series& series, const std::vector<NumberBand>& bands) {
     const NumberBand* band = FindBand(series.band, bands);
     if (band == nullptr) return std::nullopt;
-    const std::int64_t left = std::max<std::int64_t>(band->highest - series.last, 0);
-    const double all = static_cast<double>(band->highest) - static_cast<double>(band->start) + 1;
+    const std::int64_t left = std::max<std::int64_t>(band->highest - series.last, 0) / band->step;
+    const double all =
+        (static_cast<double>(band->highest) - static_cast<double>(band->start)) / static_cast<double>(band->step) + 1;
     return Room{left, all < 1 ? 0U : static_cast<unsigned>(100.0 * static_cast<double>(left) / all)};
 }
 

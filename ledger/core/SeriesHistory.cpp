@@ -68,7 +68,7 @@ class Reader {
     void ReadPoints(sys_seconds now) {
         const std::wstring moment =
             L"SUBSTR(c.stored_at, 1, " + std::to_wstring(Resolution(mvarHistory.from, mvarHistory.to)) + L")";
-        Statement& rows = Query(moment + L", MAX(n.number), SUM(CASE WHEN c.origin = 'issued' THEN 1 ELSE 0 END)",
+        Statement& rows = Query(moment + L", MAX(n.number), SUM(CASE WHEN c.origin <> 'adopted' THEN 1 ELSE 0 END)",
                                 L" GROUP BY " + moment + L" ORDER BY " + moment);
         const sys_seconds windowBegin = now - RateWindow;
         std::int64_t issued = 0;

@@ -1,5 +1,6 @@
 #include "ledger/core/Upgrade.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -7,6 +8,7 @@
 #include "ledger/core/Codes.h"
 #include "ledger/core/Journal.h"
 #include "ledger/core/Leases.h"
+#include "ledger/core/Recount.h"
 #include "ledger/core/Rules.h"
 #include "ledger/core/Schema.h"
 #include "ledger/core/Stamp.h"
@@ -91,7 +93,7 @@ class RuleUpgrade {
     // 1 when the definition that there is takes the code apart; the one that made it was not kept otherwise.
     static std::int64_t DefinitionOf(CodeMaker& maker, const std::wstring& code) {
         try {
-            static_cast<void>(maker.Recognise(code));
+            static_cast<void>(maker.Recognise(code, {}));
             return 1;
         } catch (const hosts::RecordError&) {
             return 0;
@@ -216,6 +218,20 @@ std::int64_t CountOf(Database& database, const std::wstring& table) {
         .value_or(0);
 }
 
+// Bands that track nothing count from version 3 on; codes that were adopted with a number in them are counted now.
+void CountUntracked(Database& database, const StoredRule& rule) {
+    Journal journal(database, rule.id);
+    Recount recount(database, rule.id, journal.NextNumber());
+    for (const Definition& definition : Rules(database).Definitions(rule.id)) {
+        CodeMaker maker(definition.text);
+        if (std::ranges::all_of(maker.NumberBands(), &NumberBand::tracks)) continue;
+        recount.Run(maker, definition.number == rule.definition.number ? 0 : definition.number);
+    }
+    if (recount.Sum().Count() == 0) return;
+    journal.Write(acts::Upgrade, std::to_wstring(rule.definition.number),
+                  recount.Sum().Text() + L", " + SettingsText(rule), NewTicket());
+}
+
 // What version 3 added; every row of version 2 stays as it is.
 UpgradeReport FromVersion2(Database& database) {
     UpgradeReport report;
@@ -225,6 +241,8 @@ UpgradeReport FromVersion2(Database& database) {
     database.Run(database.TableText(L"ALTER TABLE kestrel_rules ADD COLUMN settings LONGTEXT NOT NULL DEFAULT '{}'"));
     MakeTables(database);
     database.Run(L"DELETE FROM kestrel_schema WHERE version = 2");
+    for (const StoredRule& rule : Rules(database).All())
+        CountUntracked(database, rule);
     return report;
 }
 

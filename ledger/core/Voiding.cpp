@@ -2,6 +2,7 @@
 
 #include "ledger/core/Codes.h"
 #include "ledger/core/Journal.h"
+#include "ledger/core/Reuse.h"
 #include "ledger/core/Stamp.h"
 
 namespace ledger {
@@ -29,6 +30,8 @@ void VoidCodeOf(Database& database, Patience patience, const StoredRule& rule, c
         if (!stored) throw hosts::HostError(L"code " + code + L" is not in the ledger of rule " + rule.name);
         if (stored->voidAct > 0) RefuseVoid(journal, *stored);
         const std::int64_t act = journal.Write(acts::Void, code, reason, ticket);
+        const auto now = Rules(database).Find(rule.name);
+        if (now && now->id == rule.id && now->settings.reuse) Reuse(database, rule.id).Free(code);
         if (!codes.Void(code, act)) throw DbError(Fault::Conflict, L"the code was made void meanwhile");
         return true;
     });

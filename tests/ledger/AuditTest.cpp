@@ -173,8 +173,9 @@ class AuditTest : public testing::Test {
         Issue(rule, {L"2024", L"2024", L"2024", L"2024", L"2024", L"2023"});
         ledger::InTransaction(*mvarDatabase, Wait, ledger::OnUniqueKey::Fail, [&] {
             ledger::Leases leases(*mvarDatabase, rule.id);
-            const Lease unused = leases.Take(L"Number", L"2024-??????", 4, 1, 999'999, L"one");
-            const Lease behind = leases.Take(L"Number", L"2024-??????", 4, 1, 999'999, L"two");
+            const ledger::NumberBand band{L"Number", 5, 6, 1, 999'999, {}};
+            const Lease unused = leases.Take(band, L"2024-??????", 4, L"one");
+            const Lease behind = leases.Take(band, L"2024-??????", 4, L"two");
             leases.Close(unused, unused.first);
             leases.Close(behind, behind.first);
             return true;

@@ -27,7 +27,7 @@ class LeasesTest : public testing::Test {
     }
 
     Lease Take(std::int64_t count, const std::wstring& ticket) {
-        return Leases(*mvarDatabase, 1).Take(L"Number", L"2024-??", count, 1, 99, ticket);
+        return Leases(*mvarDatabase, 1).Take({L"Number", 5, 2, 1, 99, {}}, L"2024-??", count, ticket);
     }
     void Close(const Lease& lease, std::int64_t next) { Leases(*mvarDatabase, 1).Close(lease, next); }
     // First numbers and states, by first number.

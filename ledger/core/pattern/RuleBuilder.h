@@ -21,7 +21,7 @@ struct PatternSettings {
 // The definition text of the rule; the pattern is complete. Whoever opens it in the designer may change all of it.
 // Fails with PatternError where the component refuses a band, with its message, and with what `files` and ReadCodeTable
 // throw.
-[[nodiscard]] std::wstring BuildDefinition(const Pattern& pattern, const RuleSettings& settings,
+[[nodiscard]] std::wstring BuildDefinition(const Pattern& pattern, const PatternSettings& settings,
                                            const CodeFiles& files);
 
 } // namespace ledger

@@ -1,0 +1,117 @@
+#include "ledger/core/NumberingIssuer.h"
+
+#include <algorithm>
+#include <map>
+
+#include "ledger/core/NextNumber.h"
+
+namespace ledger {
+
+NumberingIssuer::NumberingIssuer(Database& database, Patience patience, Numbering numbering,
+                                 const std::vector<StoredRule>& rules, const DateFormat& dates)
+    : mvarDatabase(database), mvarPatience(patience), mvarNumbering(std::move(numbering)) {
+    mvarScope.id = mvarNumbering.id;
+    for (const NumberingPart& part : mvarNumbering.parts) {
+        if (std::ranges::find(mvarScope.rules, part.rule) != mvarScope.rules.end()) continue;
+        const auto rule = std::ranges::find(rules, part.rule, &StoredRule::id);
+        if (rule == rules.end())
+            throw hosts::HostError(L"a rule of numbering \"" + mvarNumbering.name + L"\" is not there any more");
+        mvarScope.rules.push_back(part.rule);
+        auto station = std::make_unique<Station>();
+        station->rule = *rule;
+        station->maker = std::make_unique<CodeMaker>(rule->definition.text, rule->settings);
+        station->maker->SetDateFormat(dates);
+        mvarStations.push_back(std::move(station));
+    }
+    for (const auto& station : mvarStations)
+        station->issuer = MakeIssuer({mvarDatabase, station->rule, *station->maker, mvarPatience, &mvarScope});
+}
+
+std::size_t NumberingIssuer::BatchSize() const noexcept {
+    std::size_t size = 1;
+    for (const auto& station : mvarStations)
+        size = std::max(size, station->issuer->BatchSize());
+    return size;
+}
+
+void NumberingIssuer::Finish() {
+    for (const auto& station : mvarStations)
+        station->issuer->Finish();
+}
+
+std::size_t NumberingIssuer::Fitting(const Request& request, std::size_t from) const {
+    while (from < mvarNumbering.parts.size() && !mvarNumbering.parts[from].Fits(request.values))
+        ++from;
+    return from;
+}
+
+NumberingIssuer::Station& NumberingIssuer::StationOf(std::size_t part) {
+    const std::int64_t id = mvarNumbering.parts[part].rule;
+    return **std::ranges::find_if(mvarStations, [id](const auto& station) { return station->rule.id == id; });
+}
+
+// The same key gets the code that it has, also when another rule would fit now.
+void NumberingIssuer::LookForStored(std::span<const Request> requests, std::vector<Outcome>& outcomes) {
+    if (std::ranges::none_of(requests, &Request::isGiven)) return;
+    outcomes = InSnapshot(mvarDatabase, mvarPatience, [&] {
+        std::vector<Outcome> found(requests.size());
+        Claims claims(mvarDatabase, 0, &mvarScope);
+        for (std::size_t at = 0; at < requests.size(); ++at)
+            if (const auto stored = requests[at].isGiven ? claims.OfTicket(requests[at].ticket) : std::nullopt)
+                found[at] = OutcomeOf(*stored, requests[at], true);
+        return found;
+    });
+}
+
+std::vector<Outcome> NumberingIssuer::Issue(std::span<const Request> requests, std::size_t toCome) {
+    std::vector<Outcome> outcomes(requests.size());
+    LookForStored(requests, outcomes);
+    std::map<std::size_t, Places> byPart;
+    for (std::size_t at = 0; at < requests.size(); ++at) {
+        if (!outcomes[at].code.empty() || !outcomes[at].refusal.empty()) continue;
+        const std::size_t part = Fitting(requests[at], 0);
+        if (part < mvarNumbering.parts.size())
+            byPart[part].push_back(at);
+        else
+            outcomes[at].refusal =
+                L"no rule of numbering \"" + mvarNumbering.name + L"\" fits the record " + requests[at].fields;
+    }
+    for (const auto& [part, places] : byPart)
+        Serve(part, places, requests, toCome, outcomes);
+    return outcomes;
+}
+
+void NumberingIssuer::Serve(std::size_t part, const Places& places, std::span<const Request> requests,
+                            std::size_t toCome, std::vector<Outcome>& outcomes) {
+    std::vector<Request> served;
+    for (const std::size_t place : places)
+        served.push_back(requests[place]);
+    const std::vector<Outcome> got = StationOf(part).issuer->Issue(served, toCome);
+    for (std::size_t at = 0; at < places.size(); ++at) {
+        Outcome& outcome = outcomes[places[at]];
+        outcome = got[at];
+        if (!outcome.full || mvarNumbering.parts[part].then == Then::Stop) continue;
+        const std::size_t next = Fitting(served[at], part + 1);
+        if (next == mvarNumbering.parts.size()) continue;
+        if (mvarNumbering.parts[part].then == Then::On) GoOn(next, served[at], outcome);
+        if (mvarNumbering.parts[part].then == Then::On && !outcome.full) continue;
+        Serve(next, {places[at]}, requests, toCome, outcomes);
+    }
+}
+
+// Has the rule that takes over go on with the number that would have come.
+void NumberingIssuer::GoOn(std::size_t part, const Request& request, Outcome& outcome) {
+    Station& station = StationOf(part);
+    const Workplace workplace{mvarDatabase, station.rule, *station.maker, mvarPatience, &mvarScope};
+    try {
+        for (const SeriesState& state : LookAtSeries(workplace, request.values))
+            if (state.next < outcome.next)
+                static_cast<void>(SetNextNumber(workplace, request.values, state.band, outcome.next));
+    } catch (const DbError&) {
+        throw;
+    } catch (const hosts::HostError& error) {
+        outcome = {{}, error.Message()};
+    }
+}
+
+} // namespace ledger

@@ -1,0 +1,130 @@
+"""Names over several rules: conditions, days, rules that are full, tickets, and what makes no sense."""
+import unittest
+
+from databases import OnPostgres, OnSqlite
+from ledger_case import LedgerCase
+from rules import FIXED, NUMBER, band, numbered, rule
+
+POLICIES = ("gapless", "fast")
+
+
+def text(prefix, digits=1, default="1"):
+    """A fixed text and a number that tracks nothing."""
+    return rule([band("Text", FIXED, default=prefix, length=len(prefix)),
+                 band("Number", NUMBER, default=default, form="0" * digits, length=digits)])
+
+
+class NumberingTests:
+    """Each test runs on either engine."""
+
+    def rules(self, policy="gapless", **definitions):
+        for name, definition in definitions.items():
+            self.import_rule(definition, "--policy", policy, "--lease", "4", name=name)
+
+    def codes_of(self, numbering, *arguments):
+        return [line.split("\t")[0] for line in self.done("issue", "--rule", numbering, *arguments)]
+
+    def clean(self):
+        self.assertEqual([line["finding"] for line in self.objects("audit", "--warn", "0") if "finding" in line], [])
+
+    def test_conditions_choose_the_rule(self):
+        self.rules(a=text("A"), b=text("B"))
+        self.done("numbering", "add", "all", "a", "--fields", "Company", "--when", "Company=A")
+        self.done("numbering", "add", "all", "b", "--when", "Company=B")
+        got = [self.codes_of("all", "--field", f"Company={company}")[0] for company in "ABAB"]
+        self.assertEqual(got, ["A1", "B1", "A2", "B2"])
+        self.assertIn("no rule of numbering \"all\" fits", self.refused("issue", "--rule", "all", "--field", "Company=C"))
+        self.clean()
+
+    def test_days_choose_the_rule(self):
+        self.rules(old=text("25-"), new=text("26-"))
+        self.done("numbering", "add", "all", "old", "--fields", "Date", "--date", "Date", "--until", "2025-12-31")
+        self.done("numbering", "add", "all", "new", "--date", "Date", "--from", "2026-01-01")
+        got = [self.codes_of("all", "--field", f"Date={day}")[0] for day in ("2025-12-31", "2026-01-01", "2025-01-01")]
+        self.assertEqual(got, ["25-1", "26-1", "25-2"])
+
+    def test_a_full_rule_is_followed_by_the_next(self):
+        for policy in POLICIES:
+            with self.subTest(policy):
+                names = [f"{policy}{digits}" for digits in (1, 2)]
+                self.rules(policy, **{names[0]: text(policy, 1, "8"), names[1]: text(policy, 2, "10")})
+                self.done("numbering", "add", f"n{policy}", names[0], "--then", "anew")
+                self.done("numbering", "add", f"n{policy}", names[1])
+                self.assertEqual(self.codes_of(f"n{policy}", "--count", "4"),
+                                 [f"{policy}{number}" for number in (8, 9, 10, 11)])
+        self.clean()
+
+    def test_the_next_rule_goes_on_counting(self):
+        for policy in POLICIES:
+            with self.subTest(policy):
+                names = [f"{policy}{digits}" for digits in (1, 2)]
+                self.rules(policy, **{names[0]: text(policy, 1, "8"), names[1]: text(policy, 3)})
+                self.done("numbering", "add", f"n{policy}", names[0], "--then", "on")
+                self.done("numbering", "add", f"n{policy}", names[1])
+                self.assertEqual(self.codes_of(f"n{policy}", "--count", "4"),
+                                 [f"{policy}{number}" for number in ("8", "9", "010", "011")])
+        self.clean()
+
+    def test_the_same_key_gets_the_same_code_from_whichever_rule(self):
+        for policy in POLICIES:
+            with self.subTest(policy):
+                names = [f"{policy}{digits}" for digits in (1, 2)]
+                self.rules(policy, **{names[0]: text(policy, 1, "9"), names[1]: text(policy, 2, "10")})
+                self.done("numbering", "add", f"n{policy}", names[0], "--then", "anew")
+                self.done("numbering", "add", f"n{policy}", names[1])
+                keys = ("one", "two", "one", "two")
+                self.assertEqual([self.codes_of(f"n{policy}", "--key", key)[0] for key in keys],
+                                 [f"{policy}9", f"{policy}10"] * 2)
+        self.clean()
+
+    def test_what_makes_no_sense_is_refused_when_it_is_stored(self):
+        self.rules(a=text("A"), b=text("B"), again=text("A"), year=numbered())
+        self.done("numbering", "add", "all", "a")
+        add = ("numbering", "add")
+        self.assertIn("leads in a circle", self.refused(*add, "all", "all"))
+        self.assertIn("leads in a circle", self.refused(*add, "other", "all"))
+        self.assertIn("has a field \"Company\"", self.refused(*add, "all", "b", "--when", "Company=A"))
+        self.assertIn("a rule has this name", self.refused(*add, "a", "b"))
+        self.assertIn("\"a\" and \"again\" overlap", self.refused(*add, "all", "again"))
+        self.assertIn("is no day", self.refused(*add, "all", "year", "--date", "Year", "--from", "2026"))
+        self.assertIn("no field with the record's date", self.refused(*add, "all", "b", "--from", "2026-01-01"))
+        self.assertIn("is before", self.refused(*add, "all", "year", "--date", "Year", "--from", "2026-02-01", "--until", "2026-01-01"))
+        self.assertIn("is a numbering", self.refused("rule", "import", self.file("all.rule", text("Z"))))
+        self.assertEqual(self.done("numbering", "list"), ["all\t1 parts"])
+
+    def test_numberings_are_shown_and_removed(self):
+        self.rules(a=text("A"))
+        self.done("numbering", "add", "all", "a", "--then", "anew")
+        self.assertEqual(self.objects("numbering", "show", "all")[0]["rule"], "a")
+        self.done("issue", "--rule", "all")
+        self.done("numbering", "remove", "all")
+        self.assertIn("there is no rule \"all\"", self.refused("issue", "--rule", "all"))
+        self.done("numbering", "add", "all", "a")
+        self.assertEqual(self.codes_of("all"), ["A2"])
+        self.clean()
+
+    def test_the_audit_sees_what_was_changed(self):
+        self.rules(a=text("A"))
+        self.done("numbering", "add", "all", "a")
+        self.done("issue", "--rule", "all")
+        for change in ("UPDATE kestrel_numberings SET text = '{}'", "UPDATE kestrel_claims SET ticket = 'x'",
+                       "DELETE FROM kestrel_claims"):
+            self.clean()
+            kept = self.database.query("SELECT text FROM kestrel_numberings")[0][0]
+            ticket = self.database.query("SELECT ticket FROM kestrel_claims")[0][0]
+            self.database.query(change)
+            self.assertIn("changed", {line.get("finding") for line in self.objects("audit", "--warn", "0", code=4)}, change)
+            self.database.query(f"UPDATE kestrel_numberings SET text = '{kept}'")
+            self.database.query(f"UPDATE kestrel_claims SET ticket = '{ticket}'")
+
+
+class Sqlite(OnSqlite, NumberingTests, LedgerCase):
+    """On a file."""
+
+
+class Postgres(OnPostgres, NumberingTests, LedgerCase):
+    """On a server."""
+
+
+if __name__ == "__main__":
+    unittest.main()
