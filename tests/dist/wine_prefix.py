@@ -11,7 +11,7 @@ SCRIPT_HOSTS = {
     "x64": "C:\\windows\\system32\\cscript.exe",
 }
 WINE64 = pathlib.Path("/usr/lib/wine/wine64")
-ROOTS = ("HKEY_LOCAL_MACHINE\\Software", "HKEY_CURRENT_USER\\Software", "HKEY_CURRENT_USER\\Environment")
+ROOTS = ("HKEY_LOCAL_MACHINE\\Software", "HKEY_CURRENT_USER\\Software")
 
 
 class Prefix:
@@ -77,12 +77,19 @@ class Prefix:
         """{key: {name: text}} of all software: a 64-bit program sees both views."""
         keys = {}
         for root in ROOTS:
-            export = self.drive / "export.reg"
-            self.run("regedit", "/E", "C:\\export.reg", root, environment={"KESTREL_WINE": str(WINE64)})
-            if export.exists():
-                keys.update(parsed_export(export.read_text(encoding="utf-16")))
-                export.unlink()
+            keys.update(parsed_export(self.export(root)))
         return keys
+
+    def export(self, root):
+        """Tried again: the 64-bit loader now and then ends without having begun."""
+        file = self.drive / "export.reg"
+        for _ in range(5):
+            done = self.run("reg", "export", root, "C:\\export.reg", "/y", environment={"KESTREL_WINE": str(WINE64)})
+            if done.returncode == 0 and file.exists():
+                text = file.read_text(encoding="utf-16")
+                file.unlink()
+                return text
+        raise AssertionError(f"{root} could not be exported")
 
 
 def parsed_export(text):
