@@ -148,4 +148,5 @@ class Sqlite(Stage):
             connection.close()
 
 
-STAGES = {"postgres": Postgres, "mariadb": MariaDb, "pair": Pair, "asynchronous": AsynchronousPair, "galera": Galera, "sqlite": Sqlite}
+STAGES = {"postgres": Postgres, "mariadb": MariaDb, "pair": Pair, "asynchronous": AsynchronousPair, "galera": Galera,
+          "sqlite": Sqlite}
