@@ -26,8 +26,12 @@ class TextPort {
     [[nodiscard]] virtual std::optional<Date> ParseDate(const String& text) const = 0;
 
     // Whether the user takes both texts for the same: as the user's locale compares, without regard to case, width or
-    // kind of kana. Only the conversion of relations asks; whatever else compares without regard to case folds it.
+    // kind of kana. Only the conversion of relations asks, and the check of what it would find; whatever else compares
+    // without regard to case folds it.
     [[nodiscard]] virtual bool SameText(StringView left, StringView right) const = 0;
+
+    // What SameText compares of a text: texts that it takes for the same have the same key. Not for people.
+    [[nodiscard]] virtual String SortKey(const String& text) const = 0;
 
     // The text in upper or lower case, character by character and alike in every locale.
     [[nodiscard]] virtual String Upper(const String& text) const = 0;

@@ -36,6 +36,8 @@ enum class FindingKind : int {
     FixedTextMissing = 2132,
     BoundToNothing = 2133,
     ItemGone = 2134,
+    BoundToNothingUnused = 2135, // issuing passes the band over
+    ItemGoneUnused = 2136,
     // Relations of a band or of its layer.
     NoRelations = 2141,
     LayerEmpty = 2142,
@@ -54,9 +56,12 @@ enum class FindingKind : int {
     NotLayered = 2163,
     LayerNameNotSaved = 2164,
     LayerOfNoBand = 2165,
+    LayerNotBound = 2166,
     // Texts that the definition string does not bring back.
     LineBreak = 2171,
     ItemNameNotSaved = 2172,
+    ItemTextNotSaved = 2173,
+    LayerTextNotSaved = 2174,
     // What issuing does not use.
     BeginUnused = 2181,
     EndUnused = 2182,

@@ -27,14 +27,16 @@ std::vector<String> Numbers(std::size_t length) {
     return numbers;
 }
 
-// In a form that every locale reads: early and late days of each month, morning and evening.
-std::vector<String> DatesOfAYear() {
+// In a form that every locale reads: early and late days of each month, morning and evening. A date that lacks its year
+// is read as one of the current year: of two years at least one is another, whenever the check is made.
+std::vector<String> DatesOfTwoYears() {
     std::vector<String> dates;
-    for (int month = 1; month <= 12; ++month) {
-        const String text = (month < 10 ? L"2026-0" : L"2026-") + ToText(month);
-        dates.push_back(text + L"-05 01:02:03");
-        dates.push_back(text + L"-26 23:45:56");
-    }
+    for (const wchar_t* year : {L"2019-", L"2026-"})
+        for (int month = 1; month <= 12; ++month) {
+            const String text = year + String(month < 10 ? L"0" : L"") + ToText(month);
+            dates.push_back(text + L"-05 01:02:03");
+            dates.push_back(text + L"-26 23:45:56");
+        }
     return dates;
 }
 
@@ -118,7 +120,7 @@ std::vector<String> WithLeadingZero(std::vector<String> numbers) {
 
 FormatTrial TriedOnAnything(const String& format, std::int32_t length) {
     Trial trial(format, length);
-    trial.TryAll(DatesOfAYear());
+    trial.TryAll(DatesOfTwoYears());
     trial.TryAll(WithLeadingZero(Numbers(static_cast<std::size_t>(length))));
     trial.TryAll(Texts(static_cast<std::size_t>(length)));
     return trial.Result();

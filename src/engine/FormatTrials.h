@@ -1,8 +1,8 @@
 // What formats make of values, tried out: the only way to know, for what a format means is the platform's affair.
 //
-// A format is tried on whole numbers of up to so many digits as the band has characters, on dates of a year, and on
-// texts, and each trial is made once per format and length. Bands of more than LongestTried characters are not tried:
-// they count as well formatted.
+// A format is tried on whole numbers of up to so many digits as the band has characters, on dates of two years, and
+// on texts, and each trial is made once per format and length. Bands of more than LongestTried characters are not
+// tried: they count as well formatted.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,8 @@
 #include "engine/RepeatedTexts.h"
 
+#include <algorithm>
+#include <functional>
+
 #include "common/Ports.h"
 
 namespace kestrel {
@@ -28,8 +31,22 @@ RepeatedTexts::RepeatedTexts(const std::vector<const cNode*>& nodes, Side side)
     : mvarNodes(nodes), mvarSide(side), mvarHashes(nodes.size()), mvarSeen(PowerOfTwo(nodes.size() * BitsPerText)),
       mvarShared(mvarSeen.size()), mvarMask(mvarSeen.size() - 1) {}
 
-void RepeatedTexts::Note(std::size_t offset, std::uint64_t foldedHash) {
-    const auto hash = Mixed(foldedHash, mvarNodes[offset]->Parent().Get());
+void RepeatedTexts::Note(std::size_t offset, const TextTraits& traits) {
+    mvarPlain = mvarPlain && traits.isPlain;
+    NoteHash(offset, traits.foldedHash);
+}
+
+// A text in full-width letters may be the same as one in ASCII: from here on all are noted alike.
+void RepeatedTexts::NoteSortKeys() {
+    std::fill(mvarSeen.begin(), mvarSeen.end(), false);
+    std::fill(mvarShared.begin(), mvarShared.end(), false);
+    for (std::size_t offset = 0; offset < mvarHashes.size(); ++offset)
+        if (mvarHashes[offset] != 0)
+            NoteHash(offset, std::hash<String>()(TheText().SortKey((mvarNodes[offset]->*mvarSide)())));
+}
+
+void RepeatedTexts::NoteHash(std::size_t offset, std::uint64_t textHash) {
+    const auto hash = Mixed(textHash, mvarNodes[offset]->Parent().Get());
     const auto bit = static_cast<std::size_t>(hash) & mvarMask;
     mvarHashes[offset] = hash;
     if (mvarSeen[bit])
@@ -38,7 +55,8 @@ void RepeatedTexts::Note(std::size_t offset, std::uint64_t foldedHash) {
         mvarSeen[bit] = true;
 }
 
-std::vector<std::size_t> RepeatedTexts::Found() const {
+std::vector<std::size_t> RepeatedTexts::Found() {
+    if (!mvarPlain) NoteSortKeys();
     const auto candidates = Candidates();
     std::vector<std::size_t> places(
         PowerOfTwo(candidates.size() * 2)); // in `candidates`, from 1; 0 where there is none

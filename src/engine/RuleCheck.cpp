@@ -2,6 +2,7 @@
 
 #include "common/Numbers.h"
 #include "common/Ports.h"
+#include "engine/FittingNumbers.h"
 #include "engine/FormatTrials.h"
 #include "engine/TextTraits.h"
 #include "engine/TreeSurvey.h"
@@ -23,11 +24,19 @@ bool LiesBelow(const String& left, const String& right) {
     return leftNumber && rightNumber && *leftNumber < *rightNumber;
 }
 
-// A band's place among the layers.
-struct LayerPlace {
-    std::int32_t layer = 0; // from 1
-    bool twice = false;
-};
+bool TracksAnything(const Band& band) {
+    const auto& names = band.TrackedNames();
+    // Issuing joins the names before it looks whether there are any.
+    return names && names->Count() > 0 && (names->Count() > 1 || !names->Item(1).empty());
+}
+
+bool HasSeparators(const String& text) { return TraitsOf(text).hasSeparators; }
+
+// Of what is stored beside the name of an item.
+bool HasSeparatorsBesideItsName(const List& item) {
+    const auto& description = item.Description();
+    return HasSeparators(item.Value()) || (description && HasSeparators(description->Text()));
+}
 
 class Check {
   public:
@@ -57,12 +66,7 @@ class Check {
         for (const auto& layer : mvarRule.LayeredBands().Snapshot()) {
             const auto band = mvarRule.FindBand(layer->Name());
             mvarLayerBands.push_back(band.Get());
-            if (!band) continue;
-            const auto [place, isNew] = mvarLayers.try_emplace(band.Get());
-            if (isNew)
-                place->second.layer = static_cast<std::int32_t>(mvarLayerBands.size());
-            else
-                place->second.twice = true;
+            if (band) mvarLayers[band.Get()].push_back(mvarLayerBands.size() - 1);
         }
     }
 
@@ -77,6 +81,7 @@ class Check {
     void CheckBand(const Band& band) {
         if (HasAny(band.Name(), L"\r")) mvarFindings.Add(FindingKind::LineBreak, {Caption(1501)});
         if (HasAny(band.Formate(), L"\r")) mvarFindings.Add(FindingKind::LineBreak, {Caption(1504)});
+        if (HasAny(band.Value(), L"\r")) mvarFindings.Add(FindingKind::LineBreak, {Caption(1503)});
         switch (band.Style()) {
         case bsFixed: CheckFixed(band); break;
         case bsUsrMacro:
@@ -91,7 +96,6 @@ class Check {
 
     void CheckFixed(const Band& band) {
         const String& text = band.Default();
-        if (HasAny(text, L"\r")) mvarFindings.Add(FindingKind::LineBreak, {Caption(1503)});
         if (text.size() != static_cast<std::size_t>(band.Length())) mvarFindings.Add(FindingKind::FixedTextMissing);
         if (mvarRule.CodeUCased() && TraitsOf(text).hasSmallLetters)
             mvarFindings.Add(FindingKind::SmallLetters, {text});
@@ -129,18 +133,10 @@ class Check {
         return text.size() == static_cast<std::size_t>(band.Length());
     }
 
-    // The longer a number grows, the longer its text: the last one that fits is found by halving.
     void CountNumbers(const Band& band, const String& start) {
-        const auto fits = [&](std::uint32_t step) {
-            return HasLengthOf(band, FormattedWith(band.Formate(), Increased(start, step)));
-        };
-        if (fits(EnoughNumbers - 1)) return;
-        std::uint32_t last = 0;
-        for (std::uint32_t tooFar = EnoughNumbers - 1; tooFar - last > 1;) {
-            const auto middle = (last + tooFar) / 2;
-            (fits(middle) ? last : tooFar) = middle;
-        }
-        mvarFindings.Add(FindingKind::FewNumbers, {start, Increased(start, last), ToText(last + 1)});
+        const auto count = FittingNumbers(band, start, EnoughNumbers);
+        if (count < EnoughNumbers)
+            mvarFindings.Add(FindingKind::FewNumbers, {ToText(count), start, Increased(start, count - 1)});
     }
 
     void CheckNumberFormat(const Band& band) {
@@ -188,10 +184,7 @@ class Check {
     // -------------------------------------------------------------------------------------------------- tracked bands
 
     void CheckTracked(const Band& band) {
-        const auto& names = band.TrackedNames();
-        // Issuing joins the names before it looks whether there are any.
-        const bool none = !names || names->Count() == 0 || (names->Count() == 1 && names->Item(1).empty());
-        if (!none) {
+        if (TracksAnything(band)) {
             mvarCounts = true;
         } else if (band.Value().empty()) {
             mvarFindings.Add(FindingKind::TracksNothingEmpty);
@@ -212,24 +205,37 @@ class Check {
         if (!tracked) return mvarFindings.Add(FindingKind::TracksNoBand, {name});
         if (tracked == &band) return mvarFindings.Add(FindingKind::TracksItself);
         if (HasAny(name, L",")) mvarFindings.Add(FindingKind::TrackedNameNotSaved, {name});
-        if (HasAny(name, L";")) mvarFindings.Add(FindingKind::TrackedNameSplit, {name});
-        const bool isLater = mvarPositions.at(tracked.Get()) > mvarPositions.at(&band);
-        if (isLater && tracked->Style() == bsIncreaseNumber) mvarFindings.Add(FindingKind::TracksLater, {name});
+        if (band.Style() == bsIncreaseNumber) CheckIssuedWith(band, name, *tracked);
+    }
+
+    // Only a number is issued by what it tracks; a fixed text is known to it anyway, and what does not count is known
+    // wherever it stands.
+    void CheckIssuedWith(const Band& number, const String& name, const Band& tracked) {
+        if (HasAny(name, L";") && tracked.Style() != bsFixed) mvarFindings.Add(FindingKind::TrackedNameSplit, {name});
+        const bool isLater = mvarPositions.at(&tracked) > mvarPositions.at(&number);
+        if (isLater && tracked.Style() == bsIncreaseNumber && TracksAnything(tracked))
+            mvarFindings.Add(FindingKind::TracksLater, {name});
     }
 
     // ---------------------------------------------------------------------------------------------- fields and macros
 
     void CheckBound(const Band& band) {
-        const auto& item = band.BoundField();
-        const auto items = band.DataFields();
-        if (!item || item->Name().empty())
-            mvarFindings.Add(FindingKind::BoundToNothing);
-        else if (!items || !items->HasKey(item->Name()))
-            mvarFindings.Add(FindingKind::ItemGone, {item->Name()});
+        CheckBinding(band);
         if (band.SwapMode() == smSimpleSwap)
             CheckSimple(band);
         else if (band.SwapMode() == smNoneSwap && !band.Formate().empty())
             ReportTrial(band, mvarTrials.OfAnything(band.Formate(), band.Length()));
+    }
+
+    // A band that is converted in layers but is none of them is passed over by issuing.
+    void CheckBinding(const Band& band) {
+        const bool isUsed = band.SwapMode() != smLayersSwap || mvarLayers.count(&band) > 0;
+        const auto& item = band.BoundField();
+        const auto items = band.DataFields();
+        if (!item || item->Name().empty())
+            mvarFindings.Add(isUsed ? FindingKind::BoundToNothing : FindingKind::BoundToNothingUnused);
+        else if (!items || !items->HasKey(item->Name()))
+            mvarFindings.Add(isUsed ? FindingKind::ItemGone : FindingKind::ItemGoneUnused, {item->Name()});
     }
 
     void CheckSimple(const Band& band) {
@@ -243,6 +249,11 @@ class Check {
     void ReportLayer(const Band& band, const LayerSurvey& layer) {
         Report(FindingKind::CodeLength, layer.wrongLength, {ToText(band.Length())});
         Report(FindingKind::CodeReformatted, layer.reformatted, {band.Formate()});
+        ReportTexts(layer);
+    }
+
+    // What is found whatever band the layer belongs to.
+    void ReportTexts(const LayerSurvey& layer) {
         Report(FindingKind::SameCodes, layer.sameCodes);
         Report(FindingKind::SameValues, layer.sameValues);
         Report(FindingKind::RelationNotSaved, layer.notSaved);
@@ -251,6 +262,7 @@ class Check {
     }
 
     void ReportBeyond(const TreeSurvey& survey) {
+        Report(FindingKind::RelationNotSaved, survey.belowNotSaved);
         Report(FindingKind::RelationsBelow, survey.below);
         Report(FindingKind::RelationsLost, survey.lost);
     }
@@ -271,26 +283,31 @@ class Check {
             if (converts) mvarFindings.Add(FindingKind::LayerMissing);
             return;
         }
-        if (!converts) return mvarFindings.Add(FindingKind::NotLayered);
-        const auto& place = found->second;
-        if (place.twice) mvarFindings.Add(FindingKind::LayerTwice);
+        if (!band.IsBound())
+            mvarFindings.Add(FindingKind::LayerNotBound);
+        else if (!converts)
+            mvarFindings.Add(FindingKind::NotLayered);
+        const auto& layers = found->second;
+        if (layers.size() > 1) mvarFindings.Add(FindingKind::LayerTwice);
         if (HasAny(band.Name(), L",;")) mvarFindings.Add(FindingKind::LayerNameNotSaved);
         const auto& tree = mvarRule.ExistingRelations();
-        const auto& layer = mvarTree.layers[static_cast<std::size_t>(place.layer) - 1];
-        if (!tree || tree->Count() == 0)
-            mvarFindings.Add(FindingKind::NoRelations);
-        else if (layer.count == 0)
-            mvarFindings.Add(FindingKind::LayerEmpty, {ToText(place.layer)});
-        ReportLayer(band, layer);
+        if (!tree || tree->Count() == 0) return mvarFindings.Add(FindingKind::NoRelations);
+        for (const auto layer : layers)
+            CheckRelationsOfLayer(band, layer);
+    }
+
+    void CheckRelationsOfLayer(const Band& band, std::size_t layer) {
+        if (mvarTree.layers[layer].count == 0)
+            mvarFindings.Add(FindingKind::LayerEmpty, {ToText(static_cast<std::int64_t>(layer) + 1)});
+        ReportLayer(band, mvarTree.layers[layer]);
     }
 
     // ------------------------------------------------------------------------------------------------- the whole rule
 
     void CheckWhole() {
-        for (std::size_t i = 0; i < mvarLayerBands.size(); ++i)
-            if (mvarLayerBands[i] == nullptr)
-                mvarFindings.Add(FindingKind::LayerOfNoBand,
-                                 {mvarRule.LayeredBands().Item(static_cast<std::int64_t>(i) + 1)->Name()});
+        const auto layers = mvarRule.LayeredBands().Snapshot();
+        for (std::size_t i = 0; i < layers.size(); ++i)
+            CheckLayerItem(*layers[i], i);
         ReportBeyond(mvarTree);
         CheckItems(mvarRule.UsrFields());
         CheckItems(mvarRule.UsrMacros());
@@ -300,17 +317,28 @@ class Check {
         if (HasAny(mvarRule.Name(), L"\r")) mvarFindings.Add(FindingKind::LineBreak, {Caption(1501)});
     }
 
+    void CheckLayerItem(const List& item, std::size_t layer) {
+        if (mvarLayerBands[layer] == nullptr) {
+            mvarFindings.Add(FindingKind::LayerOfNoBand, {item.Name()});
+            ReportTexts(mvarTree.layers[layer]);
+        }
+        if (HasSeparators(item.ForeignName()) || HasSeparatorsBesideItsName(item))
+            mvarFindings.Add(FindingKind::LayerTextNotSaved, {item.Name()});
+    }
+
     void CheckItems(const Lists& items) {
-        for (const auto& item : items.Snapshot())
-            if (TraitsOf(item->Name()).hasSeparators || TraitsOf(item->ForeignName()).hasSeparators)
+        for (const auto& item : items.Snapshot()) {
+            if (HasSeparators(item->Name()) || HasSeparators(item->ForeignName()))
                 mvarFindings.Add(FindingKind::ItemNameNotSaved, {item->Name()});
+            if (HasSeparatorsBesideItsName(*item)) mvarFindings.Add(FindingKind::ItemTextNotSaved, {item->Name()});
+        }
     }
 
     const CodeClass& mvarRule;
     std::vector<Ref<Band>> mvarBands;
     std::unordered_map<const Band*, std::size_t> mvarPositions;
     std::vector<const Band*> mvarLayerBands; // one for each layer; null where the layer's name is no band's
-    std::unordered_map<const Band*, LayerPlace> mvarLayers;
+    std::unordered_map<const Band*, std::vector<std::size_t>> mvarLayers; // places in mvarLayerBands
     TreeSurvey mvarTree;
     FormatTrials mvarTrials;
     Findings mvarFindings;

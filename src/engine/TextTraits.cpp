@@ -70,9 +70,8 @@ class Look {
 
 TextTraits TraitsOf(const String& text) {
     const Look look(text);
-    TextTraits traits{look.Hash(), look.Has(Small), look.Has(Separator)};
-    if (!look.Has(Other)) return traits;
-    traits.foldedHash = Look(TheText().Lower(text)).Hash();
+    TextTraits traits{look.Hash(), look.Has(Small), look.Has(Separator), !look.Has(Other)};
+    if (traits.isPlain) return traits;
     traits.hasSmallLetters = traits.hasSmallLetters || TheText().Upper(text) != text;
     return traits;
 }

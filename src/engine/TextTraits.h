@@ -9,9 +9,10 @@
 namespace kestrel {
 
 struct TextTraits {
-    std::uint64_t foldedHash = 0; // the same for texts that differ in nothing but letter case
+    std::uint64_t foldedHash = 0; // of a plain text: the same for those that differ in nothing but letter case
     bool hasSmallLetters = false; // putting the text in capitals would change it
     bool hasSeparators = false;   // it holds a character that separates the parts of a definition: , ; or a line break
+    bool isPlain = true;          // it holds nothing but printable ASCII
 };
 
 [[nodiscard]] TextTraits TraitsOf(const String& text);

@@ -44,16 +44,22 @@ class Surveyor {
         const auto depth = DepthOf(offset);
         const String& code = mvarNodes[offset]->Text();
         const auto parent = mvarParents[offset];
-        if (depth < 0 || (parent >= 0 && static_cast<std::size_t>(parent) > offset)) mvarSurvey.lost.Add(code);
+        const bool comesAfterItsParent =
+            parent == NoParent || (parent >= 0 && static_cast<std::size_t>(parent) < offset);
+        if (!comesAfterItsParent || mvarSurvey.lost.count > 0) mvarSurvey.lost.Add(code);
         if (depth < 0) return;
-        if (static_cast<std::size_t>(depth) >= mvarBands.size()) {
-            mvarSurvey.below.Add(code);
-            return;
-        }
+        if (static_cast<std::size_t>(depth) >= mvarBands.size()) return SurveyBelow(offset);
         SurveyTexts(offset);
         SurveyCode(LayerOf(offset), code, mvarBands[static_cast<std::size_t>(depth)]);
         const bool isLast = static_cast<std::size_t>(depth) + 1 == mvarBands.size();
         if (!isLast && !mvarHasChild[offset]) LayerOf(offset).childless.Add(code);
+    }
+
+    void SurveyBelow(std::size_t offset) {
+        const String& code = mvarNodes[offset]->Text();
+        mvarSurvey.below.Add(code);
+        if (TraitsOf(code).hasSeparators || TraitsOf(mvarNodes[offset]->Tag()).hasSeparators)
+            mvarSurvey.belowNotSaved.Add(code);
     }
 
     void SurveyTexts(std::size_t offset) {
@@ -64,8 +70,8 @@ class Surveyor {
         ++layer.count;
         if (codeTraits.hasSmallLetters) layer.smallLetters.Add(code);
         if (codeTraits.hasSeparators || valueTraits.hasSeparators) layer.notSaved.Add(code);
-        mvarCodes.Note(offset, codeTraits.foldedHash);
-        mvarValues.Note(offset, valueTraits.foldedHash);
+        mvarCodes.Note(offset, codeTraits);
+        mvarValues.Note(offset, valueTraits);
     }
 
     // A node mostly stands where it was last found. Where one does not, every node notes where it stands, so that no

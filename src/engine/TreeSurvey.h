@@ -23,7 +23,7 @@ struct Tally {
 
 struct LayerSurvey {
     std::int32_t count = 0; // of all relations of the layer
-    Tally wrongLength;      // codes that, formatted as their band does, have not its length
+    Tally wrongLength;      // codes that, formatted as their band does, do not have its length
     Tally reformatted;      // codes that the band's format makes another text of
     Tally sameCodes;        // codes that an earlier sibling has, upper and lower case being the same
     Tally sameValues;       // values of that kind
@@ -35,7 +35,10 @@ struct LayerSurvey {
 struct TreeSurvey {
     std::vector<LayerSurvey> layers; // as many as bands were given
     Tally below;                     // codes of deeper layers
-    Tally lost;                      // codes that stand before the one that they lie below, or below none of the tree
+    Tally belowNotSaved;             // those of them that hold, or whose values hold, what separates them
+    // Codes that reading the tree's text does not bring back: from the first on that stands before its parent, or whose
+    // parent has left the tree.
+    Tally lost;
 };
 
 // `bands` are those that the layers' codes become values of, in the order of the layers; null where there is none.

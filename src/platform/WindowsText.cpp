@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <string>
 
 #include "platform/PlainFormats.h"
 #include "platform/Variant.h"
@@ -115,6 +116,22 @@ bool WindowsText::SameText(StringView left, StringView right) const {
     if (answer != Answer::AskTheSystem) return answer == Answer::Same;
     return CompareStringEx(LOCALE_NAME_USER_DEFAULT, TextComparison, left.data(), static_cast<int>(left.size()),
                            right.data(), static_cast<int>(right.size()), nullptr, nullptr, 0) == CSTR_EQUAL;
+}
+
+String WindowsText::SortKey(const String& text) const {
+    const int size = static_cast<int>(text.size());
+    // The key comes as bytes, into a buffer that is passed, and counted, as if it were a text.
+    const auto map = [&](char* key, int room) {
+        return LCMapStringEx(LOCALE_NAME_USER_DEFAULT, LCMAP_SORTKEY | TextComparison, text.data(), size,
+                             reinterpret_cast<LPWSTR>(key), room, nullptr, nullptr, 0);
+    };
+    std::string key(static_cast<std::size_t>(std::max(0, map(nullptr, 0))), '\0');
+    if (key.empty()) return {};
+    map(key.data(), static_cast<int>(key.size()));
+    String widened(key.size(), L'\0');
+    std::transform(key.begin(), key.end(), widened.begin(),
+                   [](char byte) { return static_cast<wchar_t>(static_cast<unsigned char>(byte)); });
+    return widened;
 }
 
 String WindowsText::Upper(const String& text) const { return Mapped<RaisedAscii>(text, LCMAP_UPPERCASE); }

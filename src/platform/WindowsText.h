@@ -14,6 +14,8 @@ class WindowsText final : public TextPort {
     [[nodiscard]] std::optional<double> Number(const String& text) const override;
     [[nodiscard]] std::optional<Date> ParseDate(const String& text) const override;
     [[nodiscard]] bool SameText(StringView left, StringView right) const override;
+    // One character for each byte of the system's key.
+    [[nodiscard]] String SortKey(const String& text) const override;
     [[nodiscard]] String Upper(const String& text) const override;
     [[nodiscard]] String Lower(const String& text) const override;
 };

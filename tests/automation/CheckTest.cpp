@@ -120,6 +120,19 @@ TEST_F(CheckTest, DatesThatStay) {
     EXPECT_EQ(MacroAfterTakingApart(L"2026-05-06"), L"2026-05-06");
 }
 
+// Without a year of four digits a month and a year are read as a day of the current year, so that they stay in that
+// year only.
+TEST_F(CheckTest, DatesThatStayInOneYearOnly) {
+    for (const wchar_t* format : {L"yy-mm", L"mm/yy", L"yy.mm"}) {
+        NumberRule(4, L"1", L"0000");
+        static_cast<void>(Object(rule, &_CodeClass::get_UsrMacros)->Remove(Arg(L"Day")));
+        AddMacro(5, format);
+        ASSERT_EQ(Sentences().size(), 1U) << testing::PrintToString(String(format));
+        EXPECT_NE(Sentences().front().find(L"changes its own result"), String::npos)
+            << testing::PrintToString(Sentences().front());
+    }
+}
+
 TEST_F(CheckTest, DatesWithoutSeparatorsThatStay) {
     AddMacro(8, L"yyyymmdd");
     EXPECT_EQ(Sentences(), Lines{});

@@ -25,18 +25,15 @@ bool TracksAnything(const Band& band) {
 }
 
 // Whether no code can be issued whatever the values of the fields are.
-bool IsImpossible(const CodeClass& rule, const Finding& finding) {
+bool IsImpossible(const Finding& finding) {
     switch (finding.kind) {
-    case FindingKind::LayerOfNoBand: return true;
-    case FindingKind::NotLayered: return !finding.band->IsBound();
     case FindingKind::FirstNumberLength: return TracksAnything(*finding.band);
-    // A layer-style band that is not among the layers is passed over.
+    case FindingKind::LayerOfNoBand:
+    case FindingKind::LayerNotBound:
     case FindingKind::BoundToNothing:
     case FindingKind::ItemGone:
     case FindingKind::NoRelations:
-    case FindingKind::LayerEmpty:
-        return finding.band->SwapMode() != smLayersSwap ||
-               rule.LayeredBands().FindItemPosition(finding.band->Name()) != 0;
+    case FindingKind::LayerEmpty: return true;
     default: return false;
     }
 }
@@ -102,8 +99,7 @@ void RequireThatItCirculates(CodeClass& rule) {
 }
 
 void CheckAgainstIssuing(CodeClass& rule, const std::vector<Finding>& findings) {
-    const bool impossible = std::any_of(findings.begin(), findings.end(),
-                                        [&rule](const Finding& finding) { return IsImpossible(rule, finding); });
+    const bool impossible = std::any_of(findings.begin(), findings.end(), IsImpossible);
     if (impossible)
         Require(!Succeeds([&] { static_cast<void>(rule.GetCode(gsNewCode)); }), "what is called impossible fails");
     else if (findings.empty() && rule.Count() > 0 && Fitting(rule).Fits())

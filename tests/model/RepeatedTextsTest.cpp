@@ -21,7 +21,7 @@ class RepeatedTextsTest : public testing::Test {
         const auto nodes = tree.View();
         RepeatedTexts texts(nodes, &cNode::Text);
         for (std::size_t offset = 0; offset < nodes.size(); ++offset)
-            if (offset != leftOut) texts.Note(offset, TraitsOf(nodes[offset]->Text()).foldedHash);
+            if (offset != leftOut) texts.Note(offset, TraitsOf(nodes[offset]->Text()));
         return texts.Found();
     }
 
@@ -57,13 +57,15 @@ class RepeatedTextsTest : public testing::Test {
 
 TEST_F(RepeatedTextsTest, AreFoundAsByComparingEachWithEach) {
     std::mt19937 random(7); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same trees in every run
-    const std::vector<String> alphabet{L"a", L"A", L"b", L"\u00E4", L"\u00C4", L"7"};
+    // The first of them are ASCII; a full-width letter is the same as that one, a soft hyphen is nothing.
+    const std::vector<String> alphabet{L"a", L"A", L"b", L"7", L"\uFF21", L"\u00E4", L"\u00C4", L"\u00AD"};
     std::size_t repeated = 0;
     for (int round = 0; round < 60; ++round) {
+        const auto letters = round % 2 == 0 ? 4 : alphabet.size();
         std::vector<String> codes(1 + random() % 120);
         for (auto& code : codes)
             for (std::size_t letter = 0; letter <= random() % 3; ++letter)
-                code += alphabet[random() % alphabet.size()];
+                code += alphabet[random() % letters];
         const auto tree = Tree(codes, 1 + round % 5);
         const auto found = Found(*tree, codes.size() / 2);
         EXPECT_EQ(found, Expected(*tree, codes.size() / 2)) << "round " << round;

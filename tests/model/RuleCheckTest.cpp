@@ -76,9 +76,9 @@ TEST_F(RuleCheckTest_Unused, BeginBesideADefault) {
     number->SetInitStart(L"500");
     EXPECT_EQ(SentencesOf(*rule), Lines{});
     number->SetInitStart(L"200");
-    EXPECT_EQ(SentencesOf(*rule),
-              (Lines{L"[Number] Numbers begin with 500; the beginning 200 is not used and kept for the "
-                     L"application."}));
+    EXPECT_EQ(
+        SentencesOf(*rule),
+        (Lines{L"[Number] Numbers begin with 500; the beginning 200 is not used; it is kept for the application."}));
 }
 
 TEST_F(RuleCheckTest_Unused, End) {
@@ -91,15 +91,13 @@ TEST_F(RuleCheckTest_Unused, End) {
 
 TEST_F(RuleCheckTest_Unused, Trigger) {
     Named(L"Number")->SetIncrMode(imTrigered);
-    EXPECT_EQ(SentencesOf(*rule),
-              (Lines{L"[Number] The raise mode 'Triggered Increase' and the trigger band '(None)' are "
-                     L"not used and kept for the application."}));
+    EXPECT_EQ(SentencesOf(*rule), (Lines{L"[Number] The raise mode 'Triggered Increase' and the trigger band '(None)' "
+                                         L"are not used; they are kept for the application."}));
     Named(L"Number")->SetIncrMode(imIncrAuto);
     EXPECT_EQ(SentencesOf(*rule), Lines{});
     Named(L"Number")->SetTrigerBand(Named(L"Period"));
-    EXPECT_EQ(SentencesOf(*rule),
-              (Lines{L"[Number] The raise mode 'Auto Increase' and the trigger band 'Period' are not "
-                     L"used and kept for the application."}));
+    EXPECT_EQ(SentencesOf(*rule), (Lines{L"[Number] The raise mode 'Auto Increase' and the trigger band 'Period' are "
+                                         L"not used; they are kept for the application."}));
 }
 
 TEST_F(RuleCheckTest_Unused, SmallLettersInAFixedText) {
@@ -111,11 +109,10 @@ TEST_F(RuleCheckTest_Unused, SmallLettersInAFixedText) {
 }
 
 TEST_F(RuleCheckTest_Unused, InARealisticRule) {
-    EXPECT_EQ(
-        SentencesOf(*OrdersRule()),
-        (Lines{L"[Number] Numbers do not stop at the end 099999; it is kept for the application.",
-               L"[Number] The raise mode 'Triggered Increase' and the trigger band 'Period' are not used and kept for "
-               L"the application."}));
+    EXPECT_EQ(SentencesOf(*OrdersRule()),
+              (Lines{L"[Number] Numbers do not stop at the end 099999; it is kept for the application.",
+                     L"[Number] The raise mode 'Triggered Increase' and the trigger band 'Period' are not used; they "
+                     L"are kept for the application."}));
 }
 
 } // namespace kestrel::test

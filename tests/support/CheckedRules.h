@@ -1,6 +1,7 @@
 // A rule of business with which all is well, for tests of what a check of rules finds.
 //
-// INV- + year and month + the customer's code + country and region in two layers + a number for each year and month.
+// INV- + year and month as the application gives them (four digits would be read as a number of days, were they
+// formatted as a date) + the customer's code + country and region in two layers + a number for each year and month.
 #pragma once
 
 #include "engine/RuleCheck.h"
@@ -11,7 +12,7 @@ namespace kestrel::test {
 inline Ref<CodeClass> GoodRule() {
     auto rule = Make<CodeClass>();
     AddFixed(*rule, L"Prefix", L"INV-");
-    AddMacro(*rule, L"Period", L"Day", 4)->SetFormate(L"yymm");
+    AddMacro(*rule, L"Period", L"Day", 4);
     const auto customer = AddField(*rule, L"Customer", L"Client", 2, smSimpleSwap);
     customer->Relations()->ImportNodes(L"2;,1,01,Acme;,2,02,Widgets & Co");
     AddField(*rule, L"Country", L"Land", 2, smLayersSwap);

@@ -111,6 +111,8 @@ std::optional<Date> StandInText::ParseDate(const String& text) const {
 
 bool StandInText::SameText(StringView left, StringView right) const { return Compared(left) == Compared(right); }
 
+String StandInText::SortKey(const String& text) const { return Compared(text); }
+
 String StandInText::Upper(const String& text) const { return Changed<UpperOf>(text); }
 String StandInText::Lower(const String& text) const { return Changed<LowerOf>(text); }
 

@@ -27,6 +27,7 @@ class StandInText final : public TextPort {
     [[nodiscard]] std::optional<double> Number(const String& text) const override;
     [[nodiscard]] std::optional<Date> ParseDate(const String& text) const override;
     [[nodiscard]] bool SameText(StringView left, StringView right) const override;
+    [[nodiscard]] String SortKey(const String& text) const override;
     [[nodiscard]] String Upper(const String& text) const override;
     [[nodiscard]] String Lower(const String& text) const override;
 };

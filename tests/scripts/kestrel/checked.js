@@ -7,7 +7,7 @@ var serial = rule.Add("Serial", 3, 0, "1", undefined, 2, "00");
 serial.TrackBands.Add("Prefix");
 var findings = rule.Check();
 check("one finding", findings.Count, 1);
-check("few numbers", findings.Item(1), "[Serial] The numbers run only from 1 to 99; that many they are: 99.");
+check("few numbers", findings.Item(1), "[Serial] There are only 99 number(s), from 1 to 99.");
 serial.Length = 4;
 serial.Formate = "0000";
 check("all is well", rule.Check().Count, 0);
