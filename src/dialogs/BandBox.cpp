@@ -89,19 +89,22 @@ void BandBoxPainter::Paint(HDC context, const RECT& area, const BandBox& box, bo
     const Selected font(context, mvarFont);
     RECT inner{area.left + Scaled(gap), area.top, area.right - Scaled(gap), area.bottom};
     FillWith(context, inner, selected ? COLOR_HIGHLIGHT : COLOR_BTNFACE);
-    if (!box.findings.empty())
-        PaintMark(context, inner, Scaled(markSide), selected ? COLOR_HIGHLIGHTTEXT : COLOR_HIGHLIGHT);
     FrameRect(context, &inner, GetSysColorBrush(selected ? COLOR_WINDOWTEXT : COLOR_BTNSHADOW));
     SetBkMode(context, TRANSPARENT);
     SetTextColor(context, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT));
     RECT line{inner.left + Scaled(4), inner.top + Scaled(6), inner.right - Scaled(4), 0};
     for (const String* text : {&box.name, &box.style, &box.sample}) {
         line.bottom = line.top + mvarLineHeight;
+        if (line.bottom > inner.bottom) break; // the box is cut
         PrintCentered(context, line, *text);
         line.top = line.bottom;
     }
-    InflateRect(&inner, -Scaled(2), -Scaled(2));
-    if (selected && focused) DrawFocusRect(context, &inner);
+    RECT focus = inner;
+    InflateRect(&focus, -Scaled(2), -Scaled(2));
+    if (selected && focused) DrawFocusRect(context, &focus);
+    // Over the frame of the focus, which would make another pattern of it.
+    if (!box.findings.empty())
+        PaintMark(context, inner, Scaled(markSide), selected ? COLOR_HIGHLIGHTTEXT : COLOR_HIGHLIGHT);
 }
 
 } // namespace kestrel::dialogs

@@ -141,11 +141,12 @@ void BandStrip::ScrollWhileDragging() {
     Follow(mvarMouse);
 }
 
-// Once it is moved it hangs lower than the boxes, whose names can be read above it.
+// Once it is moved it hangs lower than the boxes, whose names can be read above it, and ends where the view does.
 void BandStrip::PlaceCopy() const {
     const int grip = mvarPress.x - mvarLayout.Left(mvarDragged);
     RECT area = BoxArea(mvarMouse.x - grip + Margin(), mvarLayout.Width(mvarDragged));
     if (mvarMoved) OffsetRect(&area, 0, mvarPainter.NameBottom());
+    area.bottom = std::min(area.bottom, picBkg.Client().bottom);
     picMove.Move(area);
     picMove.Repaint();
 }

@@ -31,40 +31,56 @@ bool IsFrame(HWND window) noexcept {
     return HasClass(window, WC_BUTTONW) && (GetWindowLongW(window, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
 }
 
-// The system's object for a control, under another name.
+// What the system cannot know of a control; nothing where the system's own answer holds.
+struct Told {
+    std::function<String()> name;
+    std::function<String()> description;
+};
+
+// The system's object for a control, under another name or with a description.
 class NamedObject final : public AccessibleWindow {
   public:
-    NamedObject(HWND window, String name) : AccessibleWindow(window), mvarName(std::move(name)) {}
+    NamedObject(HWND window, Told told) : AccessibleWindow(window), mvarTold(std::move(told)) {}
 
     STDMETHODIMP get_accName(VARIANT child, BSTR* name) noexcept override {
-        if (V_VT(&child) != VT_I4 || V_I4(&child) != CHILDID_SELF) return AccessibleWindow::get_accName(child, name);
-        if (name == nullptr) return E_INVALIDARG;
-        *name = nullptr;
+        if (!mvarTold.name || !IsSelf(child)) return AccessibleWindow::get_accName(child, name);
+        return Tell(mvarTold.name, name);
+    }
+    STDMETHODIMP get_accDescription(VARIANT child, BSTR* description) noexcept override {
+        if (!mvarTold.description || !IsSelf(child)) return AccessibleWindow::get_accDescription(child, description);
+        return Tell(mvarTold.description, description);
+    }
+
+  private:
+    static bool IsSelf(const VARIANT& child) noexcept { return V_VT(&child) == VT_I4 && V_I4(&child) == CHILDID_SELF; }
+
+    HRESULT Tell(const std::function<String()>& source, BSTR* text) noexcept {
+        if (text == nullptr) return E_INVALIDARG;
+        *text = nullptr;
         return Answer([&] {
-            *name = Bstr(mvarName.empty() ? NameBefore(Window()) : mvarName).Detach();
+            *text = Bstr(source()).Detach();
             return S_OK;
         });
     }
 
-  private:
-    String mvarName; // empty: of what stands before it
+    Told mvarTold;
 };
 
 } // namespace
 
 class ControlNames::NamedControl final : public Subclass {
   public:
-    NamedControl(HWND window, String name) : mvarName(std::move(name)) { Attach(window); }
+    NamedControl(HWND window, Told told) : mvarTold(std::move(told)) { Attach(window); }
 
   protected:
     std::optional<LRESULT> Handle(UINT message, WPARAM wParam, LPARAM lParam) override {
         if (message == WM_DESTROY) mvarObject.End();
         if (message != WM_GETOBJECT) return std::nullopt;
-        return mvarObject.Answer(wParam, lParam, [this] { return new NamedObject(Window(), mvarName); });
+        return mvarObject.Answer(wParam, lParam, [this] { return new NamedObject(Window(), mvarTold); });
     }
 
   private:
-    String mvarName;
+    Told mvarTold;
     AccessibleOwner<NamedObject> mvarObject;
 };
 
@@ -94,7 +110,12 @@ void ControlNames::NameAll(HWND form) {
 }
 
 void ControlNames::Name(HWND control, const String& name) {
-    mvarControls.push_back(std::make_unique<NamedControl>(control, name));
+    const auto told = [control, name] { return name.empty() ? NameBefore(control) : name; };
+    mvarControls.push_back(std::make_unique<NamedControl>(control, Told{told, {}}));
+}
+
+void ControlNames::Describe(HWND control, std::function<String()> description) {
+    mvarControls.push_back(std::make_unique<NamedControl>(control, Told{{}, std::move(description)}));
 }
 
 } // namespace kestrel::dialogs

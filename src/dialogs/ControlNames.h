@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -31,6 +32,8 @@ class ControlNames {
     void NameAll(HWND form);
     // Gives a control that name, whatever its own text.
     void Name(HWND control, const String& name);
+    // What a reader may tell beyond the control's name, asked for each time.
+    void Describe(HWND control, std::function<String()> description);
 
   private:
     class NamedControl;

@@ -21,10 +21,10 @@ void AddLine(String& tip, const String& sentence) {
 } // namespace
 
 FindingTexts::FindingTexts(const std::vector<Finding>& findings) : mvarCount(findings.size()) {
-    for (const auto& finding : findings) {
-        AddLine(mvarAll, finding.sentence);
-        if (finding.band) AddLine(mvarOfBands[finding.band.Get()], finding.sentence);
-    }
+    for (const auto& finding : findings)
+        AddLine(finding.band ? mvarOfBands[finding.band.Get()] : mvarAll, finding.sentence);
+    for (const auto& finding : findings)
+        if (finding.band) AddLine(mvarAll, finding.sentence);
 }
 
 String FindingTexts::Of(const Band& band) const {

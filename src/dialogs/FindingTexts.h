@@ -1,5 +1,5 @@
 // The findings of a rule as the designer tells them: those about each band in the tip of its box, how many there are in
-// the status line, and all of them, those about the whole rule too, in the tip of that line.
+// the status line, and all of them in the tip of that line: first those about the whole rule, which stand nowhere else.
 //
 // A tip is read at a glance: what would make it too long is cut off, with "…" at the end.
 #pragma once

@@ -76,6 +76,7 @@ void Form::Initialise(HWND window) {
     KeepSystemFromRescaling(window);
     mvarLayout.Record(window);
     mvarTips.Create(window);
+    mvarTips.SetResolution(static_cast<int>(mvarLayout.Dpi()));
     CollectControls();
     LocaliseForm(*this);
     mvarNames.NameAll(window);
@@ -141,6 +142,7 @@ void Form::SetFont(const String& name, double points) {
 // The font before goes only when everything has the new one.
 void Form::ApplyLayout(UINT dpi) {
     const auto before = mvarLayout.Apply(mvarFontName, mvarFontPoints, dpi);
+    mvarTips.SetResolution(static_cast<int>(dpi));
     Form_Resize();
 }
 

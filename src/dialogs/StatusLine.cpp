@@ -21,16 +21,29 @@ String OnOneLine(String text) {
 
 void StatusLine::Attach() {
     mvarBox.Attach(lblStatus.Window(), [this](HDC context, const RECT& area) { Paint(context, area); });
+    mvarForm.AccessibleNames().Describe(lblStatus.Window(),
+                                        [this] { return mvarForm.Tips().Text(lblStatus.Window()); });
 }
 
-void StatusLine::Refuse(const Error& error) { Set(OnOneLine(error.Description()), error.Description(), true); }
+void StatusLine::Refuse(const Error& error) {
+    mvarTells = false;
+    Set(OnOneLine(error.Description()), error.Description(), true);
+}
 
-void StatusLine::Tell(const String& text, const String& tip) { Set(text, tip, false); }
+void StatusLine::Tell(const String& text, const String& tip) {
+    if (mvarTells) Set(text, tip, false);
+}
+
+void StatusLine::Clear() {
+    mvarTells = false;
+    Set({}, {}, false);
+}
 
 void StatusLine::Set(const String& text, const String& tip, bool refusal) {
     mvarIsRefusal = refusal;
     lblStatus.SetText(text);
     mvarForm.Tips().Set(lblStatus.Window(), tip);
+    NotifyWinEvent(EVENT_OBJECT_DESCRIPTIONCHANGE, lblStatus.Window(), OBJID_CLIENT, CHILDID_SELF);
     if (mvarBox.Window() != nullptr) mvarBox.Repaint();
 }
 

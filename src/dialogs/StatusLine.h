@@ -16,9 +16,10 @@ class StatusLine {
     // Once, when the form is loaded.
     void Attach();
     void Refuse(const Error& error);
-    // The tip tells more than the line has room for; empty for none.
+    // What is so when the form opens, and what becomes of it; the tip tells more than the line has room for, and screen
+    // readers read it as the line's description. Once the line was cleared or something was refused it stays out.
     void Tell(const String& text, const String& tip);
-    void Clear() { Tell({}, {}); }
+    void Clear();
 
   private:
     void Set(const String& text, const String& tip, bool refusal);
@@ -27,6 +28,7 @@ class StatusLine {
     Form& mvarForm;
     Label lblStatus;
     PictureBox mvarBox;
+    bool mvarTells = true;
     bool mvarIsRefusal = false;
 };
 

@@ -10,7 +10,9 @@ namespace kestrel::dialogs {
 
 namespace {
 
-constexpr int widestTip = 400;
+constexpr int widestTip = 400; // at 96 dpi
+// Several sentences take longer to read than the few seconds that the system shows a tip; it takes no longer time.
+constexpr LPARAM longestMilliseconds = 32767;
 
 TTTOOLINFOW ToolOf(HWND form, HWND control) noexcept {
     TTTOOLINFOW tool{};
@@ -27,7 +29,11 @@ void ToolTips::Create(HWND form) noexcept {
     mvarForm = form;
     mvarWindow = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0,
                                  0, 0, form, nullptr, ThisModule(), nullptr);
-    SendMessageW(mvarWindow, TTM_SETMAXTIPWIDTH, 0, widestTip);
+    SendMessageW(mvarWindow, TTM_SETDELAYTIME, TTDT_AUTOPOP, longestMilliseconds);
+}
+
+void ToolTips::SetResolution(int dpi) const noexcept {
+    SendMessageW(mvarWindow, TTM_SETMAXTIPWIDTH, 0, MulDiv(widestTip, dpi, 96));
 }
 
 void ToolTips::Set(HWND control, const String& text) const {

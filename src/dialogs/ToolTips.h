@@ -11,6 +11,9 @@ class ToolTips {
   public:
     // Belongs to the form's window and ends with it.
     void Create(HWND form) noexcept;
+    // How wide a tip becomes before it takes another line; at once after Create and whenever it changes.
+    void SetResolution(int dpi) const noexcept;
+    [[nodiscard]] HWND Window() const noexcept { return mvarWindow; }
     // Empty takes the tip away.
     void Set(HWND control, const String& text) const;
     // Empty when the control has none.

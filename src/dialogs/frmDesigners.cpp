@@ -73,7 +73,6 @@ void frmDesigners::Form_Load() {
     mvarStrip.Attach(StripActions(), TheStrings().Text(text::AppendTip));
     const auto code = cCode.Lock();
     RefreshBands(code.Get(), 0);
-    TellFindings();
 }
 
 void frmDesigners::CreateEditors() {
@@ -152,6 +151,7 @@ void frmDesigners::RefreshBands(CodeClass* code, std::optional<int> bandIndex, c
         boxes.back().findings = texts.Of(*band); // at once: to a screen reader they are a part of the name
     }
     mvarStrip.SetBoxes(std::move(boxes), mvarIndex);
+    mvarStatus.Tell(texts.Count(), texts.All());
     LoadProperties();
 }
 

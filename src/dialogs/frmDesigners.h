@@ -102,7 +102,6 @@ class frmDesigners final : public Form {
     static constexpr UINT FindingsMessage = WM_APP + 1; // posted to oneself
     void ShowFindings();
     void ShowFindingsSoon();
-    void TellFindings();
 
     WeakRef<CodeClass> cCode;
     Ref<cNodes> cRelations;

@@ -49,7 +49,9 @@ void frmDesigners::DropBand(int dragged, DropPlace place) {
     if (!code || !IsBandIndex(*code, dragged) || !IsBandIndex(*code, place.target)) return;
     const IndexKey target(String(code->Band(place.target + 1)->Name()));
     const auto band = code->Band(dragged + 1);
-    Trapped([&] { DragBand(band, place.after ? IndexKey() : target, place.after ? target : IndexKey()); });
+    const auto refusal =
+        Trapped([&] { DragBand(band, place.after ? IndexKey() : target, place.after ? target : IndexKey()); });
+    if (refusal && refusal->Number() != static_cast<int>(Message::NoDragNeeded)) throw *refusal;
 }
 
 void frmDesigners::MoveBand(int step) {

@@ -1,5 +1,5 @@
-// What is found about the rule: marks at the boxes of its bands, and a word when the form opens. Nothing is forbidden
-// by it.
+// What is found about the rule: marks at the boxes of its bands, and a word from when the form opens until the line is
+// needed for something else. Nothing is forbidden by it.
 
 #include <utility>
 
@@ -17,19 +17,12 @@ void frmDesigners::ShowFindings() {
     for (const auto& band : code->Bands())
         findings.push_back(texts.Of(*band));
     mvarStrip.SetFindings(std::move(findings));
+    mvarStatus.Tell(texts.Count(), texts.All());
 }
 
 // After a change that leaves the boxes as they are; once for all the changes that a step makes.
 void frmDesigners::ShowFindingsSoon() {
     if (Window() != nullptr && !std::exchange(mvarFindingsWait, true)) PostMessageW(Window(), FindingsMessage, 0, 0);
-}
-
-// What is found later is seen at the boxes, and the line is for what is refused.
-void frmDesigners::TellFindings() {
-    const auto code = cCode.Lock();
-    if (!code) return;
-    const FindingTexts texts(CheckRule(*code));
-    mvarStatus.Tell(texts.Count(), texts.All());
 }
 
 } // namespace kestrel::dialogs

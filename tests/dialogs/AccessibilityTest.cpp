@@ -99,6 +99,15 @@ TEST_P(AccessibilityTest, ControlsOfTheOptionsHaveTheirLabels) {
     ExpectNames(L"options", 1901, NamesOf(optionCaptions));
 }
 
+// What is found about the whole rule stands at no band.
+TEST_P(AccessibilityTest, TheStatusLineHasTheFindingsAsItsDescription) {
+    const DialogHost host(L"designer", LanguageName());
+    const Reading line(GetDlgItem(host.Window(), ID_lblStatus));
+    ASSERT_TRUE(line.Object());
+    EXPECT_EQ(line.Name(), dialogs::WindowText(GetDlgItem(host.Window(), ID_lblStatus)));
+    EXPECT_NE(line.Description().find(L"[Letter] "), String::npos) << testing::PrintToString(line.Description());
+}
+
 // --- The strip ---
 
 TEST_P(AccessibilityTest, TheStripIsAListOfTheBands) {

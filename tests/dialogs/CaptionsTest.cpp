@@ -238,6 +238,13 @@ TEST_P(CaptionsTest, NothingIsCutOffAtAnyResolution) {
                 SetWindowTextW(designer.Find(ID_lblInfo), strings.Text(hint).c_str());
                 ExpectRoom(designer.Find(ID_lblInfo), dpi);
             }
+            for (const int line : {1539, 1540}) { // of the findings
+                const HWND status = designer.Find(ID_lblStatus);
+                RECT room{};
+                GetClientRect(status, &room);
+                const String text = ReplaceStar(strings.Text(line), L"888");
+                EXPECT_LE(SizeOf(status, text, DT_SINGLELINE, 0).cx, room.right) << line << " at " << dpi;
+            }
             for (const auto& control : form->Controls())
                 ExpectRoom(control.window, dpi);
         }
@@ -260,8 +267,8 @@ TEST_P(CaptionsTest, QuestionsBeforeADeletionReadWellForAnyNumber) {
                         L"Sure to delete the relation?\r\n2 child relation(s) included.",
                         L"Sure to clean all relations?(6 relation(s) included.)"};
     const Texts german{
-        L"Soll die Zuordnung wirklich gelöscht werden?\r\nMit ihr gelöschte untergeordnete Zuordnungen: 1",
-        L"Soll die Zuordnung wirklich gelöscht werden?\r\nMit ihr gelöschte untergeordnete Zuordnungen: 2",
+        L"Soll die Zuordnung wirklich gelöscht werden?\r\nUntergeordnete Zuordnungen, die mit gelöscht werden: 1",
+        L"Soll die Zuordnung wirklich gelöscht werden?\r\nUntergeordnete Zuordnungen, die mit gelöscht werden: 2",
         L"Sollen wirklich alle Zuordnungen gelöscht werden? (Anzahl: 6)"};
     EXPECT_EQ(prompts.asked, GetParam() == Language::German ? german : english);
 }

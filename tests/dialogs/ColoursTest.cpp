@@ -2,6 +2,10 @@
 #include <array>
 
 #include "dialogs/Handles.h"
+#include "dialogs/frmAddBands.h"
+#include "dialogs/frmAddNodes.h"
+#include "dialogs/frmAdvanceds.h"
+#include "dialogs/frmDropFields.h"
 #include "dialogs/support/DesignerTest.h"
 
 namespace kestrel::test {
@@ -9,12 +13,12 @@ namespace kestrel::test {
 namespace {
 
 // The colours of a scheme with white text on black; each that the dialogs paint with is another.
-constexpr std::array<int, 10> parts{COLOR_WINDOW,    COLOR_WINDOWTEXT, COLOR_BTNFACE,       COLOR_BTNTEXT,
+constexpr std::array<int, 12> parts{COLOR_WINDOW,    COLOR_WINDOWTEXT, COLOR_BTNFACE,       COLOR_BTNTEXT,
                                     COLOR_BTNSHADOW, COLOR_HIGHLIGHT,  COLOR_HIGHLIGHTTEXT, COLOR_GRAYTEXT,
-                                    COLOR_MENU,      COLOR_MENUTEXT};
-constexpr std::array<COLORREF, 10> contrast{RGB(0, 0, 0),     RGB(255, 255, 255), RGB(0, 0, 64),      RGB(255, 255, 0),
+                                    COLOR_MENU,      COLOR_MENUTEXT,   COLOR_INFOBK,        COLOR_INFOTEXT};
+constexpr std::array<COLORREF, 12> contrast{RGB(0, 0, 0),     RGB(255, 255, 255), RGB(0, 0, 64),      RGB(255, 255, 0),
                                             RGB(192, 0, 192), RGB(0, 128, 0),     RGB(255, 240, 240), RGB(0, 255, 0),
-                                            RGB(0, 0, 0),     RGB(255, 255, 255)};
+                                            RGB(0, 0, 0),     RGB(255, 255, 255), RGB(64, 0, 0),      RGB(0, 255, 255)};
 
 // In force while it lives.
 class Contrast {
@@ -30,7 +34,7 @@ class Contrast {
     ~Contrast() { SetSysColors(static_cast<int>(parts.size()), parts.data(), mvarBefore.data()); }
 
   private:
-    std::array<COLORREF, 10> mvarBefore{};
+    std::array<COLORREF, contrast.size()> mvarBefore{};
 };
 
 // A taller caption and wider scroll bars, while it lives.
@@ -61,15 +65,15 @@ class ColoursTest : public DesignerTest {
         RunPendingMessages();
     }
     // How many of the control's pixels on the screen have that colour of the system.
-    [[nodiscard]] int Pixels(int id, int part) const {
-        const HWND control = screen->Control(id);
+    [[nodiscard]] int Pixels(int id, int part) const { return PixelsOf(screen->Control(id), GetSysColor(part)); }
+    [[nodiscard]] static int PixelsOf(HWND control, COLORREF colour) {
         RECT area{};
         GetClientRect(control, &area);
         const dialogs::WindowContext context(control);
         int count = 0;
         for (int y = 0; y < area.bottom; ++y)
             for (int x = 0; x < area.right; ++x)
-                if (GetPixel(context.Get(), x, y) == GetSysColor(part)) ++count;
+                if (GetPixel(context.Get(), x, y) == colour) ++count;
         return count;
     }
     [[nodiscard]] int Area(int id) const {
@@ -130,6 +134,47 @@ TEST_F(ColoursTest, EverythingIsPaintedInTheColoursOfTheSystem) {
     EXPECT_GT(Pixels(ID_tvwAvailable, COLOR_HIGHLIGHT), 200) << "the selected node, also without the focus";
     EXPECT_GT(Pixels(ID_tvwAvailable, COLOR_WINDOW), Area(ID_tvwAvailable) / 2);
     EXPECT_GT(Pixels(ID_lstTracks, COLOR_BTNFACE), Area(ID_lstTracks) / 2);
+}
+
+TEST_F(ColoursTest, ARefusalIsPaintedInTheColoursOfNotes) {
+    const Contrast scheme;
+    Select(ibNumber);
+    screen->Type(ID_txtLength, L"0");
+    ASSERT_NE(screen->Text(ID_lblStatus), L"");
+    ColoursHaveChanged();
+    EXPECT_GT(Pixels(ID_lblStatus, COLOR_INFOBK), Area(ID_lblStatus) / 2);
+    EXPECT_GT(Pixels(ID_lblStatus, COLOR_INFOTEXT), 20);
+    EXPECT_EQ(Pixels(ID_lblStatus, COLOR_BTNFACE), 0);
+}
+
+// The other four. What is painted otherwise would keep the grey of usual dialogs.
+TEST_F(ColoursTest, EveryDialogIsPaintedInTheColoursOfTheSystem) {
+    const COLORREF usualFace = GetSysColor(COLOR_BTNFACE);
+    form.reset();
+    const Contrast scheme;
+    dialogs::frmAddBands band(*rule);
+    band.ShowNewBand(L"Number", 2);
+    dialogs::frmAddNodes node(*rule);
+    node.ShowNodeEditor(rule->Band(ibRegion), L"N1", tvwNext, false);
+    dialogs::frmDropFields fields(*rule);
+    fields.Load();
+    dialogs::frmAdvanceds options;
+    options.ShowInfo(rule.Get(), L"");
+    for (dialogs::Form* each : std::initializer_list<dialogs::Form*>{&band, &node, &fields, &options}) {
+        ShowWindow(each->Window(), SW_SHOWNA);
+        SetWindowPos(each->Window(), HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOACTIVATE);
+        RedrawWindow(each->Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        RunPendingMessages();
+        RECT area{};
+        GetClientRect(each->Window(), &area);
+        EXPECT_GT(PixelsOf(each->Window(), GetSysColor(COLOR_BTNFACE)), area.right * area.bottom / 4)
+            << testing::PrintToString(each->Caption());
+        EXPECT_GT(PixelsOf(each->Window(), GetSysColor(COLOR_WINDOWTEXT)), 20)
+            << testing::PrintToString(each->Caption());
+        EXPECT_LT(PixelsOf(each->Window(), usualFace), area.right * area.bottom / 20)
+            << testing::PrintToString(each->Caption()) << " more than the edges of controls";
+        ShowWindow(each->Window(), SW_HIDE);
+    }
 }
 
 TEST_F(ColoursTest, LargeMeasuresCutNothingOff) {

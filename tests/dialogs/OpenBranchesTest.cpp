@@ -12,6 +12,17 @@ using Keys = std::vector<String>;
 
 class OpenBranchesTest : public testing::Test {
   protected:
+    // Of four nodes, N1 to N4.
+    static Ref<cNodes> Tree() {
+        auto tree = Make<cNodes>();
+        Fill(*tree);
+        return tree;
+    }
+    static void Fill(cNodes& tree) {
+        for (const auto* code : {L"1", L"2", L"3", L"4"})
+            tree.Add({}, tvwFirst, code, String(L"Value ") + code);
+    }
+
     dialogs::OpenBranches branches;
 
   private:
@@ -21,8 +32,8 @@ class OpenBranchesTest : public testing::Test {
 } // namespace
 
 TEST_F(OpenBranchesTest, EachTreeHasItsOwn) {
-    const auto first = Make<cNodes>();
-    const auto second = Make<cNodes>();
+    const auto first = Tree();
+    const auto second = Tree();
     branches.Keep(first, {L"N1", L"N4"});
     branches.Keep(second, {L"N1"});
     EXPECT_EQ(branches.Take(first), (Keys{L"N1", L"N4"}));
@@ -32,7 +43,7 @@ TEST_F(OpenBranchesTest, EachTreeHasItsOwn) {
 }
 
 TEST_F(OpenBranchesTest, WhatIsKeptLastCounts) {
-    const auto tree = Make<cNodes>();
+    const auto tree = Tree();
     branches.Keep(tree, {L"N1"});
     branches.Keep(tree, {L"N2"});
     EXPECT_EQ(branches.Take(tree), Keys{L"N2"});
@@ -44,17 +55,28 @@ TEST_F(OpenBranchesTest, WhatIsKeptLastCounts) {
 TEST_F(OpenBranchesTest, OnlyTheLastTreesAreRemembered) {
     std::vector<Ref<cNodes>> trees;
     for (std::size_t each = 0; each <= dialogs::OpenBranches::MostTrees; ++each) {
-        trees.push_back(Make<cNodes>());
+        trees.push_back(Tree());
         branches.Keep(trees.back(), {L"N1"});
-        branches.Keep(Make<cNodes>(), {}); // nothing is open there: it takes no place
+        branches.Keep(Tree(), {}); // nothing is open there: it takes no place
     }
     EXPECT_EQ(branches.Take(trees.front()), Keys{});
     for (std::size_t each = 1; each < trees.size(); ++each)
         EXPECT_EQ(branches.Take(trees[each]), Keys{L"N1"}) << each;
 }
 
+TEST_F(OpenBranchesTest, KeysThatOtherNodesHaveNowAreForgotten) {
+    const auto tree = Tree();
+    branches.Keep(tree, {L"N1", L"N3"});
+    tree->Cls();
+    Fill(*tree);
+    EXPECT_EQ(branches.Take(tree), Keys{});
+    branches.Keep(tree, {L"N1", L"N3", L"N9"});
+    tree->Remove(L"N3");
+    EXPECT_EQ(branches.Take(tree), Keys{L"N1"});
+}
+
 TEST_F(OpenBranchesTest, NoTreeIsKeptAlive) {
-    auto tree = Make<cNodes>();
+    auto tree = Tree();
     const WeakRef<cNodes> weak(tree);
     branches.Keep(tree, {L"N1"});
     tree = nullptr;

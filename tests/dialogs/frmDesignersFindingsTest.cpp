@@ -2,6 +2,10 @@
 #include <algorithm>
 #include <chrono>
 
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include "dialogs/FindingTexts.h"
 #include "dialogs/support/DesignerTest.h"
 #include "engine/RuleCheck.h"
@@ -49,7 +53,7 @@ TEST_F(frmDesignersFindingsTest, TheStatusLineCountsThemWhenTheDesignerOpens) {
     ASSERT_EQ(findings.size(), 2U);
     Reopen(rule);
     EXPECT_EQ(screen->Text(ID_lblStatus), L"2 findings about this rule. Point here to read them.");
-    EXPECT_EQ(StatusTip(), findings[0].sentence + L"\r\n" + findings[1].sentence);
+    EXPECT_EQ(StatusTip(), findings[1].sentence + L"\r\n" + findings[0].sentence) << "that of the rule first";
     screen->Key(ID_picBand, VK_RIGHT);
     EXPECT_EQ(screen->Text(ID_lblStatus), L"") << "the line is for what is refused";
     EXPECT_EQ(StatusTip(), L"");
@@ -58,6 +62,45 @@ TEST_F(frmDesignersFindingsTest, TheStatusLineCountsThemWhenTheDesignerOpens) {
 TEST_F(frmDesignersFindingsTest, AnEmptyRuleIsNotBegunYet) {
     Reopen(EmptyRule());
     EXPECT_EQ(screen->Text(ID_lblStatus), L"");
+}
+
+TEST_F(frmDesignersFindingsTest, TheCountFollowsTheRuleUntilTheLineIsNeeded) {
+    Reopen(GoodRule());
+    rule->Band(gbNumber)->SetFormate(L"\\N0000");
+    Reopen(rule);
+    const String one = L"1 finding about this rule. Point here to read it.";
+    const String two = L"2 findings about this rule. Point here to read them.";
+    ASSERT_EQ(screen->Text(ID_lblStatus), one);
+    rule->UsrFields().Add(L"A,B"); // by the host
+    RunPendingMessages();
+    EXPECT_EQ(screen->Text(ID_lblStatus), two);
+    rule->SetStyle(csSimple); // as the dialog of the options does; it announces nothing
+    screen->Click(ID_cmdAdvanced);
+    EXPECT_EQ(screen->Text(ID_lblStatus), L"3 findings about this rule. Point here to read them.");
+    rule->SetStyle(csNormal);
+    rule->Remove(gbNumber);
+    const auto findings = CheckRule(*rule);
+    EXPECT_EQ(screen->Text(ID_lblStatus), dialogs::FindingTexts(findings).Count());
+    screen->Key(ID_picBand, VK_RIGHT);
+    ASSERT_EQ(screen->Text(ID_lblStatus), L"");
+    rule->UsrFields().Add(L"C,D");
+    RunPendingMessages();
+    EXPECT_EQ(screen->Text(ID_lblStatus), L"") << "it does not come back";
+}
+
+TEST_F(frmDesignersFindingsTest, TheRuleIsTheFirstThatTheLineTellsOf) {
+    std::vector<Finding> findings(100, About(rule->Band(ibNumber), L"[Number] It tracks no band."));
+    findings.push_back(About(nullptr, L"The rule."));
+    EXPECT_EQ(dialogs::FindingTexts(findings).All().substr(0, 36), L"The rule.\r\n[Number] It tracks no ban");
+}
+
+TEST_F(frmDesignersFindingsTest, TipsStayLongEnoughToBeReadAndGrowWithTheResolution) {
+    const HWND tips = form->Tips().Window();
+    EXPECT_EQ(SendMessageW(tips, TTM_GETDELAYTIME, TTDT_AUTOPOP, 0), 32767);
+    EXPECT_EQ(SendMessageW(tips, TTM_GETMAXTIPWIDTH, 0, 0), 400);
+    RECT place{};
+    SendMessageW(form->Window(), 0x02E0, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&place)); // DPI changed
+    EXPECT_EQ(SendMessageW(tips, TTM_GETMAXTIPWIDTH, 0, 0), 600);
 }
 
 TEST_F(frmDesignersFindingsTest, TheyFollowTheRelations) {

@@ -50,6 +50,15 @@ class frmDesignersStripTest : public DesignerTest {
         const dialogs::WindowContext context(Strip());
         return GetPixel(context.Get(), box.right - 5, box.top + 3);
     }
+    // The one colour of the row of pixels of a box's mark where the frame of the focus would run.
+    [[nodiscard]] COLORREF MarkIn(const RECT& box) const {
+        UpdateWindow(Strip());
+        const dialogs::WindowContext context(Strip());
+        const COLORREF first = GetPixel(context.Get(), box.right - 5, box.top + 2);
+        for (int x = box.right - 8; x < box.right - 3; ++x)
+            if (GetPixel(context.Get(), x, box.top + 2) != first) return CLR_INVALID;
+        return first;
+    }
     [[nodiscard]] String TipAt(int x) {
         Mouse(WM_MOUSEMOVE, x);
         return form->Tips().Text(Strip());
@@ -193,6 +202,41 @@ TEST_F(frmDesignersStripTest, TheFloatingCopyHidesNeitherNamesNorTheMarker) {
     Mouse(WM_LBUTTONUP, to);
 }
 
+TEST_F(frmDesignersStripTest, TheFloatingCopyEndsWithTheStrip) {
+    for (int more = 1; more <= 4; ++more) // so that there is a scroll bar
+        rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
+    screen->Key(ID_picBand, VK_HOME);
+    const int from = MiddleOf(ibPrefix);
+    const int to = MiddleOf(ibRegion);
+    Mouse(WM_LBUTTONDOWN, from);
+    Mouse(WM_MOUSEMOVE, to);
+    RECT view{};
+    RECT copy{};
+    GetClientRect(screen->Control(ID_picBkg), &view);
+    GetWindowRect(screen->Control(ID_picMove), &copy);
+    MapWindowPoints(nullptr, screen->Control(ID_picBkg), reinterpret_cast<POINT*>(&copy), 2);
+    EXPECT_LE(copy.bottom, view.bottom);
+    EXPECT_GT(copy.bottom - copy.top, form->Layout().Scaled(20));
+    RunPendingMessages();
+    UpdateWindow(screen->Control(ID_picMove));
+    const dialogs::WindowContext context(screen->Control(ID_picMove));
+    EXPECT_EQ(GetPixel(context.Get(), (copy.right - copy.left) / 2, copy.bottom - copy.top - 1),
+              GetSysColor(COLOR_WINDOWTEXT))
+        << "its frame is whole";
+    SendMessageW(Strip(), WM_CAPTURECHANGED, 0, 0);
+}
+
+// A drop that a handler of the host or the rule refuses for another reason than that nothing moves is told.
+TEST_F(frmDesignersStripTest, ADropThatFailsIsTold) {
+    const int from = MiddleOf(ibPrefix);
+    const int to = MiddleOf(ibBranch);
+    Mouse(WM_LBUTTONDOWN, from);
+    Mouse(WM_MOUSEMOVE, to);
+    const auto host = rule->BandsChanged.Subscribe([] { throw Error(Message::InvalidCall); });
+    Mouse(WM_LBUTTONUP, to);
+    EXPECT_EQ(screen->Text(ID_lblStatus), Error(Message::InvalidCall).Description());
+}
+
 TEST_F(frmDesignersStripTest, APressNearTheEndDoesNotScrollTheStrip) {
     for (int more = 1; more <= 4; ++more)
         rule->Add({.name = L"Counter " + ToText(more), .style = bsIncreaseNumber, .defaultValue = L"1"});
@@ -299,7 +343,9 @@ TEST_F(frmDesignersStripTest, ABandWithFindingsHasAMarkAndItsTipTellsThem) {
     EXPECT_EQ(TipAt(number->left + 5), L"");
     screen->Type(ID_txtLength, L"7");
     EXPECT_EQ(CornerOf(*number), GetSysColor(COLOR_HIGHLIGHTTEXT));
-    const String first = L"[Number] The first number 1 is written as '00001', which has not 7 character(s).";
+    SetFocus(Strip());
+    EXPECT_EQ(MarkIn(*number), GetSysColor(COLOR_HIGHLIGHTTEXT)) << "the frame of the focus does not run through it";
+    const String first = L"[Number] The first number 1 is written as '00001', which does not have 7 character(s).";
     EXPECT_EQ(TipAt(number->left + 5).substr(0, first.size()), first);
     Select(gbPrefix);
     EXPECT_EQ(CornerOf(*number), GetSysColor(COLOR_HIGHLIGHT));

@@ -83,6 +83,12 @@ String Reading::Name(LONG child) const {
     return name.Text();
 }
 
+String Reading::Description() const {
+    Bstr description;
+    mvarObject->get_accDescription(ChildId(CHILDID_SELF), description.Out());
+    return description.Text();
+}
+
 String Reading::DefaultAction(LONG child) const {
     Bstr action;
     mvarObject->get_accDefaultAction(ChildId(child), action.Out());

@@ -53,6 +53,7 @@ class Reading {
 
     [[nodiscard]] IAccessible* Object() const noexcept { return mvarObject.Get(); }
     [[nodiscard]] String Name(LONG child = CHILDID_SELF) const;
+    [[nodiscard]] String Description() const;
     [[nodiscard]] String DefaultAction(LONG child) const;
     [[nodiscard]] LONG Role(LONG child = CHILDID_SELF) const;
     [[nodiscard]] LONG State(LONG child = CHILDID_SELF) const;
