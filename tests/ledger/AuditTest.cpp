@@ -11,6 +11,7 @@
 #include "ledger/RuleText.h"
 #include "ledger/core/Adoption.h"
 #include "ledger/core/Issuer.h"
+#include "ledger/core/NumberingIssuer.h"
 #include "ledger/core/Repair.h"
 #include "ledger/core/RuleChange.h"
 #include "ledger/core/Schema.h"
@@ -56,6 +57,8 @@ class AuditTest : public testing::Test {
         ledger::PrepareSchema(*mvarDatabase, Wait);
         FillGapless();
         FillFast();
+        FillReused();
+        FillNumberings();
         mvarDatabase->Begin(Access::Write);
         ASSERT_EQ(Found(), std::vector<std::wstring>());
         mvarHeads = Heads();
@@ -126,15 +129,25 @@ class AuditTest : public testing::Test {
         ledger::CodeMaker maker(definition);
         return ledger::ChangeRule(*mvarDatabase, Wait, {name, definition, policy, lease, {}, {}}, maker).rule;
     }
+    StoredRule ReusingRule(const std::wstring& definition) {
+        ledger::CodeMaker maker(definition);
+        ledger::RuleSettings settings;
+        settings.reuse = true;
+        const RuleChange change{L"reusing", definition, Policy::Gapless, {}, settings, {}};
+        return ledger::ChangeRule(*mvarDatabase, Wait, change, maker).rule;
+    }
     void Issue(const StoredRule& rule, const std::vector<std::wstring>& years, bool finishes = true) {
         ledger::CodeMaker maker(rule.definition.text);
         const auto issuer = ledger::MakeIssuer({*mvarDatabase, rule, maker, Wait});
+        IssueBy(*issuer, years, finishes);
+    }
+    static void IssueBy(ledger::Issuer& issuer, const std::vector<std::wstring>& years, bool finishes = true) {
         std::vector<ledger::Request> requests;
         for (const std::wstring& year : years)
             requests.push_back({{{L"Year", year}}, L"{\"Year\":\"" + year + L"\"}", ledger::NewTicket(), false});
-        for (const ledger::Outcome& outcome : issuer->Issue(requests, 10))
+        for (const ledger::Outcome& outcome : issuer.Issue(requests, 10))
             EXPECT_EQ(outcome.refusal, L"");
-        if (finishes) issuer->Finish();
+        if (finishes) issuer.Finish();
     }
 
     std::unique_ptr<ledger::Database> mvarDatabase;
@@ -181,6 +194,31 @@ class AuditTest : public testing::Test {
             return true;
         });
         Issue(rule, {L"2024", L"2024"}, false);
+    }
+
+    // Of four void numbers two are given again, and two wait for it.
+    void FillReused() {
+        const StoredRule rule = ReusingRule(NumberedRule(L".", L"Year"));
+        Issue(rule, {L"2024", L"2024", L"2024", L"2024", L"2024"});
+        for (const wchar_t* code : {L"2024.000001", L"2024.000002", L"2024.000003", L"2024.000004"})
+            ledger::VoidCodeOf(*mvarDatabase, Wait, rule, code, L"twice");
+        Issue(rule, {L"2024", L"2024"});
+    }
+
+    void FillNumberings() {
+        const StoredRule rule = Change(L"numbered", NumberedRule(L"+", L"Year"), Policy::Gapless, 100);
+        ledger::Numbering numbering;
+        ledger::NumberingPart part;
+        part.rule = rule.id;
+        numbering.parts = {part};
+        for (const wchar_t* name : {L"invoices", L"orders"}) {
+            numbering.name = name;
+            ledger::StoreNumbering(*mvarDatabase, Wait, numbering);
+        }
+        numbering = ledger::InSnapshot(*mvarDatabase, Wait,
+                                       [this] { return *ledger::Numberings(*mvarDatabase).Find(L"orders"); });
+        ledger::NumberingIssuer issuer(*mvarDatabase, Wait, numbering, {rule}, {});
+        IssueBy(issuer, {L"2024", L"2024", L"2025"});
     }
 
     void RemoveFiles() {
