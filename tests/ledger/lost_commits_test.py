@@ -263,7 +263,8 @@ class ImportsAtOnce(OnPostgres, LedgerCase):
         self.assertEqual(self.done("audit")[-1], f"{len(printed) + 1} codes, 0 findings")
 
     def test_of_a_new_rule(self):
-        self.done("rule", "list")  # makes the tables
+        self.import_rule(rules.numbered(), name="other")  # makes the tables
+        self.done("rule", "remove", "other")
         winner = self.import_both("rule")
         self.assertEqual(self.issue("2025")[4], DASHES[winner])
         self.assertEqual(len(self.database.query("SELECT number FROM kestrel_definitions")), 1)

@@ -210,7 +210,9 @@ class Patterns(Values):
         for formula, cause in (("=fiscl(Date):4", "there is no function \"fiscl\"; nearest: 'fiscal'"),
                                ("=left(Name):3", "left is given too few arguments; write left(VALUE LENGTH)"),
                                ("=luhn(Numbr):1", "the rule has no band \"Numbr\"; nearest: 'Number'")):
-            self.assertIn(cause, self.refused("rule", "new", "rule", f"{{{formula}}}{{###}}"))
+            result = self.kledger("rule", "new", "rule", f"{{{formula}}}{{###}}")
+            self.assertEqual((result.returncode, result.stdout), (1, ""), formula)
+            self.assertIn(cause, result.stderr)
 
 
 class MissingValues(Values):
@@ -327,7 +329,7 @@ class Refusals(Values):
     def test_a_number_that_its_format_makes_too_short(self):
         definition = rules.rule([band("Year", FIELD, length=4, item="Year"),
                                  band("Number", NUMBER, default="1", form="00", length=3, tracks=("Year",))], ("Year",))
-        self.import_rule(definition)
+        self.import_rule(definition, "--force")
         self.assertEqual(self.refusal("-f", "Year=2024"), "band Number: 2 characters, 3 expected: '01'")
 
     def test_codes_that_cannot_be_taken_apart(self):
