@@ -132,6 +132,7 @@ class SynchronousTest(StandbyCase):
         self.assertEqual(self.database.query("SELECT void_act FROM kestrel_codes"), [("2",)])
 
     def test_doctor_finds_nothing_wrong(self):
+        self.import_rule(rules.numbered())
         self.assertNotIn("warning", self.doctor()["standbys"])
         self.assertIn("1, commits wait for *", self.doctor()["standbys"]["value"])
 
@@ -144,6 +145,7 @@ class SynchronousTest(StandbyCase):
         self.assertNotIn("losesCommits", standbys)
 
     def test_doctor_finds_a_standby_that_commits_do_not_wait_for(self):
+        self.import_rule(rules.numbered())
         self.database.query(f"ALTER DATABASE {DATABASE} SET synchronous_commit = local")
         standbys = self.doctor()["standbys"]
         self.assertIn("set synchronous_commit to on", standbys["warning"])
