@@ -26,7 +26,9 @@ check_weight() {
     size="$(stat -c %s "$dll")"
     [ "$size" -le "$LARGEST" ] || fail "${dll#"$ROOT"/} has $size bytes, more than $LARGEST"
     ! objdump -h "$dll" | grep -q '\.debug_' || fail "${dll#"$ROOT"/} carries debug information"
-    objdump -h "$dll" | grep -q '\.gnu_debuglink' && [ -f "$dll.debug" ] || fail "${dll#"$ROOT"/} has no symbols beside it"
+    if ! objdump -h "$dll" | grep -q '\.gnu_debuglink' || [ ! -f "$dll.debug" ]; then
+        fail "${dll#"$ROOT"/} has no symbols beside it"
+    fi
     [ "$(time_stamp_of "$dll")" = 0 ] || fail "${dll#"$ROOT"/} carries the time at which it was built"
 }
 

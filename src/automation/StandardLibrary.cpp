@@ -5,15 +5,16 @@
 
 #include <cstdlib>
 
-namespace __gnu_cxx { // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the name to take the place of
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming): the library's
+// own names, whose place these take
+namespace __gnu_cxx {
 
 // For an exception that nothing catches. The one of the library's own takes the exception's name apart and writes it to
 // a console that a host seldom has; the process ends all the same.
-void __verbose_terminate_handler(); // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): likewise
-void __verbose_terminate_handler() {
-    std::abort();
-} // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): likewise
+void __verbose_terminate_handler();
+void __verbose_terminate_handler() { std::abort(); }
 
 } // namespace __gnu_cxx
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming)
 
 #endif

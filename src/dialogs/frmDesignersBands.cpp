@@ -51,7 +51,7 @@ void frmDesigners::DropBand(int dragged, DropPlace place) {
     const auto band = code->Band(dragged + 1);
     const auto refusal =
         Trapped([&] { DragBand(band, place.after ? IndexKey() : target, place.after ? target : IndexKey()); });
-    if (refusal && refusal->Number() != static_cast<int>(Message::NoDragNeeded)) throw *refusal;
+    if (refusal && refusal->Number() != static_cast<int>(Message::NoDragNeeded)) throw Error(*refusal);
 }
 
 void frmDesigners::MoveBand(int step) {
