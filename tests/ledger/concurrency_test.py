@@ -177,18 +177,25 @@ class Sqlite(OnSqlite, ConcurrencyTests, ConcurrencyCase):
         """A program works in the file itself: nothing is under way any more when it has ended."""
 
 
-class MariaDb(OnMariaDb, ConcurrencyTests, ConcurrencyCase):
-    pass
-
-
-class Postgres(OnPostgres, ConcurrencyTests, ConcurrencyCase):
+class ServerTests(ConcurrencyTests):
     def wait_until_alone(self):
-        """What a killed program has sent to be committed is still carried out, by the server's process for it."""
-        others = f"SELECT COUNT(*) FROM pg_stat_activity WHERE datname = '{self.database.database}'"
+        """What a killed program has sent to be committed is still carried out, by the server that it was sent to."""
         end = time.monotonic() + LONGEST
-        while self.server.query("postgres", others) != [("0",)]:
+        while self.others() != [("0",)]:
             self.assertLess(time.monotonic(), end, "the server is still busy with killed programs")
             time.sleep(0.02)
+
+
+class MariaDb(OnMariaDb, ServerTests, ConcurrencyCase):
+    def others(self):
+        return self.cluster.query("mysql", "SELECT COUNT(*) FROM information_schema.processlist WHERE db = "
+                                           f"'{self.database.database}'")
+
+
+class Postgres(OnPostgres, ServerTests, ConcurrencyCase):
+    def others(self):
+        return self.server.query("postgres", "SELECT COUNT(*) FROM pg_stat_activity WHERE datname = "
+                                             f"'{self.database.database}'")
 
     def issue_through_restarts(self, policy):
         """The server goes down twice under its clients, once in order and once at once; every record gets its one code."""
