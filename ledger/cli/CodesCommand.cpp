@@ -1,5 +1,6 @@
 // codes list, codes find, codes export
 #include <algorithm>
+#include <array>
 #include <set>
 
 #include "hosts/common/Console.h"
@@ -16,8 +17,8 @@ namespace {
 using hosts::HostError;
 
 // The columns that every code has; those of the fields come behind them.
-const std::vector<std::wstring> FixedColumns = {L"code",   L"rule",    L"state",   L"stored at",   L"definition",
-                                                L"ticket", L"void at", L"void by", L"void because"};
+constexpr std::array FixedColumns = {L"code",   L"rule",    L"state",   L"stored at",   L"definition",
+                                     L"ticket", L"void at", L"void by", L"void because"};
 
 CodeWish WishOf(Session& session, const CodesOptions& options) {
     CodeWish wish = options.wish;
@@ -81,7 +82,7 @@ std::vector<std::wstring> CsvFields(const FoundCode& code, const std::set<std::w
 }
 
 std::vector<std::wstring> CsvHeader(const std::set<std::wstring>& names) {
-    std::vector<std::wstring> columns = FixedColumns;
+    std::vector<std::wstring> columns(FixedColumns.begin(), FixedColumns.end());
     for (const std::wstring& name : names) {
         const bool isTaken = std::ranges::find(FixedColumns, name) != FixedColumns.end();
         columns.push_back(isTaken ? name + L" (field)" : name);

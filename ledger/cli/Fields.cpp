@@ -17,6 +17,11 @@ std::wstring NamesText(const FieldNames& known) {
     return text.empty() ? L"none" : text;
 }
 
+[[noreturn]] void RefuseTwice(const std::wstring& name, const std::wstring& before, const std::wstring& value) {
+    throw HostError(L"field \"" + name + L"\" is given twice, as \"" + before + L"\" and as \"" + value +
+                    L"\"; give it once");
+}
+
 } // namespace
 
 FieldNames::FieldNames(const CodeMaker& maker) : mvarNames(maker.Rule().Names()), mvarNeeded(maker.Needed()) {
@@ -43,8 +48,7 @@ FieldValues ParseFields(const FieldNames& known, const std::vector<std::wstring>
         const std::wstring value = text.substr(equals + 1);
         if (const auto before = std::ranges::find(values, name, &FieldValues::value_type::first);
             before != values.end())
-            throw HostError(L"field \"" + name + L"\" is given twice, as \"" + before->second + L"\" and as \"" +
-                            value + L"\"; give it once");
+            RefuseTwice(name, before->second, value);
         values.emplace_back(name, value);
     }
     return values;
