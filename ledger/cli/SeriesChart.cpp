@@ -28,7 +28,7 @@ class Chart {
         if (!report.gaps.empty()) mvarLowest = std::min(mvarLowest, report.gaps.front().first);
     }
 
-    std::wstring Text() const {
+    [[nodiscard]] std::wstring Text() const {
         return L"<svg viewBox=\"0 0 600 160\" preserveAspectRatio=\"none\" role=\"img\" aria-label=\"" + Label() +
                L"\"><path class=\"grid\" d=\"M0 " + Number(Margin) + L"H600M0 80H600M0 " + Number(Height - Margin) +
                L"H600\"/>" + Gaps() + Line() + Voids() + L"</svg>";
@@ -37,14 +37,14 @@ class Chart {
   private:
     [[nodiscard]] double X(std::chrono::sys_seconds at) const {
         const auto from = mvarReport.history.from;
-        const double all = static_cast<double>((mvarReport.history.to - from).count());
+        const auto all = static_cast<double>((mvarReport.history.to - from).count());
         const double share = all > 0 ? static_cast<double>((at - from).count()) / all : 0;
         return Margin + std::clamp(share, 0.0, 1.0) * (Width - 2 * Margin);
     }
 
     [[nodiscard]] double Y(double number) const {
-        const double low = static_cast<double>(mvarLowest);
-        const double all = static_cast<double>(mvarReport.series.last) - low;
+        const auto low = static_cast<double>(mvarLowest);
+        const auto all = static_cast<double>(mvarReport.series.last) - low;
         const double share = all > 0 ? (number - low) / all : 1;
         return Height - Margin - std::clamp(share, 0.0, 1.0) * (Height - 2 * Margin);
     }
