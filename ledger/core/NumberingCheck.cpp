@@ -33,7 +33,7 @@ class Check {
         throw HostError(L"numbering \"" + mvarNumbering.name + L"\": " + reason);
     }
 
-    const StoredRule& RuleOf(const NumberingPart& part) const {
+    [[nodiscard]] const StoredRule& RuleOf(const NumberingPart& part) const {
         const auto rule = std::ranges::find(mvarRules, part.rule, &StoredRule::id);
         if (rule == mvarRules.end()) Refuse(L"rule " + std::to_wstring(part.rule) + L" is not there any more");
         return *rule;

@@ -58,7 +58,7 @@ Numbering ReadRow(const Statement& row) {
     return numbering;
 }
 
-const std::wstring SelectText = L"SELECT id, name, revision, text FROM kestrel_numberings";
+const wchar_t* const SelectText = L"SELECT id, name, revision, text FROM kestrel_numberings";
 
 void Add(Database& database, Numbering& numbering) {
     const auto lowest = database.Prepare(L"SELECT MIN(id) FROM kestrel_numberings").First([](const Statement& row) {
@@ -103,10 +103,12 @@ bool NumberingPart::Fits(const FieldValues& record) const {
     return !day.empty() && day >= from && (until.empty() || day <= until);
 }
 
-std::vector<Numbering> Numberings::All() { return mvarDatabase.Prepare(SelectText + L" ORDER BY name").Rows(ReadRow); }
+std::vector<Numbering> Numberings::All() {
+    return mvarDatabase.Prepare(std::wstring(SelectText) + L" ORDER BY name").Rows(ReadRow);
+}
 
 std::optional<Numbering> Numberings::Find(const std::wstring& name) {
-    auto found = mvarDatabase.Prepare(SelectText + L" WHERE name = ?").Set(name).First(ReadRow);
+    auto found = mvarDatabase.Prepare(std::wstring(SelectText) + L" WHERE name = ?").Set(name).First(ReadRow);
     return found && !found->parts.empty() ? found : std::nullopt;
 }
 
@@ -124,7 +126,8 @@ void StoreNumbering(Database& database, Patience patience, const Numbering& numb
     const std::wstring ticket = NewTicket();
     InTransaction(database, patience, OnUniqueKey::Retry, [&] {
         Numbering stored = numbering;
-        const auto before = database.Prepare(SelectText + L" WHERE name = ?").Set(numbering.name).First(ReadRow);
+        const auto before =
+            database.Prepare(std::wstring(SelectText) + L" WHERE name = ?").Set(numbering.name).First(ReadRow);
         if (before && Journal(database, before->id).OfTicket(ticket)) return true; // its COMMIT was not answered
         CheckNumbering(numbering, Rules(database).All());
         if (before && numbering.revision == 0 && before->parts.empty()) { // it was removed, and comes back

@@ -42,6 +42,10 @@ FormulaNames NamesOf(const hosts::Rule& rule, const std::vector<hosts::Band>& ba
     return names;
 }
 
+[[noreturn]] void RefuseComputed(const PlannedFormula& formula, const std::wstring& name, const std::wstring& value) {
+    throw RecordError(L"macro " + name + L" is computed (" + formula.text + L"), no value expected: '" + value + L"'");
+}
+
 } // namespace
 
 std::wstring RefusalOf(const CheckedPart& part) {
@@ -123,9 +127,7 @@ void RecordValues::Give(const FieldValues& record) {
 RecordValues::Values RecordValues::Brought(const FieldValues& record) const {
     Values values;
     for (const auto& [name, value] : record) {
-        if (const PlannedFormula* formula = mvarFormulas.Find(name))
-            throw RecordError(L"macro " + name + L" is computed (" + formula->text + L"), no value expected: '" +
-                              value + L"'");
+        if (const PlannedFormula* formula = mvarFormulas.Find(name)) RefuseComputed(*formula, name, value);
         values[name] = value;
     }
     return values;

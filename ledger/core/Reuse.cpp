@@ -6,8 +6,9 @@ namespace ledger {
 
 namespace {
 
-const std::wstring SelectReused =
-    std::wstring(L"SELECT ") + CodeColumns + L", c.act FROM kestrel_reused c WHERE c.rule_id = ?";
+std::wstring SelectReused() {
+    return std::wstring(L"SELECT ") + CodeColumns + L", c.act FROM kestrel_reused c WHERE c.rule_id = ?";
+}
 
 // A number whose code is void and that waits for nobody yet, or the other way round.
 const wchar_t* const IsOfVoidCode =
@@ -143,11 +144,11 @@ std::vector<FreeNumber> Reuse::Wrong(bool isAllowed) {
 }
 
 std::vector<CodeRow> Reuse::All() {
-    return mvarDatabase.Prepare(SelectReused + L" ORDER BY c.act").Set(mvarRuleId).Rows(ReadReused);
+    return mvarDatabase.Prepare(SelectReused() + L" ORDER BY c.act").Set(mvarRuleId).Rows(ReadReused);
 }
 
 std::optional<ReusedCode> Reuse::Find(const std::wstring& code) {
-    const auto row = mvarDatabase.Prepare(SelectReused + L" AND c.code = ? ORDER BY c.act DESC")
+    const auto row = mvarDatabase.Prepare(SelectReused() + L" AND c.code = ? ORDER BY c.act DESC")
                          .Set(mvarRuleId)
                          .Set(code)
                          .First(ReadReused);

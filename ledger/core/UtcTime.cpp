@@ -2,14 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace ledger {
 
 namespace {
 
 // How a time looks: "9" is a digit. What of it is left out is as early as can be.
-const std::wstring Shape = L"9999-99-99T99:99:99Z";
-const std::wstring Earliest = L"0000-01-01T00:00:00Z";
+constexpr std::wstring_view Shape = L"9999-99-99T99:99:99Z";
+constexpr std::wstring_view Earliest = L"0000-01-01T00:00:00Z";
 constexpr std::array<std::size_t, 7> Lengths = {4, 7, 10, 13, 16, 19, 20};
 
 bool FitsShape(const std::wstring& text) {
@@ -26,7 +27,7 @@ bool FitsShape(const std::wstring& text) {
 std::optional<std::chrono::sys_seconds> TimeOf(const std::wstring& text) {
     using namespace std::chrono;
     if (!FitsShape(text)) return std::nullopt;
-    const std::wstring whole = text + Earliest.substr(text.size());
+    const std::wstring whole = text + std::wstring(Earliest.substr(text.size()));
     const auto part = [&whole](std::size_t at, std::size_t size) { return std::stoi(whole.substr(at, size)); };
     const year_month_day date(year(part(0, 4)), month(static_cast<unsigned>(part(5, 2))),
                               day(static_cast<unsigned>(part(8, 2))));

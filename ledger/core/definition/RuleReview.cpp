@@ -40,7 +40,7 @@ void SetUpForLedger(const hosts::Rule& copy) {
         const Variant name(anchor);
         const Variant fixed(static_cast<long>(BandStyle::Fixed));
         const Variant none(0L);
-        const Variant text(L"1");
+        const Variant text(std::wstring_view(L"1"));
         if (!hasAnchor) copy.Component().Call(L"Add", {&name, &fixed, &none, &text});
         hasAnchor = true;
         object.Object(L"TrackBands").Call(L"Add", {&name});

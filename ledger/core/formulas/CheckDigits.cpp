@@ -1,5 +1,6 @@
 #include "ledger/core/formulas/CheckDigits.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -102,10 +103,10 @@ std::wstring Modulo11Digit(std::wstring_view number, int highest) {
     const Digits digits = DigitsOf(number, Letters::Refused);
     int sum = 0;
     int weight = 2;
-    for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
-        sum += *digit * weight;
+    std::for_each(digits.rbegin(), digits.rend(), [&](int digit) {
+        sum += digit * weight;
         weight = weight == highest ? 2 : weight + 1;
-    }
+    });
     const int check = (11 - sum % 11) % 11;
     return check == 10 ? L"X" : Digit(check);
 }

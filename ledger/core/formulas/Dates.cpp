@@ -87,7 +87,9 @@ bool ReadIsoZone(Reader& reader) {
     if (reader.Take(L'Z') || reader.AtEnd()) return true;
     if (!reader.Take(L'+') && !reader.Take(L'-')) return false;
     if (!reader.Digits(2, 2, part)) return false;
-    return reader.AtEnd() || (reader.Take(L':') ? reader.Digits(2, 2, part) : reader.Digits(2, 2, part));
+    if (reader.AtEnd()) return true;
+    static_cast<void>(reader.Take(L':')); // it may be left out
+    return reader.Digits(2, 2, part);
 }
 
 std::optional<DateTime> ReadIso(std::wstring_view text) {

@@ -104,6 +104,7 @@ FormulaReferences ReferencesOf(const Expression& call) {
 
 FormulaSet::FormulaSet(const std::vector<MacroFormula>& formulas, const FormulaNames& names) {
     std::vector<PlannedFormula> read;
+    read.reserve(formulas.size());
     for (const MacroFormula& macro : formulas)
         read.push_back(Read(macro, names));
     mvarPlanned = Planner(std::move(read), names).Plan(formulas);

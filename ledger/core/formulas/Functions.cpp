@@ -51,7 +51,7 @@ DateTime Date(const Arguments& arguments, std::size_t at, const Surroundings& su
     const Expression& argument = *arguments.at[at];
     const FormulaValue value = Evaluate(argument, surroundings);
     if (const auto* date = std::get_if<DateTime>(&value)) return *date;
-    const std::wstring& text = std::get<std::wstring>(value);
+    const auto& text = std::get<std::wstring>(value);
     // What the rule itself writes is ISO 8601, however records are written.
     const auto read = argument.kind == Expression::Kind::Text ? DateFormat().Read(text) : surroundings.dates.Read(text);
     if (!read)

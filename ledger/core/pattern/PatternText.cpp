@@ -229,7 +229,7 @@ class Reader {
 
     std::wstring ReadCapital(const std::wstring& from, const std::wstring& to) {
         SkipBlanks();
-        const std::wstring letter(1, Peek());
+        std::wstring letter(1, Peek());
         if (letter < from || letter > to) Fail(mvarAt, L"a letter from " + from + L" to " + to + L" is expected");
         ++mvarAt;
         return letter;
@@ -474,7 +474,7 @@ std::wstring NumberText(const PatternPart& part) {
 std::wstring FormText(const PatternPart& part, std::optional<std::size_t> natural) {
     if (part.format.empty())
         return part.length == 0 || natural == part.length ? L"" : L":" + std::to_wstring(part.length);
-    const std::wstring format = L":" + FormatText(part.format);
+    std::wstring format = L":" + FormatText(part.format);
     if (part.length == 0 || FixedLengthOf(part.format) == part.length) return format;
     return format + L":" + std::to_wstring(part.length);
 }

@@ -73,6 +73,7 @@ class Tree {
     // As deep as there are layers.
     [[nodiscard]] std::vector<Relation> Below(const std::vector<std::size_t>& places) const {
         std::vector<Relation> relations;
+        relations.reserve(places.size());
         for (const std::size_t place : places)
             relations.push_back({mvarNodes[place].code, mvarNodes[place].value, Below(mvarNodes[place].below)});
         return relations;
