@@ -229,7 +229,7 @@ class Check {
 
     // A band that is converted in layers but is none of them is passed over by issuing.
     void CheckBinding(const Band& band) {
-        const bool isUsed = band.SwapMode() != smLayersSwap || mvarLayers.count(&band) > 0;
+        const bool isUsed = band.SwapMode() != smLayersSwap || mvarLayers.contains(&band);
         const auto& item = band.BoundField();
         const auto items = band.DataFields();
         if (!item || item->Name().empty())

@@ -125,6 +125,10 @@ class AuditTest : public testing::Test {
                std::to_wstring(row);
     }
 
+    static std::wstring Literal(const Column& column, const Cell& cell) {
+        return column.isNumber ? cell.value : L"'" + cell.value + L"'";
+    }
+
     StoredRule Change(const std::wstring& name, const std::wstring& definition, Policy policy, std::int64_t lease) {
         ledger::CodeMaker maker(definition);
         return ledger::ChangeRule(*mvarDatabase, Wait, {name, definition, policy, lease, {}, {}}, maker).rule;
@@ -143,6 +147,7 @@ class AuditTest : public testing::Test {
     }
     static void IssueBy(ledger::Issuer& issuer, const std::vector<std::wstring>& years, bool finishes = true) {
         std::vector<ledger::Request> requests;
+        requests.reserve(years.size());
         for (const std::wstring& year : years)
             requests.push_back({{{L"Year", year}}, L"{\"Year\":\"" + year + L"\"}", ledger::NewTicket(), false});
         for (const ledger::Outcome& outcome : issuer.Issue(requests, 10))
@@ -272,16 +277,16 @@ TEST_F(AuditTest, ValuesOfTwoRowsThatAreSwappedAreFound) {
             const Cell& one = cells[at - 1];
             const Cell& other = cells[at];
             if (one.value == other.value) continue;
-            const std::wstring quote = column.isNumber ? L"" : L"'";
             EXPECT_TRUE(IsFound({Setting(column, column.isNumber ? L"-1" : L"'between'", one.row),
-                                 Setting(column, quote + one.value + quote, other.row),
-                                 Setting(column, quote + other.value + quote, one.row)}))
+                                 Setting(column, Literal(column, one), other.row),
+                                 Setting(column, Literal(column, other), one.row)}))
                 << Narrow(column.table + L"." + column.name) << " of rows " << one.row << " and " << other.row;
         }
     }
 }
 
 TEST_F(AuditTest, RowsThatArePutInAreFound) {
+    // NOLINTBEGIN(bugprone-suspicious-missing-comma): statements that are longer than a line
     const std::vector<std::wstring> copies = {
         L"INSERT INTO kestrel_codes SELECT rule_id, '2024-000099', 'own', definition, origin, 0, stored_at, fields "
         L"FROM kestrel_codes WHERE code = '2024-000001'",
@@ -293,6 +298,7 @@ TEST_F(AuditTest, RowsThatArePutInAreFound) {
         L"seal FROM kestrel_leases WHERE first_number = 1",
         L"INSERT INTO kestrel_journal SELECT rule_id, 99, act, subject, detail, acted_at, acted_by, 'own', seal FROM "
         L"kestrel_journal WHERE number = 1"};
+    // NOLINTEND(bugprone-suspicious-missing-comma)
     for (const std::wstring& copy : copies)
         EXPECT_TRUE(IsFound({copy})) << Narrow(copy);
 }

@@ -5,7 +5,6 @@
 #include "hosts/common/Utf8.h"
 #include "ledger/core/definition/Untaken.h"
 
-using ledger::DefinitionText;
 using ledger::FindUntaken;
 using ledger::LineOf;
 using ledger::ReadDefinitionText;

@@ -8,7 +8,6 @@ namespace {
 
 using ledger::NumberBand;
 using ledger::Outlook;
-using ledger::Series;
 
 const std::chrono::sys_seconds Now = std::chrono::sys_days(std::chrono::year(2024) / 3 / 1);
 

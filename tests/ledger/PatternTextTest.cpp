@@ -239,7 +239,7 @@ TEST(PatternTextTest, WhatIsNotGivenIsNotWritten) {
         Pattern pattern = ParsePattern(text);
         const Pattern complete = pattern;
         for (PatternPart& part : pattern) {
-            const bool isSaid = std::wstring(text).find(L"/") != std::wstring::npos || part.name == L"Town";
+            const bool isSaid = std::wstring(text).find(L'/') != std::wstring::npos || part.name == L"Town";
             if (part.name != L"Town") part.name.clear();
             if (!isSaid) part.tracked.reset();
             if (part.kind == PartKind::Formula && part.text == L"year") part.text.clear();

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 using ledger::CalendarOf;
-using ledger::DateTime;
 using ledger::LoadWithWeek;
 using ledger::WeekOf;
 

@@ -48,8 +48,8 @@ int main() {
         Run();
         return 0;
     } catch (const kestrel::Failure& failure) {
-        std::fprintf(stderr, "%ls (0x%08lX)\n", failure.description.c_str(),
-                     static_cast<unsigned long>(failure.result));
+        static_cast<void>(std::fprintf(stderr, "%ls (0x%08lX)\n", failure.description.c_str(),
+                                       static_cast<unsigned long>(failure.result)));
         return 1;
     }
 }
