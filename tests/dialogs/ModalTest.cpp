@@ -378,6 +378,8 @@ TEST_F(ModalTest, AHundredThousandLevelsAreWorked) {
     constexpr int levels = 100000;
     rule = DeepRule(levels);
     auto& tree = rule->Relations();
+    // Work that grew as the square of the levels would take hours; machines that share their memory with others differ
+    // by ten.
     double lap = ProcessorSeconds();
     const auto took = [&lap] {
         const double before = std::exchange(lap, ProcessorSeconds());
@@ -391,23 +393,23 @@ TEST_F(ModalTest, AHundredThousandLevelsAreWorked) {
                 SendMessageW(view, TVM_GETNEXTITEM, which, SendMessageW(view, TVM_GETNEXTITEM, TVGN_ROOT, 0));
             SendMessageW(view, TVM_SELECTITEM, TVGN_CARET, item);
         };
-        EXPECT_LT(took(), 5.0) << "opening";
+        EXPECT_LT(took(), 40.0) << "opening";
         EXPECT_EQ(count(), levels);
         tree.Add(IndexKey(tree.Node(levels)->Key()), tvwChild, L"D", L"Deepest");
         RunPendingMessages();
         EXPECT_EQ(designer.SelectedTreeText(ID_tvwAvailable), L"D Deepest");
-        EXPECT_LT(took(), 10.0) << "adding below the last, which takes all items out and loads them again";
+        EXPECT_LT(took(), 80.0) << "adding below the last, which takes all items out and loads them again";
         prompts.answer = false;
         select(TVGN_CHILD);
         designer.Click(ID_cmdDelete);
         EXPECT_EQ(prompts.asked.back(), L"Sure to delete the relation?\r\n99999 child relation(s) included.");
-        EXPECT_LT(took(), 1.0) << "counting";
+        EXPECT_LT(took(), 8.0) << "counting";
         prompts.answer = true;
         designer.Click(ID_cmdDelete);
         RunPendingMessages();
         EXPECT_EQ(count(), 1);
         EXPECT_EQ(tree.Count(), 1);
-        EXPECT_LT(took(), 5.0) << "deleting";
+        EXPECT_LT(took(), 40.0) << "deleting";
     });
     rule->ShowDesigner();
     EXPECT_TRUE(visitor.Finished());
@@ -416,13 +418,13 @@ TEST_F(ModalTest, AHundredThousandLevelsAreWorked) {
 TEST_F(ModalTest, ALargeRuleIsWorkedWithoutWaiting) {
     rule = LargeRule();
     // What takes longer shows the hourglass.
-    const auto quick = [](const char* action, const std::function<void()>& step, double limit = 0.5) {
+    const auto quick = [](const char* action, const std::function<void()>& step, double limit = 4.0) {
         const double start = ProcessorSeconds();
         step();
         RunPendingMessages();
         EXPECT_LT(ProcessorSeconds() - start, limit) << action;
     };
-    constexpr double underHourglass = 2.0;
+    constexpr double underHourglass = 16.0;
     visitor.Then([&](const Screen& designer) {
         quick(
             "to a band without relations", [&] { designer.Key(ID_picBand, VK_END); }, underHourglass);
