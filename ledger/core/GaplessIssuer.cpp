@@ -58,9 +58,13 @@ void GaplessIssuer::SealNumbers(NewCode& code, const Heads& before) const {
     }
 }
 
-// The same code twice in a row, though the first attempt lost to whoever has it: no number leads on from it.
+// The same code twice in a row, and somebody has it: no number leads on from it, unless it counts where the series was
+// read, and was stored only after that.
 void GaplessIssuer::RefuseRepeated(const NewCode& code, const std::wstring& before) {
     if (code.row.code != before || !mvarCodes.Find(code.row.code)) return;
+    const std::vector<NumberHeld> counted = mvarCodes.NumbersOf(code.row.code);
+    const auto isCounted = [&](const NumberRow& row) { return std::ranges::find(counted, row.held) != counted.end(); };
+    if (std::ranges::any_of(code.numbers, isCounted)) return; // the INSERT fails, and the next attempt reads it
     RefuseSharedBetweenSeries(mvarWorkplace.rule, code.row.code);
     throw hosts::RecordError(IssuedAlready(code.row.code, mvarWorkplace.maker));
 }

@@ -7,7 +7,7 @@ from windows_program import command, path, run
 
 GAPLESS, FAST = ("gapless1", "gapless2"), ("fast1", "fast2")
 RULES = GAPLESS + FAST
-PATIENCE = 40  # seconds that a program is told to wait
+PATIENCE = 60  # seconds that a program is told to wait
 HUNG_AFTER = PATIENCE + 40
 FILE_TAKES = 60  # seconds at the very most
 YEARS = ("2023", "2024")
