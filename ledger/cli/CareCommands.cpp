@@ -87,17 +87,16 @@ std::wstring NameOf(const OpenLease& open) {
 // The first number of the lease that no code holds, and none after it.
 std::int64_t NextOf(Session& session, const OpenLease& open) {
     const auto highest = session.database
-                             .Prepare(L"SELECT MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND "
-                                      L"series = ? AND number >= ? "
-                                      L"AND number <= ? AND lease = ?")
+                             .Prepare(L"SELECT number FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND "
+                                      L"series = ? AND number >= ? AND number <= ? AND lease = ? ORDER BY number DESC "
+                                      L"LIMIT 1")
                              .Set(open.rule.id)
                              .Set(open.lease.band)
                              .Set(open.lease.series)
                              .Set(open.lease.first)
                              .Set(open.lease.last)
                              .Set(open.lease.first)
-                             .First([](const Statement& row) { return row.NumberIfAny(1); })
-                             .value_or(std::nullopt);
+                             .First([](const Statement& row) { return row.Number(1); });
     return highest ? std::min(*highest + open.rule.settings.step, open.lease.last + 1) : open.lease.first;
 }
 

@@ -49,9 +49,10 @@ void AddNumberRows(Database& database, std::int64_t ruleId, std::span<const Numb
 
 } // namespace
 
+// Not by MAX: a server that takes the table for small reads the whole series for that.
 const wchar_t* const HighestNumberQuery =
-    L"SELECT number, code, seal FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = "
-    L"(SELECT MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ?)";
+    L"SELECT number, code, seal FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? ORDER BY number "
+    L"DESC LIMIT 1";
 
 const wchar_t* const CodeColumns = L"c.code, c.ticket, c.definition, c.origin, c.void_act, c.stored_at, c.fields";
 
@@ -169,7 +170,7 @@ std::vector<NumberHeld> Codes::NumbersOf(const std::wstring& code) {
 
 std::optional<HighestNumber> Codes::Highest(const std::wstring& band, const std::wstring& series) {
     Statement& row = mvarDatabase.Prepare(HighestNumberQuery);
-    row.Set(mvarRuleId).Set(band).Set(series).Set(mvarRuleId).Set(band).Set(series);
+    row.Set(mvarRuleId).Set(band).Set(series);
     return row.First([](const Statement& found) {
         HighestNumber highest;
         highest.number = found.Number(1);
@@ -182,12 +183,8 @@ std::optional<HighestNumber> Codes::Highest(const std::wstring& band, const std:
 std::optional<std::wstring> Codes::HeadOfLease(const std::wstring& band, const std::wstring& series,
                                                std::int64_t lease) {
     return mvarDatabase
-        .Prepare(L"SELECT seal FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number = (SELECT "
-                 L"MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number >= ? AND "
-                 L"lease = ?)")
-        .Set(mvarRuleId)
-        .Set(band)
-        .Set(series)
+        .Prepare(L"SELECT seal FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number >= ? AND "
+                 L"lease = ? ORDER BY number DESC LIMIT 1")
         .Set(mvarRuleId)
         .Set(band)
         .Set(series)

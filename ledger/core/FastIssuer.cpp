@@ -126,8 +126,12 @@ void FastIssuer::TakeBlock(Block& block, const NumberBand& band, const std::wstr
     if (!block.lease.band.empty()) mvarUsedUp.push_back(block.lease);
     block = {};
     const std::wstring ticket = NewTicket();
+    bool tried = false; // by an attempt whose COMMIT was not answered
     const auto take = [&] {
         rules.Enter(mvarWorkplace.rule);
+        if (tried)
+            if (auto taken = mvarLeases.OfTicket(band, series, ticket)) return *std::move(taken);
+        tried = true;
         return mvarLeases.Take(band, series, std::max<std::int64_t>(wanted, 1), ticket);
     };
     const Lease lease = InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, take);

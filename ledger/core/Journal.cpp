@@ -42,10 +42,7 @@ std::wstring SealOf(std::int64_t ruleId, const Act& act, const std::wstring& bef
 }
 
 std::optional<Act> Journal::Newest() {
-    return mvarDatabase.Prepare(Select(L" AND number = (SELECT MAX(number) FROM kestrel_journal WHERE rule_id = ?)"))
-        .Set(mvarRuleId)
-        .Set(mvarRuleId)
-        .First(ReadRow);
+    return mvarDatabase.Prepare(Select(L" ORDER BY number DESC LIMIT 1")).Set(mvarRuleId).First(ReadRow);
 }
 
 bool BringsSettings(const Act& act) { return BringsDefinition(act) || act.kind == acts::Settings; }

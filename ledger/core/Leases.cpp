@@ -34,13 +34,11 @@ Lease ReadRow(const Statement& row) {
 } // namespace
 
 const std::array<const wchar_t*, 2> FirstFreeQueries = {
-    L"SELECT MAX(number) FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ?",
+    L"SELECT number FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? ORDER BY number DESC LIMIT 1",
     // The block taken last is the highest one, so its end is found through the key. One that was closed unused keeps
     // its first number, as its key.
     L"SELECT CASE WHEN last_number < first_number THEN first_number ELSE last_number END FROM kestrel_leases WHERE "
-    L"rule_id = ? AND band = ? AND series = ? AND first_number = "
-    L"(SELECT MAX(first_number) FROM kestrel_leases l WHERE l.rule_id = kestrel_leases.rule_id "
-    L"AND l.band = kestrel_leases.band AND l.series = kestrel_leases.series)"};
+    L"rule_id = ? AND band = ? AND series = ? ORDER BY first_number DESC LIMIT 1"};
 
 std::wstring SealOf(std::int64_t ruleId, const Lease& lease) {
     return SealText({})
@@ -64,25 +62,26 @@ std::int64_t Leases::FirstFree(const NumberBand& band, const std::wstring& serie
     std::int64_t first = band.start;
     std::int64_t behind = band.step; // a number that is stored; what is set aside has its last step in it
     for (const wchar_t* query : FirstFreeQueries) {
-        Statement& row = mvarDatabase.Prepare(query);
-        row.Set(mvarRuleId).Set(band.name).Set(series).Execute();
-        if (row.Fetch()) {
-            if (const auto taken = row.NumberIfAny(1)) first = std::max(first, *taken + behind);
-            row.Close();
-        }
+        const auto taken =
+            mvarDatabase.Prepare(query).Set(mvarRuleId).Set(band.name).Set(series).First([](const Statement& row) {
+                return row.Number(1);
+            });
+        if (taken) first = std::max(first, *taken + behind);
         behind = 1;
     }
     return first;
 }
 
+std::optional<Lease> Leases::OfTicket(const NumberBand& band, const std::wstring& series, const std::wstring& ticket) {
+    return mvarDatabase.Prepare(Select(L" AND band = ? AND series = ? AND ticket = ?"))
+        .Set(mvarRuleId)
+        .Set(band.name)
+        .Set(series)
+        .Set(ticket)
+        .First(ReadRow);
+}
+
 Lease Leases::Take(const NumberBand& band, const std::wstring& series, std::int64_t count, const std::wstring& ticket) {
-    if (auto taken = mvarDatabase.Prepare(Select(L" AND band = ? AND series = ? AND ticket = ?"))
-                         .Set(mvarRuleId)
-                         .Set(band.name)
-                         .Set(series)
-                         .Set(ticket)
-                         .First(ReadRow))
-        return *std::move(taken);
     Lease lease;
     lease.band = band.name;
     lease.series = series;
@@ -121,8 +120,8 @@ bool Leases::RemoveUnused(const Lease& lease) {
         L"DELETE FROM kestrel_leases WHERE rule_id = ? AND band = ? AND series = ? AND first_number = ? AND state = "
         L"'open'");
     const auto behind = mvarDatabase
-                            .Prepare(L"SELECT MAX(first_number) FROM kestrel_leases WHERE rule_id = ? AND band = ? AND "
-                                     L"series = ?")
+                            .Prepare(L"SELECT first_number FROM kestrel_leases WHERE rule_id = ? AND band = ? AND "
+                                     L"series = ? ORDER BY first_number DESC LIMIT 1")
                             .Set(mvarRuleId)
                             .Set(lease.band)
                             .Set(lease.series)

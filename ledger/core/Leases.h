@@ -41,9 +41,12 @@ class Leases {
     Leases(Database& database, std::int64_t ruleId) : mvarDatabase(database), mvarRuleId(ruleId) {}
 
     // Sets `count` steps of the band aside, fewer at its end: none below its start, none above its highest number, none
-    // that is stored or set aside already. Two programs that do so at once collide on a key; the same ticket again gets
-    // the lease that it has. A lease whose first number is above the highest is returned without being stored.
+    // that is stored or set aside already. Two programs that do so at once collide on a key. A lease whose first number
+    // is above the highest is returned without being stored.
     Lease Take(const NumberBand& band, const std::wstring& series, std::int64_t count, const std::wstring& ticket);
+    // The lease that was taken with that ticket; reads all of the series.
+    [[nodiscard]] std::optional<Lease> OfTicket(const NumberBand& band, const std::wstring& series,
+                                                const std::wstring& ticket);
     // All numbers of it are stored.
     void MarkUsed(const Lease& lease);
     // `next` is the first number of the lease that was not used. Nothing happens to one that is not open any more.

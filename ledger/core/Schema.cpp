@@ -26,7 +26,9 @@ const wchar_t* const Tables[] = {
     L"NULL, "
     L"subject LONGTEXT NOT NULL, detail LONGTEXT NOT NULL, acted_at TEXT(20) NOT NULL, acted_by TEXT(80) NOT NULL, "
     L"ticket TEXT(120) NOT NULL, seal TEXT(64) NOT NULL, PRIMARY KEY (rule_id, number), UNIQUE (rule_id, ticket))",
-    L"CREATE INDEX IF NOT EXISTS kestrel_numbers_of_codes ON kestrel_numbers (rule_id, code)",
+    // Not the rule first: a server that has no statistics yet takes this index for as good as the key where only the
+    // rule is named, and reads all numbers of the rule to find the highest one of a series.
+    L"CREATE INDEX IF NOT EXISTS kestrel_numbers_of_codes ON kestrel_numbers (code, rule_id)",
     L"CREATE TABLE IF NOT EXISTS kestrel_reused (rule_id BIGINT NOT NULL, act BIGINT NOT NULL, code TEXT(255) NOT "
     L"NULL, "
     L"ticket TEXT(120) NOT NULL, definition BIGINT NOT NULL, origin TEXT(8) NOT NULL, void_act BIGINT NOT NULL, "

@@ -27,7 +27,10 @@ class LeasesTest : public testing::Test {
     }
 
     Lease Take(std::int64_t count, const std::wstring& ticket) {
-        return Leases(*mvarDatabase, 1).Take({L"Number", 5, 2, 1, 99, {}}, L"2024-??", count, ticket);
+        return Leases(*mvarDatabase, 1).Take(Band, L"2024-??", count, ticket);
+    }
+    std::optional<Lease> OfTicket(const std::wstring& series, const std::wstring& ticket) {
+        return Leases(*mvarDatabase, 1).OfTicket(Band, series, ticket);
     }
     void Close(const Lease& lease, std::int64_t next) { Leases(*mvarDatabase, 1).Close(lease, next); }
     // First numbers and states, by first number.
@@ -39,6 +42,8 @@ class LeasesTest : public testing::Test {
     }
 
   private:
+    inline static const ledger::NumberBand Band = {L"Number", 5, 2, 1, 99, {}};
+
     void RemoveFiles() {
         std::error_code error;
         for (const char* suffix : {"", "-wal", "-shm"})
@@ -54,9 +59,16 @@ class LeasesTest : public testing::Test {
 TEST_F(LeasesTest, OneFollowsTheOther) {
     EXPECT_EQ(Take(5, L"a").last, 5);
     EXPECT_EQ(Take(5, L"b").first, 6);
-    EXPECT_EQ(Take(5, L"a").first, 1) << "the same request again";
     EXPECT_EQ(Take(500, L"c").last, 99);
     EXPECT_GT(Take(1, L"d").first, 99) << "nothing is left";
+}
+
+TEST_F(LeasesTest, OneIsFoundByItsTicketAndSeries) {
+    Take(5, L"a");
+    Take(5, L"b");
+    EXPECT_EQ(OfTicket(L"2024-?\?", L"b").value_or(Lease()).first, 6);
+    EXPECT_FALSE(OfTicket(L"2024-?\?", L"c").has_value());
+    EXPECT_FALSE(OfTicket(L"2025-?\?", L"b").has_value());
 }
 
 TEST_F(LeasesTest, WhatIsLeftOfTheLastOneGoesBack) {
