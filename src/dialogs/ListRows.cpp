@@ -47,6 +47,11 @@ Ref<List> BoundItem(const Band& band, int row) {
     return fields && row >= 1 && row <= fields->Count() ? fields->Item(row) : nullptr;
 }
 
+String BoundDescription(const Band& band) {
+    const auto field = band.BoundField();
+    return field && field->Description() ? field->Description()->Text() : String();
+}
+
 std::vector<String> TriggerRows(const CodeClass& rule, const Band* leftOut) {
     std::vector<String> rows{TheStrings().Text(text::None)};
     for (const auto& band : OtherBands(rule, leftOut))

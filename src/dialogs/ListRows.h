@@ -15,6 +15,9 @@ namespace kestrel::dialogs {
 [[nodiscard]] int BoundRow(const Band& band);
 // The item of that row; nothing for "(None)" or no row.
 [[nodiscard]] Ref<List> BoundItem(const Band& band, int row);
+// What the host says of the field or macro that the band is bound to, such as what a macro is computed from; empty when
+// it says nothing.
+[[nodiscard]] String BoundDescription(const Band& band);
 // "(None)", then the names of the rule's bands except the one left out.
 [[nodiscard]] std::vector<String> TriggerRows(const CodeClass& rule, const Band* leftOut);
 [[nodiscard]] int TriggerRow(const CodeClass& rule, const Band& band, const Band* leftOut);

@@ -120,6 +120,7 @@ void frmDesigners::ShowFirstStep(const CodeClass& code) const {
 void frmDesigners::ShowBound(const Band& band) {
     cboBound.SetRows(BoundRows(band));
     cboBound.SetListIndex(BoundRow(band));
+    Tips().Set(cboBound.Window(), BoundDescription(band));
 }
 
 void frmDesigners::ShowProperties(Band& band, const CodeClass& code) {
@@ -159,6 +160,7 @@ void frmDesigners::ClearProperties() {
         box->SetText({});
     for (const auto* combo : {&cboStyle, &cboBound, &cboIncrMode, &cboTrigerBand, &cboSwapMode})
         combo->SetListIndex(-1);
+    Tips().Set(cboBound.Window(), {});
     lstTracks.SetRows({});
     FollowRelations(nullptr);
     LoadRelations({});

@@ -28,6 +28,20 @@ TEST_F(frmDesignersPanelTest, ShowsANumberWithTheBandsItTracks) {
     EXPECT_FALSE(screen->Enabled(ID_cboTrigerBand));
 }
 
+TEST_F(frmDesignersPanelTest, TheTipOfTheFieldIsItsDescription) {
+    const auto tip = [this] { return form->Tips().Text(form->Find(ID_cboBound)); };
+    Select(ibRegion);
+    EXPECT_EQ(tip(), L"");
+    rule->Band(ibRegion)->BoundField()->SetDescription(Make<TextValue>(L"=left(Town 3)"));
+    Select(ibRegion);
+    EXPECT_EQ(tip(), L"=left(Town 3)");
+    Select(ibNumber);
+    EXPECT_EQ(tip(), L"") << "bound to nothing";
+    Select(ibRegion);
+    rule->Cls();
+    EXPECT_EQ(tip(), L"");
+}
+
 TEST_F(frmDesignersPanelTest, ABandThatMayNotBeModifiedIsOnlyShown) {
     rule->Band(ibNumber)->SetAllowModified(false);
     Select(ibNumber);
