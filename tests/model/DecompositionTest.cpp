@@ -24,7 +24,7 @@ TEST_F(DecompositionTest, SpreadsTheCodeOfARealisticRule) {
     EXPECT_EQ(rule->Band(L"Customer")->Value(), L"02");
     EXPECT_EQ(rule->Band(L"Number")->Value(), L"00317");
     EXPECT_EQ(rule->UsrFields().Item(L"Customer")->Value(), L"Widgets & Co");
-    EXPECT_EQ(rule->UsrMacros().Item(L"Day")->Value(), L"2406");
+    EXPECT_EQ(rule->UsrMacros().Item(L"Month")->Value(), L"2406");
     EXPECT_EQ(rule->UsrFields().Item(L"Clerk")->Value(), L"");
 }
 

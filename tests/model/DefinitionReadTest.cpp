@@ -34,7 +34,7 @@ TEST_F(DefinitionReadTest_Whole, RestoresARealisticRule) {
     EXPECT_EQ(number->TrigerBand(), mvarRule->Band(L"Period"));
     EXPECT_EQ(mvarRule->Band(L"Customer")->DataField(), mvarRule->UsrFields().Item(L"Customer"));
     EXPECT_EQ(mvarRule->Band(L"Customer")->Relations()->Style(), tsSimplified);
-    EXPECT_EQ(NamesOf(mvarRule->UsedFields()), L"Day Customer");
+    EXPECT_EQ(NamesOf(mvarRule->UsedFields()), L"Month Customer");
     EXPECT_EQ(mvarStandIns.prompts.informed, Lines{});
 }
 
