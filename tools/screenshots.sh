@@ -16,7 +16,7 @@ take() {
     # The locale is set by env, for the shell itself need not know it.
     env LC_ALL="$4" timeout 60 "$ROOT/tools/wine.sh" "$GALLERY" "$1" "$2" "$(windows_path "$WORK/$name.bmp")" \
         >"$WORK/$name.log" 2>&1 </dev/null || fail "no picture of $name, see $WORK/$name.log"
-    convert "$WORK/$name.bmp" -alpha off -strip -colors 128 "png8:$IMAGES/$name.png"
+    convert "$WORK/$name.bmp" -alpha off -strip +dither -colors 128 "png8:$IMAGES/$name.png"
     note "docs/images/$name.png"
 }
 
@@ -32,7 +32,7 @@ main() {
             take "$dialog" empty "$language" "$locale"
             take "$dialog" filled "$language" "$locale"
         done
-        for dialog in number drag relation modify; do
+        for dialog in number drag findings tip refusal relation modify; do
             take "$dialog" filled "$language" "$locale"
         done
     done

@@ -1,19 +1,23 @@
 // Shows one dialog, takes its picture from the screen, and closes it.
 // usage: dialog_gallery DIALOG RULE FILE.bmp [DPI]
-// DIALOG: designer, number (the same with a number selected), drag (while one of many bands is dragged), band,
-// relation, modify, fields, options; RULE: empty, filled; DPI: of the screen that the dialog is on, 96 when left out
+// DIALOG: designer, number (the same with a number selected), drag (while one of many bands is dragged), findings (as
+// it opens), tip (with the pointer on a band that has findings), refusal (of a value just typed), band, relation,
+// modify, fields, options; RULE: empty, filled; DPI: of the screen that the dialog is on, 96 when left out
 #include <windows.h>
 
 #include <commctrl.h>
 
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <set>
 #include <vector>
 
 #include "common/Ports.h"
 #include "dialogs/Handles.h"
 #include "dialogs/WindowsDialogs.h"
 #include "dialogs/support/Person.h"
+#include "dialogs/support/Reader.h"
 #include "dialogs/support/ShowDialog.h"
 #include "platform/PlatformPorts.h"
 #include "resources/dialogids.h"
@@ -85,9 +89,12 @@ void CALLBACK PictureAndClose(HWND, UINT, UINT_PTR timer, DWORD) {
     ExitProcess(taken ? 0 : 1); // without the questions that closing asks
 }
 
+HWND StripOf(HWND form) { return GetDlgItem(GetDlgItem(form, ID_picBkg), ID_picBand); }
+
 // Takes a band out of the strip and holds it over another, with the mouse of the system: a drag ends when that has its
 // button up.
-void DragABand(HWND strip) {
+void DragABand(HWND form) {
+    const HWND strip = StripOf(form);
     SendMessageW(strip, WM_KEYDOWN, VK_END, 0);
     RECT area{};
     GetWindowRect(strip, &area);
@@ -96,45 +103,86 @@ void DragABand(HWND strip) {
     test::Person::Point({(area.left + area.right) / 2, area.top + 20});
 }
 
-// Brings the dialog into a state worth a picture.
+void Pick(HWND form, int id, int row) {
+    SendDlgItemMessageW(form, id, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
+    SendMessageW(form, WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), 0);
+}
+
+void SelectBand(HWND form, int band) {
+    const HWND strip = StripOf(form);
+    SetFocus(strip);
+    for (int step = 1; step < band; ++step)
+        SendMessageW(strip, WM_KEYDOWN, VK_RIGHT, 0);
+}
+
+void OpenFirstNode(HWND form) {
+    const HWND tree = GetDlgItem(form, ID_tvwAvailable);
+    const LRESULT root = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0);
+    SendMessageW(tree, TVM_EXPAND, TVE_EXPAND, root);
+    SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, root);
+}
+
+// The pointer goes there step by step: a tip follows a pointer that moves within its control.
+void PointAtTheRegion(HWND form) {
+    const test::Place box = test::Reading(StripOf(form)).PlaceOf(test::ibRegion);
+    for (LONG offset : {20, 24, 28}) {
+        test::Person::Point({box.left + offset, box.top + 20});
+        test::RunPendingMessages(); // or the moves become one
+    }
+}
+
+// Leaves the box with a length that a number cannot have.
+void TypeAWrongLength(HWND form) {
+    SelectBand(form, test::ibNumber);
+    const HWND box = GetDlgItem(form, ID_txtLength);
+    SetFocus(box);
+    SetWindowTextW(box, L"0");
+    SetFocus(StripOf(form));
+}
+
+void FillNewBand(HWND form) {
+    SetDlgItemTextW(form, ID_txtName, L"Serial");
+    Pick(form, ID_cboStyle, bsIncreaseNumber);
+}
+
+void FillRelation(HWND form) {
+    SetDlgItemTextW(form, ID_txtCode, L"4");
+    SetDlgItemTextW(form, ID_txtValue, L"Rostock");
+}
+
+void SelectALayer(HWND form) {
+    SendDlgItemMessageW(form, ID_lstLayers, LB_SETCURSEL, 0, 0);
+    SendMessageW(form, WM_COMMAND, MAKEWPARAM(ID_lstLayers, LBN_SELCHANGE), 0);
+}
+
+// What brings a dialog into a state worth a picture; one that is not here is that as it opens.
+const std::map<std::wstring, void (*)(HWND)> thePreparations{
+    {L"designer",
+     [](HWND form) {
+         SelectBand(form, test::ibRegion);
+         OpenFirstNode(form);
+     }},
+    {L"number", [](HWND form) { SelectBand(form, test::ibNumber); }},
+    {L"drag", DragABand},
+    {L"tip", PointAtTheRegion},
+    {L"refusal", TypeAWrongLength},
+    {L"band", FillNewBand},
+    {L"relation", FillRelation},
+    {L"options", SelectALayer},
+    {L"fields", [](HWND form) { SendDlgItemMessageW(form, ID_lstFields, LB_SETSEL, TRUE, 0); }},
+};
+
 void CALLBACK Prepare(HWND, UINT, UINT_PTR timer, DWORD) {
     HWND form = nullptr;
     EnumThreadWindows(GetCurrentThreadId(), FindForm, reinterpret_cast<LPARAM>(&form));
     if (form == nullptr) return;
     KillTimer(nullptr, timer);
-    const auto pick = [form](int id, int row) {
-        SendDlgItemMessageW(form, id, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
-        SendMessageW(form, WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), 0);
-    };
     if (theDpi != 96) {
         RECT place{};
         SendMessageW(form, 0x02E0, MAKEWPARAM(theDpi, theDpi), reinterpret_cast<LPARAM>(&place)); // WM_DPICHANGED
     }
-    if (theDialog == L"drag") DragABand(GetDlgItem(GetDlgItem(form, ID_picBkg), ID_picBand));
-    if (theDialog == L"band") {
-        SetDlgItemTextW(form, ID_txtName, L"Serial");
-        pick(ID_cboStyle, bsIncreaseNumber);
-    }
-    if (theDialog == L"relation") {
-        SetDlgItemTextW(form, ID_txtCode, L"4");
-        SetDlgItemTextW(form, ID_txtValue, L"Rostock");
-    }
-    if (theDialog == L"designer" || theDialog == L"number") {
-        const HWND strip = GetDlgItem(GetDlgItem(form, ID_picBkg), ID_picBand);
-        SetFocus(strip);
-        const int band = theDialog == L"designer" ? test::ibRegion : test::ibNumber;
-        for (int step = 1; step < band; ++step)
-            SendMessageW(strip, WM_KEYDOWN, VK_RIGHT, 0);
-        const HWND tree = GetDlgItem(form, ID_tvwAvailable);
-        const LRESULT root = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0);
-        SendMessageW(tree, TVM_EXPAND, TVE_EXPAND, root);
-        SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, root);
-    }
-    if (theDialog == L"options") {
-        SendDlgItemMessageW(form, ID_lstLayers, LB_SETCURSEL, 0, 0);
-        SendMessageW(form, WM_COMMAND, MAKEWPARAM(ID_lstLayers, LBN_SELCHANGE), 0);
-    }
-    if (theDialog == L"fields") SendDlgItemMessageW(form, ID_lstFields, LB_SETSEL, TRUE, 0);
+    const auto found = thePreparations.find(theDialog);
+    if (found != thePreparations.end()) found->second(form);
 }
 
 } // namespace
@@ -151,8 +199,9 @@ int wmain(int argc, wchar_t** argv) {
     const auto rule = std::wstring(argv[2]) == L"filled" ? test::InvoiceRule() : test::EmptyRule();
     if (theDialog == L"drag") test::AddCounters(*rule, 6);
     if (std::wstring(argv[2]) == L"filled") SetTimer(nullptr, 0, settleMilliseconds / 2, Prepare);
-    SetTimer(nullptr, 0, settleMilliseconds, PictureAndClose);
-    const bool designer = theDialog == L"number" || theDialog == L"drag";
-    test::ShowDialog(*rule, designer ? L"designer" : theDialog);
+    // A tip comes when the pointer has rested for a while.
+    SetTimer(nullptr, 0, theDialog == L"tip" ? 4 * settleMilliseconds : settleMilliseconds, PictureAndClose);
+    const std::set<std::wstring> states{L"number", L"drag", L"findings", L"tip", L"refusal"};
+    test::ShowDialog(*rule, states.count(theDialog) != 0 ? L"designer" : theDialog);
     return 1; // closed by someone else
 }
