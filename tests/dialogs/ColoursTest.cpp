@@ -37,7 +37,7 @@ class Contrast {
     std::array<COLORREF, contrast.size()> mvarBefore{};
 };
 
-// A taller caption and wider scroll bars, while it lives.
+// A taller caption, wider scroll bars, and every font of the system twice as high, while it lives.
 class LargeMeasures {
   public:
     LargeMeasures() noexcept {
@@ -46,6 +46,9 @@ class LargeMeasures {
         NONCLIENTMETRICSW large = mvarBefore;
         large.iCaptionHeight += 22;
         large.iScrollWidth = large.iScrollHeight = 28;
+        for (LOGFONTW* font : {&large.lfCaptionFont, &large.lfSmCaptionFont, &large.lfMenuFont, &large.lfStatusFont,
+                               &large.lfMessageFont})
+            font->lfHeight *= 2;
         SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof large, &large, 0);
     }
     // Taken back once.
@@ -91,6 +94,40 @@ class ColoursTest : public DesignerTest {
         const HWND list = screen->Control(ID_lstTracks);
         return {static_cast<COLORREF>(SendMessageW(list, LVM_GETTEXTCOLOR, 0, 0)),
                 static_cast<COLORREF>(SendMessageW(list, LVM_GETBKCOLOR, 0, 0))};
+    }
+    // Where a window stands within another.
+    [[nodiscard]] static RECT PlaceIn(HWND parent, HWND window) {
+        RECT area{};
+        GetWindowRect(window, &area);
+        MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&area), 2);
+        return area;
+    }
+    // What each control of the form is drawn with, and where.
+    [[nodiscard]] std::vector<std::pair<LONG, RECT>> FontsAndPlaces() const {
+        std::vector<std::pair<LONG, RECT>> result;
+        for (HWND child = GetWindow(form->Window(), GW_CHILD); child != nullptr;
+             child = GetWindow(child, GW_HWNDNEXT)) {
+            LOGFONTW font{};
+            GetObjectW(reinterpret_cast<HFONT>(SendMessageW(child, WM_GETFONT, 0, 0)), sizeof font, &font);
+            result.emplace_back(font.lfHeight, PlaceIn(form->Window(), child));
+        }
+        return result;
+    }
+    // The form's font is its own, so that the system's makes nothing wider than its place.
+    void ExpectTheFormsOwnFontEverywhere(const std::vector<std::pair<LONG, RECT>>& before) const {
+        const auto now = FontsAndPlaces();
+        ASSERT_EQ(now.size(), before.size());
+        for (std::size_t index = 0; index < now.size(); ++index) {
+            EXPECT_EQ(now[index].first, before[index].first) << index;
+            EXPECT_TRUE(EqualRect(&now[index].second, &before[index].second)) << index;
+        }
+    }
+    // The height of the letters in the system's message boxes.
+    [[nodiscard]] static LONG MessageHeight() {
+        NONCLIENTMETRICSW metrics{};
+        metrics.cbSize = sizeof metrics;
+        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+        return std::abs(metrics.lfMessageFont.lfHeight);
     }
     [[nodiscard]] static std::vector<COLORREF> System(int text, int background) {
         return {GetSysColor(text), GetSysColor(background)};
@@ -184,7 +221,10 @@ TEST_F(ColoursTest, LargeMeasuresCutNothingOff) {
     RECT outerBefore{};
     GetClientRect(form->Window(), &before);
     GetWindowRect(form->Window(), &outerBefore);
+    const auto controlsBefore = FontsAndPlaces();
+    const LONG usual = MessageHeight();
     const LargeMeasures large;
+    ASSERT_EQ(MessageHeight(), 2 * usual);
     SendMessageW(form->Window(), WM_SETTINGCHANGE, SPI_SETNONCLIENTMETRICS, 0);
     RECT after{};
     RECT outerAfter{};
@@ -193,11 +233,10 @@ TEST_F(ColoursTest, LargeMeasuresCutNothingOff) {
     EXPECT_EQ(after.bottom, before.bottom);
     EXPECT_EQ(after.right, before.right);
     EXPECT_EQ(outerAfter.bottom - outerAfter.top, outerBefore.bottom - outerBefore.top + 22);
+    ExpectTheFormsOwnFontEverywhere(controlsBefore);
     RECT view{};
-    RECT boxes{};
     GetClientRect(screen->Control(ID_picBkg), &view);
-    GetWindowRect(screen->Control(ID_picBand), &boxes);
-    MapWindowPoints(nullptr, screen->Control(ID_picBkg), reinterpret_cast<POINT*>(&boxes), 2);
+    const RECT boxes = PlaceIn(screen->Control(ID_picBkg), screen->Control(ID_picBand));
     EXPECT_LE(boxes.bottom, view.bottom) << "the scroll bar leaves the boxes whole";
     const HWND list = screen->Control(ID_lstTracks);
     RECT rows{};
