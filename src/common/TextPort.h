@@ -30,7 +30,7 @@ class TextPort {
     // without regard to case folds it.
     [[nodiscard]] virtual bool SameText(StringView left, StringView right) const = 0;
 
-    // What SameText compares of a text: texts that it takes for the same have the same key. Not for people.
+    // What SameText compares of a text: two have the same key exactly when it takes them for the same. Not for people.
     [[nodiscard]] virtual String SortKey(const String& text) const = 0;
 
     // The text in upper or lower case, character by character and alike in every locale.

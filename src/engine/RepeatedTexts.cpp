@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "common/Ports.h"
+#include "relations/SiblingHash.h"
 
 namespace kestrel {
 
@@ -19,10 +20,9 @@ std::size_t PowerOfTwo(std::size_t least) {
     return size;
 }
 
-// Siblings have the same parent, so that the parent counts as a part of the text. Never 0.
-std::uint64_t Mixed(std::uint64_t hash, const cNode* parent) {
-    hash = (hash ^ reinterpret_cast<std::uintptr_t>(parent)) * 0x9E3779B97F4A7C15U;
-    return (hash ^ (hash >> 32U)) | (std::uint64_t{1} << 63U);
+// Never 0.
+std::uint64_t HashOf(std::uint64_t textHash, const cNode* parent) noexcept {
+    return SiblingHash(parent, textHash) | (std::uint64_t{1} << 63U);
 }
 
 } // namespace
@@ -46,7 +46,7 @@ void RepeatedTexts::NoteSortKeys() {
 }
 
 void RepeatedTexts::NoteHash(std::size_t offset, std::uint64_t textHash) {
-    const auto hash = Mixed(textHash, mvarNodes[offset]->Parent().Get());
+    const auto hash = HashOf(textHash, mvarNodes[offset]->Parent().Get());
     const auto bit = static_cast<std::size_t>(hash) & mvarMask;
     mvarHashes[offset] = hash;
     if (mvarSeen[bit])

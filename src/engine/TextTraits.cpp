@@ -1,76 +1,13 @@
 #include "engine/TextTraits.h"
 
-#include <array>
-
+#include "common/PlainText.h"
 #include "common/Ports.h"
 
 namespace kestrel {
 
-namespace {
-
-enum Kind : std::uint8_t { Plain = 0, Small = 1, Separator = 2, Other = 4 };
-
-struct Character {
-    std::uint8_t kind = Other;
-    std::uint8_t lowered = 0;
-};
-
-constexpr std::size_t AsciiCount = 128;
-
-constexpr std::array<Character, AsciiCount> AsciiTable() {
-    std::array<Character, AsciiCount> table{};
-    for (std::size_t code = 0; code < AsciiCount; ++code) {
-        const bool isCapital = code >= 'A' && code <= 'Z';
-        const bool isSmall = code >= 'a' && code <= 'z';
-        const bool isPrintable = code >= ' ' && code <= '~';
-        int kind = isSmall ? Small : Plain;
-        if (code == ',' || code == ';' || code == '\r') kind |= Separator;
-        if (!isPrintable) kind |= Other;
-        table[code] = {static_cast<std::uint8_t>(kind), static_cast<std::uint8_t>(code + (isCapital ? 'a' - 'A' : 0))};
-    }
-    return table;
-}
-
-constexpr auto Ascii = AsciiTable();
-
-// Characters are weighed by powers of this; four at a time, so that the processor need not wait for each.
-constexpr std::uint64_t Weight = 0x9E3779B97F4A7C15U;
-constexpr std::uint64_t Weight2 = Weight * Weight;
-constexpr std::uint64_t Weight3 = Weight2 * Weight;
-constexpr std::uint64_t Weight4 = Weight3 * Weight;
-
-// The characters, lowered where they are ASCII, as numbers; and all their kinds together.
-class Look {
-  public:
-    explicit Look(const String& text) : mvarHash(text.size()) {
-        std::size_t i = 0;
-        for (; i + 4 <= text.size(); i += 4)
-            mvarHash = mvarHash * Weight4 + (Lowered(text[i]) * Weight3 + Lowered(text[i + 1]) * Weight2) +
-                       (Lowered(text[i + 2]) * Weight + Lowered(text[i + 3]));
-        for (; i < text.size(); ++i)
-            mvarHash = mvarHash * Weight + Lowered(text[i]);
-    }
-
-    [[nodiscard]] std::uint64_t Hash() const noexcept { return mvarHash; }
-    [[nodiscard]] bool Has(Kind kind) const noexcept { return (mvarKinds & kind) != 0; }
-
-  private:
-    std::uint64_t Lowered(wchar_t character) noexcept {
-        const auto code = static_cast<std::uint32_t>(character); // NOLINT(bugprone-signed-char-misuse): never negative
-        const Character known = code < AsciiCount ? Ascii[code] : Character{};
-        mvarKinds |= known.kind;
-        return code < AsciiCount ? known.lowered : code;
-    }
-
-    std::uint64_t mvarHash;
-    unsigned mvarKinds = Plain;
-};
-
-} // namespace
-
 TextTraits TraitsOf(const String& text) {
-    const Look look(text);
-    TextTraits traits{look.Hash(), look.Has(Small), look.Has(Separator), !look.Has(Other)};
+    const auto look = LookAt(text);
+    TextTraits traits{look.foldedHash, look.hasSmallLetters, look.hasSeparators, look.isPlain};
     if (traits.isPlain) return traits;
     traits.hasSmallLetters = traits.hasSmallLetters || TheText().Upper(text) != text;
     return traits;

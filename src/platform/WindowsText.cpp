@@ -128,6 +128,9 @@ String WindowsText::SortKey(const String& text) const {
     std::string key(static_cast<std::size_t>(std::max(0, map(nullptr, 0))), '\0');
     if (key.empty()) return {};
     map(key.data(), static_cast<int>(key.size()));
+    // Of a text that is ignored as a whole the system's key is marks between weights that are not there; of the empty
+    // text, which is the same, it has none.
+    if (std::all_of(key.begin(), key.end(), [](char byte) { return byte == '\0' || byte == '\1'; })) return {};
     String widened(key.size(), L'\0');
     std::transform(key.begin(), key.end(), widened.begin(),
                    [](char byte) { return static_cast<wchar_t>(static_cast<unsigned char>(byte)); });

@@ -88,14 +88,18 @@ std::int32_t cNode::Descendants() const {
 void cNode::SetText(const String& text) {
     if (text == mvarText) return;
     RefuseTaken(text, mvarTag);
-    mvarText = text;
-    Announce();
+    Change(&cNode::mvarText, &cNode::Text, text);
 }
 
 void cNode::SetTag(const String& tag) {
     if (tag == mvarTag) return;
     RefuseTaken(mvarText, tag);
-    mvarTag = tag;
+    Change(&cNode::mvarTag, &cNode::Tag, tag);
+}
+
+void cNode::Change(String cNode::*field, Side side, String text) {
+    if (const auto tree = GetOwner()) tree->NoteText(*this, side, text);
+    this->*field = std::move(text);
     Announce();
 }
 
@@ -108,8 +112,7 @@ void cNode::RefuseTaken(const String& text, const String& tag) const {
 void cNode::RefuseSibling(Side side, const String& text, Message message) const {
     const auto tree = GetOwner();
     if (!tree) return;
-    const auto taken = [&](const cNode& sibling) { return &sibling != this && (sibling.*side)() == text; };
-    if (tree->FindInLayer(mvarParent.Get(), taken)) throw Error(message);
+    if (tree->IsTaken(side, mvarParent.Get(), text, this)) throw Error(message);
 }
 
 void cNode::Announce() {

@@ -59,6 +59,7 @@ class cNode final : public Exposed {
   private:
     using Side = const String& (cNode::*)() const noexcept;
     void RefuseSibling(Side side, const String& text, Message message) const;
+    void Change(String cNode::*field, Side side, String text);
     void Announce();
 
     String mvarText;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 
 #include "common/Numbers.h"
 #include "common/Ports.h"
@@ -32,35 +33,62 @@ void cNodes::PlaceNode(const IndexKey& relative, int relationship, const Ref<cNo
     if (relative.IsMissing()) {
         node->SetParent(nullptr);
         RefuseDuplicate(nullptr, *node);
-        return PlaceAt(node, nullptr, Count() + 1);
+        return PlaceAt(node, {nullptr, tvwLast, nullptr, Count() + 1});
     }
     const auto anchor = Node(relative);
     const cNode* parent = relationship == tvwChild ? anchor.Get() : anchor->Parent().Get();
     RefuseDuplicate(parent, *node);
+    const auto place = [&](std::int32_t position) { PlaceAt(node, {parent, relationship, anchor.Get(), position}); };
     switch (relationship) {
-    case tvwFirst: return PlaceAt(node, parent, IndexOf(*FirstSiblingOf(*anchor)));
-    case tvwLast: return PlaceAt(node, parent, IndexOf(*LastSiblingOf(*anchor)) + 1);
-    case tvwNext: return PlaceAt(node, parent, IndexOf(*anchor) + 1);
-    case tvwPrevious: return PlaceAt(node, parent, IndexOf(*anchor));
+    case tvwFirst: return place(IndexOf(*FirstSiblingOf(*anchor)));
+    case tvwLast: return place(IndexOf(*LastSiblingOf(*anchor)) + 1);
+    case tvwNext: return place(IndexOf(*anchor) + 1);
+    case tvwPrevious: return place(IndexOf(*anchor));
     case tvwChild:
         if (mvarStyle == tsSimplified) break;
-        return PlaceAt(node, parent, Count() + 1);
+        return place(Count() + 1);
     default: break;
     }
     throw Error(Message::InvalidParameter);
 }
 
-void cNodes::PlaceAt(const Ref<cNode>& node, const cNode* parent, std::int32_t position) {
-    mvarNodes.Insert(node, node->Key(), position);
-    node->SetParent(Ref<cNode>(const_cast<cNode*>(parent)));
-    node->SetLastPosition(position);
-    NodesChanged.Raise(KeyOf(parent), node->Key());
+void cNodes::PlaceAt(const Ref<cNode>& node, const Placement& placement) {
+    // Away while it is uncertain whether the node gets its place.
+    auto indexes = std::exchange(mvarIndexes, {});
+    indexes.Place(*node, placement.parent, placement.relationship, placement.anchor);
+    mvarNodes.Insert(node, node->Key(), placement.position);
+    mvarIndexes = std::move(indexes);
+    node->SetParent(Ref<cNode>(const_cast<cNode*>(placement.parent)));
+    node->SetLastPosition(placement.position);
+    NodesChanged.Raise(KeyOf(placement.parent), node->Key());
 }
 
 void cNodes::RefuseDuplicate(const cNode* parent, const cNode& node) const {
-    const auto twin = FindInLayer(
-        parent, [&node](const cNode& sibling) { return sibling.Text() == node.Text() || sibling.Tag() == node.Tag(); });
-    if (twin) throw Error(twin->Text() == node.Text() ? Message::SameCode : Message::SameValue);
+    const bool hasCode = IsTaken(&cNode::Text, parent, node.Text(), &node);
+    const bool hasValue = IsTaken(&cNode::Tag, parent, node.Tag(), &node);
+    if (!hasCode && !hasValue) return;
+    // Of two siblings the first one tells.
+    std::size_t walked = 0;
+    const auto* twin = FindInLayer(parent, walked, [&node](const cNode& sibling) {
+        return sibling.Text() == node.Text() || sibling.Tag() == node.Tag();
+    });
+    throw Error(twin->Text() == node.Text() ? Message::SameCode : Message::SameValue);
+}
+
+bool cNodes::IsTaken(TreeIndexes::Side side, const cNode* parent, const String& text, const cNode* except) const {
+    if (const auto* index = mvarIndexes.Texts(*this, side)) return index->FindEqual(parent, text, except) != nullptr;
+    std::size_t walked = 0;
+    const auto* found = FindInLayer(
+        parent, walked, [&](const cNode& sibling) { return &sibling != except && (sibling.*side)() == text; });
+    mvarIndexes.WalkedForTexts(side, walked);
+    return found != nullptr;
+}
+
+void cNodes::NoteText(const cNode& node, TreeIndexes::Side side, const String& text) {
+    if (IndexOf(node) > Count()) return;
+    auto indexes = std::exchange(mvarIndexes, {});
+    indexes.Rename(node, side, text);
+    mvarIndexes = std::move(indexes);
 }
 
 std::vector<const cNode*> cNodes::View() const {
@@ -80,7 +108,9 @@ void cNodes::Remove(const IndexKey& indexKey) {
 
 void cNodes::RemoveItem(const IndexKey& indexKey) {
     const auto node = Node(indexKey);
-    if (!FirstWithParent(node.Get())) {
+    const bool isParent = FirstWithParent(node.Get()) != nullptr;
+    mvarIndexes.Drop();
+    if (!isParent) {
         mvarNodes.Remove(IndexOf(*node));
         return;
     }
@@ -125,6 +155,7 @@ void cNodes::Drag(const IndexKey& relative, int relationship, const IndexKey& in
     if (indexKey.IsMissing() || Count() < 2) return;
     const auto node = Node(indexKey);
     RefuseCycle(relative, relationship, *node);
+    mvarIndexes.Drop();
     mvarNodes.Remove(IndexOf(*node));
     PlaceNode(relative, relationship, node);
 }
@@ -148,6 +179,7 @@ Ref<cNode> cNodes::AnchorBeside(const IndexKey& relative, const cNode& node) con
 
 void cNodes::Cls() {
     const Ref<cNodes> alive(this);
+    mvarIndexes.Drop();
     mvarNodes.Clear();
     mvarKeyCounter = 0;
     NodesChanged.Raise(String(), String());
@@ -170,13 +202,20 @@ String cNodes::Conversion(int convStyle, String& value, const IndexKey& indexKey
     if (Count() == 0) throw Error(Message::NoRelations);
     const auto parent = indexKey.IsMissing() ? Ref<cNode>() : Node(indexKey);
     const bool toValue = convStyle == csCodeToValue;
-    const auto& text = TheText();
-    const auto node = FindInLayer(parent.Get(), [&](const cNode& candidate) {
-        return text.SameText(toValue ? candidate.Text() : candidate.Tag(), value);
-    });
-    if (!node) throw Error(Message::NoRelatedRelation);
+    const auto* node = FindAlike(toValue ? &cNode::Text : &cNode::Tag, parent.Get(), value);
+    if (node == nullptr) throw Error(Message::NoRelatedRelation);
     value = toValue ? node->Tag() : node->Text();
     return node->Key();
+}
+
+const cNode* cNodes::FindAlike(TreeIndexes::Side side, const cNode* parent, const String& value) const {
+    if (const auto* index = mvarIndexes.Alike(*this, side, value)) return index->FindSame(parent, value);
+    const auto& text = TheText();
+    std::size_t walked = 0;
+    const auto* node =
+        FindInLayer(parent, walked, [&](const cNode& candidate) { return text.SameText((candidate.*side)(), value); });
+    mvarIndexes.WalkedForAlike(side, walked);
+    return node;
 }
 
 std::int32_t cNodes::IndexOf(const cNode& node) const {
@@ -195,15 +234,19 @@ bool cNodes::StandsAt(const cNode& node, std::int32_t position) const {
 }
 
 Ref<cNode> cNodes::FirstSiblingOf(const cNode& node) const {
-    const auto first = FindInLayer(node.Parent().Get(), [](const cNode&) { return true; });
+    auto first = FirstWithParent(node.Parent().Get());
     return first ? first : Ref<cNode>(const_cast<cNode*>(&node));
 }
 
 Ref<cNode> cNodes::LastSiblingOf(const cNode& node) const {
     const auto index = IndexOf(node);
-    for (auto position = Count(); position > index; --position)
-        if (mvarNodes[position]->Parent() == node.Parent()) return mvarNodes[position];
-    return Ref<cNode>(const_cast<cNode*>(&node));
+    const auto* ends = index <= Count() ? mvarIndexes.Ends(*this) : nullptr;
+    if (ends != nullptr) return Ref<cNode>(const_cast<cNode*>(ends->Last(node.Parent().Get())));
+    auto position = Count();
+    while (position > index && mvarNodes[position]->Parent() != node.Parent())
+        --position;
+    mvarIndexes.WalkedForEnds(static_cast<std::size_t>(Count() - position));
+    return position > index ? mvarNodes[position] : Ref<cNode>(const_cast<cNode*>(&node));
 }
 
 Ref<cNode> cNodes::NextSiblingOf(const cNode& node) const {
@@ -222,7 +265,11 @@ Ref<cNode> cNodes::PreviousSiblingOf(const cNode& node) const {
 }
 
 Ref<cNode> cNodes::FirstWithParent(const cNode* parent) const {
-    return FindInLayer(parent, [](const cNode&) { return true; });
+    if (const auto* ends = mvarIndexes.Ends(*this)) return Ref<cNode>(const_cast<cNode*>(ends->First(parent)));
+    std::size_t walked = 0;
+    const auto* first = FindInLayer(parent, walked, [](const cNode&) { return true; });
+    mvarIndexes.WalkedForEnds(walked);
+    return Ref<cNode>(const_cast<cNode*>(first));
 }
 
 std::int32_t cNodes::CountDescendants(const cNode& node) const {
@@ -269,6 +316,7 @@ void cNodes::ImportNodes(const String& text) {
     const auto counter = ToInteger(LeadingNumber(*records.Next()).value_or(0));
     if (!counter) throw Error(Message::Overflow);
     mvarKeyCounter = *counter;
+    mvarIndexes.Drop();
     mvarNodes.Clear();
     mvarNodes.Reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), L';')));
     while (const auto record = records.Next())

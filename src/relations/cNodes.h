@@ -15,6 +15,7 @@
 #include "common/Enumerations.h"
 #include "common/Event.h"
 #include "common/KeyedCollection.h"
+#include "relations/TreeIndexes.h"
 #include "relations/cNode.h"
 
 namespace kestrel {
@@ -72,19 +73,35 @@ class cNodes final : public Exposed {
     [[nodiscard]] Ref<cNode> PreviousSiblingOf(const cNode& node) const;
     [[nodiscard]] Ref<cNode> FirstWithParent(const cNode* parent) const;
     [[nodiscard]] std::int32_t CountDescendants(const cNode& node) const;
-    // The first node with that parent (null: of the first layer) for which matches(node) holds; nothing when none does.
+    // Whether a node with that parent (null: of the first layer) other than `except` has exactly this text on that
+    // side.
+    [[nodiscard]] bool IsTaken(TreeIndexes::Side side, const cNode* parent, const String& text,
+                               const cNode* except) const;
+    // A node of the tree is about to get another text on that side.
+    void NoteText(const cNode& node, TreeIndexes::Side side, const String& text);
+
+  private:
+    struct Placement {
+        const cNode* parent = nullptr; // of the first layer: null
+        int relationship = tvwLast;
+        const cNode* anchor = nullptr; // what the relationship is to
+        std::int32_t position = 0;
+    };
+
+    // The first node with that parent for which matches(node) holds; null when none does. `walked` counts the nodes
+    // looked at.
     template <class Predicate>
-    [[nodiscard]] Ref<cNode> FindInLayer(const cNode* parent, Predicate matches) const {
+    [[nodiscard]] const cNode* FindInLayer(const cNode* parent, std::size_t& walked, Predicate matches) const {
         for (std::int32_t position = 1; position <= Count(); ++position) {
             const cNode& node = *mvarNodes[position];
-            if (node.Parent().Get() == parent && matches(node)) return mvarNodes[position];
+            ++walked;
+            if (node.Parent().Get() == parent && matches(node)) return &node;
         }
         return nullptr;
     }
-
-  private:
+    [[nodiscard]] const cNode* FindAlike(TreeIndexes::Side side, const cNode* parent, const String& value) const;
     void PlaceNode(const IndexKey& relative, int relationship, const Ref<cNode>& node);
-    void PlaceAt(const Ref<cNode>& node, const cNode* parent, std::int32_t position);
+    void PlaceAt(const Ref<cNode>& node, const Placement& placement);
     void RefuseDuplicate(const cNode* parent, const cNode& node) const;
     void RefuseCycle(const IndexKey& relative, int relationship, const cNode& node) const;
     [[nodiscard]] Ref<cNode> AnchorBeside(const IndexKey& relative, const cNode& node) const;
@@ -94,6 +111,7 @@ class cNodes final : public Exposed {
     void ImportRecord(StringView record);
 
     KeyedCollection<Ref<cNode>> mvarNodes;
+    mutable TreeIndexes mvarIndexes;
     std::int32_t mvarKeyCounter = 0;
     tvwStyles mvarStyle = tsNormal;
 };

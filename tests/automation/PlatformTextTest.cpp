@@ -82,19 +82,6 @@ TEST(PlatformTextTest, SameText) {
     }
 }
 
-// Texts that are the same to the user have the same key, and no others.
-TEST(PlatformTextTest, SortKeysAreTheSameWhereTextsAre) {
-    const wchar_t* const texts[] = {L"a",      L"A",      L"b",      L"a-b",     L"ab",       L"\u00E4", L"\u00C4",
-                                    L"\uFF41", L"\uFF21", L"\u3042", L"\u30A2",  L"A\u00ADB", L"1",      L"l",
-                                    L"a b",    L"AB",     L"A_B",    L"\uFF21B", L"\u00E9",   L"e",      L"ss",
-                                    L"\u00DF", L"i",      L"I",      L"\u0130",  L"\u0131"};
-    for (const wchar_t* left : texts)
-        for (const wchar_t* right : texts)
-            EXPECT_EQ(Platform.SortKey(left) == Platform.SortKey(right), Platform.SameText(left, right))
-                << testing::PrintToString(String(left)) << " " << testing::PrintToString(String(right));
-    EXPECT_EQ(Platform.SortKey(L""), L"");
-}
-
 // The short cut through printable ASCII must say what the system says, in locales with rules of their own too.
 TEST(PlatformTextTest, SameTextAgreesWithTheSystem) {
     constexpr DWORD textComparison = NORM_IGNORECASE | NORM_IGNOREKANATYPE | NORM_IGNOREWIDTH;

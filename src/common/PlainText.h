@@ -1,0 +1,20 @@
+// What one look at the characters of a text tells, for texts of which there may be very many. Printable ASCII is alike
+// in every locale and is looked at here; of what goes beyond it only the platform knows more.
+#pragma once
+
+#include <cstdint>
+
+#include "common/String.h"
+
+namespace kestrel {
+
+struct PlainLook {
+    std::uint64_t foldedHash = 0; // the same for texts that differ in nothing but the case of ASCII letters
+    bool isPlain = true;          // every character is printable ASCII
+    bool hasSmallLetters = false; // of ASCII
+    bool hasSeparators = false;   // it holds a character that separates the parts of a definition: , ; or a line break
+};
+
+[[nodiscard]] PlainLook LookAt(StringView text) noexcept;
+
+} // namespace kestrel

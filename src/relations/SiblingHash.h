@@ -1,0 +1,16 @@
+// The hash of a text among siblings: they have the same parent, so that the parent counts as a part of the text.
+#pragma once
+
+#include <cstdint>
+
+#include "relations/cNode.h"
+
+namespace kestrel {
+
+// Of a text that has this hash, in the layer below the parent (null: in the first layer).
+[[nodiscard]] inline std::uint64_t SiblingHash(const cNode* parent, std::uint64_t textHash) noexcept {
+    const std::uint64_t mixed = (textHash ^ reinterpret_cast<std::uintptr_t>(parent)) * 0x9E3779B97F4A7C15U;
+    return mixed ^ (mixed >> 32U);
+}
+
+} // namespace kestrel
