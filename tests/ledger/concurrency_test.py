@@ -18,7 +18,7 @@ from windows_program import command, path, run
 
 PROGRAMS = 8
 CODES = int(os.environ.get("KESTREL_CODES", "200"))
-MORE_THAN_IS_DONE = 60_000  # records for a program that is killed at work
+MORE_THAN_IS_DONE = 400_000  # records for a program that is killed at work
 # Codes that a program is still busy with when the server has gone down twice.
 OUTLASTS = {"gapless": 900, "fast": 12_000}
 LONGEST = 240 + PROGRAMS * CODES * 0.25  # seconds

@@ -1,6 +1,7 @@
 // What ODBC databases do differently: one description per engine.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -8,6 +9,11 @@
 #include "ledger/db/Database.h"
 
 namespace ledger {
+
+// A transaction whose program is cut off, or waits no more for an answer, holds its rows until the server ends it:
+// after as long as the program waits for a call, so that its next attempt need not wait for them. Not sooner than this,
+// for a machine may stand still for a moment.
+constexpr std::chrono::milliseconds ShortestIdle{10'000};
 
 struct OdbcEngine {
     const wchar_t* product; // what the driver calls the server
@@ -32,6 +38,9 @@ struct OdbcEngine {
     // to.
     bool leavesAtExit;
     bool entersByWriting;
+    // A prepared statement that failed waits for ever for an answer when it is executed again: the server leaves out
+    // what it has told of the columns before, and the driver has forgotten it.
+    bool failureSpoils;
     bool needsCatalogue; // tables are looked for in the current database only when it is named
     // What the server tells of itself, through a function that returns the first column of a query's first row, or
     // nothing when the server does not know it.

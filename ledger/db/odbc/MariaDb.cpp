@@ -27,10 +27,14 @@ std::wstring ConnectionString(const std::wstring& given) { return WithSetting(gi
 std::vector<std::wstring> Settings(std::chrono::milliseconds each) {
     const auto seconds = std::max<std::int64_t>(std::chrono::duration_cast<std::chrono::seconds>(each).count(), 1);
     const std::wstring text = std::to_wstring(seconds);
+    const auto idle = std::chrono::ceil<std::chrono::seconds>(std::max(each, ShortestIdle)).count();
     return {L"SET SESSION TRANSACTION ISOLATION LEVEL SERIALIZABLE",
             // A text that does not fit is refused, not cut.
             L"SET SESSION sql_mode = 'STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,NO_ENGINE_SUBSTITUTION'",
-            L"SET SESSION innodb_lock_wait_timeout = " + text, L"SET SESSION lock_wait_timeout = " + text,
+            L"SET SESSION innodb_lock_wait_timeout = " + text,
+            // A relative of the product does not know the second one, and takes it for a comment.
+            L"SET SESSION lock_wait_timeout = " + text + L" /*M!100300 , SESSION idle_transaction_timeout = " +
+                std::to_wstring(idle) + L" */",
             // In a cluster each node sees what every other one had committed when the transaction began.
             L"SET SESSION wsrep_sync_wait = 7"};
 }
@@ -105,6 +109,7 @@ const OdbcEngine& MariaDb() {
         nullptr,
         false,
         // Another node knows nothing of what was only read here.
+        true,
         true,
         true,
         Facts};

@@ -139,6 +139,8 @@ void OdbcDatabase::Rollback() noexcept {
     if (!mvarOpen || mvarOpen->session.IsStuck()) return;
     for (auto& [sql, statement] : mvarOpen->statements)
         statement.Close();
+    if (mvarEngine.failureSpoils)
+        std::erase_if(mvarOpen->statements, [](const auto& entry) { return entry.second.HasFailed(); });
     try {
         mvarOpen->session.Call([connection = mvarOpen->session.Connection()] {
             return SQLEndTran(SQL_HANDLE_DBC, connection, SQL_ROLLBACK);

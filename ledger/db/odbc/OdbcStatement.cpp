@@ -53,7 +53,9 @@ Statement& OdbcStatement::Set(std::int64_t number) {
 void OdbcStatement::Execute() {
     mvarSet = 0;
     Close();
+    mvarFailed = true;
     mvarSession.Call(mvarHandle, [handle = mvarHandle.Get()] { return SQLExecute(handle); });
+    mvarFailed = false;
 }
 
 std::int64_t OdbcStatement::Changed() const {

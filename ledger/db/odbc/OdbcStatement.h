@@ -20,6 +20,8 @@ class OdbcStatement final : public Statement {
     [[nodiscard]] std::wstring Text(unsigned column) const override;
     [[nodiscard]] std::optional<std::int64_t> NumberIfAny(unsigned column) const override;
     void Close() noexcept override;
+    // Whether the last execution failed.
+    [[nodiscard]] bool HasFailed() const noexcept { return mvarFailed; }
 
   private:
     struct Parameter {
@@ -35,6 +37,7 @@ class OdbcStatement final : public Statement {
     Handle mvarHandle;
     std::deque<Parameter> mvarParameters; // the driver reads them in place
     std::size_t mvarSet = 0;
+    bool mvarFailed = false;
 };
 
 } // namespace ledger

@@ -35,10 +35,10 @@ std::wstring ConnectionString(const std::wstring& given) {
 
 std::vector<std::wstring> Settings(std::chrono::milliseconds each) {
     const std::wstring milliseconds = std::to_wstring(each.count());
+    const std::wstring idle = std::to_wstring(std::max(each, ShortestIdle).count());
     return {L"SET SESSION CHARACTERISTICS AS TRANSACTION ISOLATION LEVEL SERIALIZABLE",
-            L"SET lock_timeout = " + milliseconds,
-            // A transaction whose program is cut off holds its rows until somebody ends it.
-            L"SET idle_in_transaction_session_timeout = '60s'", L"SET standard_conforming_strings = on"};
+            L"SET lock_timeout = " + milliseconds, L"SET idle_in_transaction_session_timeout = " + idle,
+            L"SET standard_conforming_strings = on"};
 }
 
 // What a server that follows another one says of it has no state of its own.
@@ -120,6 +120,7 @@ const OdbcEngine& Postgres() {
         L"SELECT pg_logical_emit_message(true, 'kledger', '')",
         // Its log of communication, which its package switches on, comes back for the last line.
         true,
+        false,
         false,
         false,
         Facts};
