@@ -27,10 +27,25 @@ class TreeIndexes {
     [[nodiscard]] const TextIndex* Alike(const cNodes& tree, Side side, const String& value);
     void WalkedForAlike(Side side, std::size_t nodes) noexcept;
 
-    // A node gets its place in a layer. To be told before it has it: when either fails, these indexes are to be
-    // dropped.
+    // A change that the indexes are told of before it is made. Unless it was made when this ends, they are dropped.
+    class Change {
+      public:
+        explicit Change(TreeIndexes& indexes) noexcept : mvarIndexes(&indexes) {}
+        // One change, made once.
+        Change(const Change&) = delete;
+        Change& operator=(const Change&) = delete;
+        ~Change() {
+            if (mvarIndexes != nullptr) mvarIndexes->Drop();
+        }
+        void Made() noexcept { mvarIndexes = nullptr; }
+
+      private:
+        TreeIndexes* mvarIndexes;
+    };
+
+    // A node gets its place in a layer; within a Change.
     void Place(const cNode& node, const cNode* parent, int relationship, const cNode* anchor);
-    // A node of the tree gets another text; as Place.
+    // A node of the tree gets another text; within a Change.
     void Rename(const cNode& node, Side side, const String& text);
     // To be told before a node leaves.
     void Drop() noexcept;

@@ -53,11 +53,10 @@ void cNodes::PlaceNode(const IndexKey& relative, int relationship, const Ref<cNo
 }
 
 void cNodes::PlaceAt(const Ref<cNode>& node, const Placement& placement) {
-    // Away while it is uncertain whether the node gets its place.
-    auto indexes = std::exchange(mvarIndexes, {});
-    indexes.Place(*node, placement.parent, placement.relationship, placement.anchor);
+    TreeIndexes::Change change(mvarIndexes);
+    mvarIndexes.Place(*node, placement.parent, placement.relationship, placement.anchor);
     mvarNodes.Insert(node, node->Key(), placement.position);
-    mvarIndexes = std::move(indexes);
+    change.Made();
     node->SetParent(Ref<cNode>(const_cast<cNode*>(placement.parent)));
     node->SetLastPosition(placement.position);
     NodesChanged.Raise(KeyOf(placement.parent), node->Key());
@@ -86,9 +85,9 @@ bool cNodes::IsTaken(TreeIndexes::Side side, const cNode* parent, const String& 
 
 void cNodes::NoteText(const cNode& node, TreeIndexes::Side side, const String& text) {
     if (IndexOf(node) > Count()) return;
-    auto indexes = std::exchange(mvarIndexes, {});
-    indexes.Rename(node, side, text);
-    mvarIndexes = std::move(indexes);
+    TreeIndexes::Change change(mvarIndexes);
+    mvarIndexes.Rename(node, side, text);
+    change.Made();
 }
 
 std::vector<const cNode*> cNodes::View() const {
