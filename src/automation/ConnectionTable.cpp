@@ -21,6 +21,12 @@ ComPtr<IDispatch> EventSinkOf(IUnknown& object, const IID& events) {
     return sink;
 }
 
+auto Find(const std::vector<ConnectionTable::Connection>& connections, DWORD cookie) noexcept {
+    return std::find_if(
+        connections.begin(), connections.end(),
+        [cookie](const ConnectionTable::Connection& connection) { return connection.cookie == cookie; });
+}
+
 void FreeTexts(EXCEPINFO& exception) noexcept {
     SysFreeString(exception.bstrSource);
     SysFreeString(exception.bstrDescription);
@@ -31,23 +37,28 @@ void FreeTexts(EXCEPINFO& exception) noexcept {
 
 DWORD ConnectionTable::Advise(IUnknown& sink) {
     ComPtr<IDispatch> target = EventSinkOf(sink, mvarEvents);
-    if (mvarConnections.empty()) mvarSubscriptions = mvarConnect(*this);
-    mvarConnections.push_back({NextCookie(), std::move(target)});
-    return mvarConnections.back().cookie;
+    auto& connections = ListToChange();
+    if (connections.empty()) mvarSubscriptions = mvarConnect(*this);
+    connections.push_back({NextCookie(), std::move(target)});
+    return connections.back().cookie;
 }
 
 void ConnectionTable::Unadvise(DWORD cookie) {
-    const auto found = std::find_if(mvarConnections.begin(), mvarConnections.end(),
-                                    [cookie](const Connection& connection) { return connection.cookie == cookie; });
-    if (found == mvarConnections.end()) throw ComFailure{CONNECT_E_NOCONNECTION};
+    if (!IsAdvised(cookie)) throw ComFailure{CONNECT_E_NOCONNECTION};
+    auto& connections = ListToChange();
+    const auto found = Find(connections, cookie);
     const Connection leaving = *found; // letting go of the sink runs the host's code: last
-    mvarConnections.erase(found);
-    if (mvarConnections.empty()) mvarSubscriptions.clear();
+    connections.erase(found);
+    if (connections.empty()) mvarSubscriptions.clear();
+}
+
+std::vector<ConnectionTable::Connection>& ConnectionTable::ListToChange() {
+    if (mvarConnections.use_count() != 1) mvarConnections = std::make_shared<std::vector<Connection>>(*mvarConnections);
+    return *mvarConnections;
 }
 
 bool ConnectionTable::IsAdvised(DWORD cookie) const noexcept {
-    return std::any_of(mvarConnections.begin(), mvarConnections.end(),
-                       [cookie](const Connection& connection) { return connection.cookie == cookie; });
+    return Find(*mvarConnections, cookie) != mvarConnections->end();
 }
 
 void ConnectionTable::Notify(IDispatch& sink, DISPID id, VARIANT* arguments, UINT count) noexcept {

@@ -11,6 +11,7 @@
 #include <olectl.h>
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "automation/Boundary.h"
@@ -37,7 +38,7 @@ class ConnectionTable final : public Counted {
     DWORD Advise(IUnknown& sink);
     // Fails with ComFailure on a cookie that is not in use here.
     void Unadvise(DWORD cookie);
-    [[nodiscard]] const std::vector<Connection>& Connections() const noexcept { return mvarConnections; }
+    [[nodiscard]] const std::vector<Connection>& Connections() const noexcept { return *mvarConnections; }
 
     // A handler that raises the model event as the event of that id.
     template <class... Args>
@@ -49,10 +50,10 @@ class ConnectionTable final : public Counted {
     template <class... Args>
     void Raise(DISPID id, Args&&... args) {
         const Ref<ConnectionTable> self(this);
-        const auto snapshot = mvarConnections;
+        const auto connections = mvarConnections;
         EventArguments<Args...> arguments(std::forward<Args>(args)...);
         const auto values = arguments.Values();
-        for (const auto& [cookie, sink] : snapshot) {
+        for (const auto& [cookie, sink] : *connections) {
             auto own = values; // each sink may do to them what it likes
             if (IsAdvised(cookie)) Notify(*sink.Get(), id, own.data(), static_cast<UINT>(own.size()));
         }
@@ -62,10 +63,12 @@ class ConnectionTable final : public Counted {
   private:
     static void Notify(IDispatch& sink, DISPID id, VARIANT* arguments, UINT count) noexcept;
     [[nodiscard]] bool IsAdvised(DWORD cookie) const noexcept;
+    [[nodiscard]] std::vector<Connection>& ListToChange();
 
     const IID& mvarEvents;
     Connector mvarConnect;
-    std::vector<Connection> mvarConnections;
+    // A raise shares the list that it goes on with: only one that nobody shares is changed.
+    std::shared_ptr<std::vector<Connection>> mvarConnections = std::make_shared<std::vector<Connection>>();
     std::vector<Subscription> mvarSubscriptions;
 };
 

@@ -39,7 +39,7 @@ template <>
 class EventArgument<String&> : public EventArgument<const String&> {
   public:
     explicit EventArgument(String& text) : EventArgument<const String&>(text), mvarTarget(text) {}
-    void CopyBack() { mvarTarget = mvarText.Text(); }
+    void CopyBack() { mvarTarget = ViewOf(mvarText.Get()); }
 
   private:
     String& mvarTarget;

@@ -1,5 +1,7 @@
 #include "bands/Band.h"
 
+#include <utility>
+
 #include "common/CaseFolding.h"
 #include "common/Error.h"
 #include "common/Numbers.h"
@@ -143,17 +145,17 @@ void Band::EnterOrLeaveLayers(SwapModes before) {
 
 const String& Band::Value() const noexcept { return mvarStyle == bsFixed ? mvarDefault : mvarValue; }
 
-void Band::SetValue(const String& value) {
+void Band::SetValue(String value) {
     RequireStyle();
     if (mvarStyle == bsFixed) throw Error(Message::ReadOnly);
-    mvarValue = mvarStyle == bsIncreaseAlpha ? CheckedLetterValue(value) : CheckedTextValue(value);
+    mvarValue = mvarStyle == bsIncreaseAlpha ? CheckedLetterValue(value) : CheckedTextValue(std::move(value));
 }
 
-String Band::CheckedTextValue(const String& value) const {
+String Band::CheckedTextValue(String value) const {
     if (mvarStyle == bsIncreaseNumber && !IsNumeric(value)) throw Error(Message::InvalidParameter);
-    String text = mvarFormate.empty() ? value : TheText().Format(value, mvarFormate);
-    if (LengthOf(text) != mvarLength) throw Error::WithDetail(Message::IncorrectValueLength, mvarName);
-    return text;
+    if (!mvarFormate.empty()) value = TheText().Format(value, mvarFormate);
+    if (LengthOf(value) != mvarLength) throw Error::WithDetail(Message::IncorrectValueLength, mvarName);
+    return value;
 }
 
 String Band::CheckedLetterValue(const String& value) const {

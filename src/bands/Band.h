@@ -31,7 +31,7 @@ class Band final : public Exposed {
     // A fixed band refuses with 2004. A macro, field or number band formats the value first where Formate is not empty;
     // a number band takes only what is numeric (2003); both take only Length characters (2036 with the band's name). A
     // letter band takes Length characters within its range (2003).
-    void SetValue(const String& value);
+    void SetValue(String value);
 
     // Number of characters, 1 at first.
     [[nodiscard]] std::int32_t Length() const noexcept { return mvarLength; }
@@ -116,6 +116,8 @@ class Band final : public Exposed {
     [[nodiscard]] Ref<cNodes> OwnRelations() const noexcept {
         return IsBound() && mvarSwapMode == smSimpleSwap ? mvarRelations : nullptr;
     }
+    // Whether any name is tracked: not where there are none, or one without text.
+    [[nodiscard]] bool TracksAnything() const noexcept { return mvarTrackBands && !mvarTrackBands->IsBlank(); }
     // Whether the band takes its value from a user macro or a user field.
     [[nodiscard]] bool IsBound() const noexcept { return mvarStyle == bsUsrMacro || mvarStyle == bsUsrField; }
     // Whether the band is an increased number or letter.
@@ -130,7 +132,7 @@ class Band final : public Exposed {
     void CheckRangeValue(String& target, const String& newValue, bool allowEmpty);
     void RepairRange();
     void EnterOrLeaveLayers(SwapModes before);
-    [[nodiscard]] String CheckedTextValue(const String& value) const;
+    [[nodiscard]] String CheckedTextValue(String value) const;
     [[nodiscard]] String CheckedLetterValue(const String& value) const;
     void mvarTrackBands_BeforeAdd(const String& name, bool& cancel, String& description) const;
 

@@ -6,7 +6,6 @@
 // A handler that throws (for want of memory) ends the raise: its failure is that of the operation.
 #pragma once
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -38,6 +37,24 @@ class Subscription {
     std::shared_ptr<bool> mvarActive;
 };
 
+// The handlers of an event, whatever their arguments.
+class Handlers {
+  public:
+    struct Slot {
+        std::shared_ptr<bool> active; // as long as its subscription has not ended
+    };
+    using List = std::vector<std::shared_ptr<Slot>>;
+
+    // The slot comes last; those whose subscriptions have ended go.
+    [[nodiscard]] Subscription Add(std::shared_ptr<Slot> slot);
+    [[nodiscard]] bool HasAny() const noexcept;
+    // The list as it is now, null when nobody has ever subscribed. It stays so for as long as somebody shares it.
+    [[nodiscard]] const std::shared_ptr<List>& Shared() const noexcept { return mvarList; }
+
+  private:
+    std::shared_ptr<List> mvarList;
+};
+
 template <class... Args>
 class Event {
   public:
@@ -49,37 +66,26 @@ class Event {
     Event& operator=(const Event&) = delete;
 
     [[nodiscard]] Subscription Subscribe(Handler handler) {
-        DropEnded();
-        auto active = std::make_shared<bool>(true);
-        mvarSlots.push_back(std::make_shared<Slot>(Slot{std::move(handler), active}));
-        return Subscription(std::move(active));
+        return mvarHandlers.Add(std::make_shared<Slot>(std::move(handler)));
     }
 
-    [[nodiscard]] bool HasSubscribers() const noexcept {
-        return std::any_of(mvarSlots.begin(), mvarSlots.end(), [](const auto& slot) { return *slot->active; });
-    }
+    [[nodiscard]] bool HasSubscribers() const noexcept { return mvarHandlers.HasAny(); }
 
     // By-reference arguments are seen by each handler as the handler before left them.
     void Raise(Args... args) const {
-        if (mvarSlots.empty()) return;
-        const auto snapshot = mvarSlots; // a handler may change the list, or end this event with its owner
-        for (const auto& slot : snapshot)
-            if (*slot->active) slot->handler(args...);
+        const auto slots = mvarHandlers.Shared(); // a handler may subscribe another, or end this event with its owner
+        if (!slots) return;
+        for (const auto& slot : *slots)
+            if (*slot->active) static_cast<const Slot&>(*slot).handler(args...);
     }
 
   private:
-    struct Slot {
+    struct Slot : Handlers::Slot {
+        explicit Slot(Handler called) : handler(std::move(called)) {}
         Handler handler;
-        std::shared_ptr<bool> active;
     };
 
-    void DropEnded() {
-        mvarSlots.erase(
-            std::remove_if(mvarSlots.begin(), mvarSlots.end(), [](const auto& slot) { return !*slot->active; }),
-            mvarSlots.end());
-    }
-
-    std::vector<std::shared_ptr<Slot>> mvarSlots;
+    Handlers mvarHandlers;
 };
 
 } // namespace kestrel

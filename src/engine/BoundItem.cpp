@@ -8,7 +8,9 @@ Ref<List> BoundItem(Band& band) {
     const auto field = band.DataField();
     const auto fields = band.DataFields();
     if (!field || !fields) throw Error(Message::ObjectNotSet);
-    return fields->Item(field->Name());
+    auto item = fields->Find(field->Name());
+    if (!item) throw Error(Message::InvalidCall);
+    return item;
 }
 
 } // namespace kestrel

@@ -1,5 +1,6 @@
 #include "engine/CodeClass.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 

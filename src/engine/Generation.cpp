@@ -3,7 +3,6 @@
 //
 // The host's handlers run in between and may change the rule: a band that has left it is passed over.
 
-#include <algorithm>
 #include <new>
 
 #include "common/CaseFolding.h"
@@ -15,6 +14,16 @@ namespace kestrel {
 
 namespace {
 
+// Whether a band of that name is tracked: each of the names is as many as ";" separates.
+bool Contains(const Names& names, StringView bandName) {
+    for (std::int32_t position = 1; position <= names.Count(); ++position) {
+        Splitter pieces(names[position], L';');
+        while (const auto piece = pieces.Next())
+            if (SameFolded(*piece, bandName)) return true;
+    }
+    return false;
+}
+
 class Generation {
   public:
     Generation(CodeClass& rule, GetStyles style) noexcept : mvarRule(rule), mvarStyle(style) {}
@@ -22,12 +31,20 @@ class Generation {
     void SetLayeredValues() const;
     void SetBoundValues() const;
     void SetNumberValues() const;
+    [[nodiscard]] String Code() const;
 
   private:
-    [[nodiscard]] String NextNumber(const Band& band, const String& trackList) const;
+    [[nodiscard]] String NextNumber(const Band& band) const;
     [[nodiscard]] String NumberAfter(const Band& band, const String& lastCode) const;
-    [[nodiscard]] String MakeFilter(const String& trackList) const;
+    [[nodiscard]] String MakeFilter(const Names& tracked) const;
     [[nodiscard]] String ExtractBandText(const String& bandName, const String& code) const;
+
+    // Each band in order; what visits them runs nothing of the host, so that none comes or goes meanwhile.
+    template <class Visit>
+    void ForEachBand(Visit visit) const {
+        for (std::int32_t position = 1; position <= mvarRule.Count(); ++position)
+            visit(*mvarRule.Band(position));
+    }
 
     CodeClass& mvarRule;
     GetStyles mvarStyle;
@@ -35,44 +52,48 @@ class Generation {
 
 // Each layer is looked up under the node found for the layer before it.
 void Generation::SetLayeredValues() const {
+    const auto& layers = mvarRule.LayeredBands();
     IndexKey layerAbove;
-    for (const auto& layer : mvarRule.LayeredBands().Snapshot()) {
-        const auto band = mvarRule.Band(layer->Name());
+    for (std::int32_t position = 1; position <= layers.Count(); ++position) {
+        const auto band = mvarRule.FindBand(layers.Item(position)->Name());
+        if (!band) throw Error(Message::InvalidCall);
         String value = BoundItem(*band)->Value();
         layerAbove = mvarRule.Relations().Conversion(csValueToCode, value, layerAbove);
-        band->SetValue(value);
+        band->SetValue(std::move(value));
     }
 }
 
 void Generation::SetBoundValues() const {
-    for (const auto& band : mvarRule.Bands()) {
-        if (!band->IsBound() || band->SwapMode() == smLayersSwap) continue;
-        String value = BoundItem(*band)->Value();
-        if (band->SwapMode() == smSimpleSwap) band->Relations()->Conversion(csValueToCode, value);
-        band->SetValue(value);
-    }
+    ForEachBand([](Band& band) {
+        if (!band.IsBound() || band.SwapMode() == smLayersSwap) return;
+        String value = BoundItem(band)->Value();
+        if (band.SwapMode() == smSimpleSwap) band.Relations()->Conversion(csValueToCode, value);
+        band.SetValue(std::move(value));
+    });
 }
 
 void Generation::SetNumberValues() const {
-    for (const auto& band : mvarRule.Bands()) {
-        if (band->Style() != bsIncreaseNumber || !mvarRule.Holds(*band)) continue;
-        const String trackList = Join(band->TrackBands()->Snapshot(), L";");
-        if (trackList.empty()) continue;
-        const String number = NextNumber(*band, trackList);
-        if (mvarRule.Holds(*band)) band->SetValue(number);
+    std::vector<Ref<Band>> numbers;
+    ForEachBand([&numbers](Band& band) {
+        if (band.Style() == bsIncreaseNumber) numbers.emplace_back(&band);
+    });
+    for (const auto& band : numbers) {
+        if (!mvarRule.Holds(*band) || !band->TracksAnything()) continue;
+        String number = NextNumber(*band);
+        if (mvarRule.Holds(*band)) band->SetValue(std::move(number));
     }
 }
 
-String Generation::NextNumber(const Band& band, const String& trackList) const {
-    const String filter = MakeFilter(trackList);
-    String offered = filter;
+String Generation::NextNumber(const Band& band) const {
+    String filter = MakeFilter(*band.TrackedNames());
+    const auto length = filter.size();
     String lastCode;
-    mvarRule.GetLastCode.Raise(offered, lastCode);
+    mvarRule.GetLastCode.Raise(filter, lastCode);
     String number;
     if (lastCode.empty()) {
         number = band.Default().empty() ? band.InitStart() : band.Default();
     } else {
-        if (lastCode.size() != filter.size()) throw Error(Message::IncorrectPreviousCode);
+        if (lastCode.size() != length) throw Error(Message::IncorrectPreviousCode);
         number = NumberAfter(band, lastCode);
     }
     const bool belowDefault = !band.Default().empty() && NumericallyLess(number, band.Default());
@@ -85,37 +106,45 @@ String Generation::NumberAfter(const Band& band, const String& lastCode) const {
 }
 
 // As long as the code: fixed and tracked bands stand with their values, the others as a "?" for each character.
-String Generation::MakeFilter(const String& trackList) const {
-    const auto tracked = Split(trackList, L';');
+String Generation::MakeFilter(const Names& tracked) const {
     const auto isLiteral = [&tracked](const Band& band) {
-        return band.Style() == bsFixed || std::any_of(tracked.begin(), tracked.end(),
-                                                      [&](StringView name) { return SameFolded(name, band.Name()); });
+        return band.Style() == bsFixed || Contains(tracked, band.Name());
     };
-    const auto bands = mvarRule.Bands();
     std::uint64_t length = 0;
-    for (const auto& band : bands)
-        length += isLiteral(*band) ? band->Value().size() : static_cast<std::uint64_t>(band->Length());
+    ForEachBand([&](const Band& band) {
+        length += isLiteral(band) ? band.Value().size() : static_cast<std::uint64_t>(band.Length());
+    });
     if (length > LongestText) throw std::bad_alloc();
     String filter;
     filter.reserve(static_cast<std::size_t>(length));
-    for (const auto& band : bands) {
-        if (isLiteral(*band))
-            filter += band->Value();
+    ForEachBand([&](const Band& band) {
+        if (isLiteral(band))
+            filter += band.Value();
         else
-            filter.append(static_cast<std::size_t>(band->Length()), L'?');
-    }
+            filter.append(static_cast<std::size_t>(band.Length()), L'?');
+    });
     return filter;
 }
 
 String Generation::ExtractBandText(const String& bandName, const String& code) const {
-    std::uint64_t position = 0; // the sum of lengths may be beyond any text
-    for (const auto& band : mvarRule.Bands()) {
+    std::uint64_t begin = 0; // the sum of lengths may be beyond any text
+    for (std::int32_t position = 1; position <= mvarRule.Count(); ++position) {
+        const auto band = mvarRule.Band(position);
         const auto length = static_cast<std::size_t>(band->Length());
         if (band->Name() == bandName)
-            return position < code.size() ? code.substr(static_cast<std::size_t>(position), length) : String();
-        position += length;
+            return begin < code.size() ? code.substr(static_cast<std::size_t>(begin), length) : String();
+        begin += length;
     }
     return {};
+}
+
+String Generation::Code() const {
+    std::size_t length = 0;
+    ForEachBand([&length](const Band& band) { length += band.Value().size(); });
+    String code;
+    code.reserve(length);
+    ForEachBand([&code](const Band& band) { code += band.Value(); });
+    return code;
 }
 
 } // namespace
@@ -127,10 +156,7 @@ String CodeClass::GetCode(int style) {
     generation.SetLayeredValues();
     generation.SetBoundValues();
     generation.SetNumberValues();
-    String code;
-    for (const auto& band : Bands())
-        code += band->Value();
-    return code;
+    return generation.Code();
 }
 
 } // namespace kestrel

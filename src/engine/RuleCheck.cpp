@@ -24,12 +24,6 @@ bool LiesBelow(const String& left, const String& right) {
     return leftNumber && rightNumber && *leftNumber < *rightNumber;
 }
 
-bool TracksAnything(const Band& band) {
-    const auto& names = band.TrackedNames();
-    // Issuing joins the names before it looks whether there are any.
-    return names && names->Count() > 0 && (names->Count() > 1 || !names->Item(1).empty());
-}
-
 bool HasSeparators(const String& text) { return TraitsOf(text).hasSeparators; }
 
 // Of what is stored beside the name of an item.
@@ -184,7 +178,7 @@ class Check {
     // -------------------------------------------------------------------------------------------------- tracked bands
 
     void CheckTracked(const Band& band) {
-        if (TracksAnything(band)) {
+        if (band.TracksAnything()) {
             mvarCounts = true;
         } else if (band.Value().empty()) {
             mvarFindings.Add(FindingKind::TracksNothingEmpty);
@@ -213,7 +207,7 @@ class Check {
     void CheckIssuedWith(const Band& number, const String& name, const Band& tracked) {
         if (HasAny(name, L";") && tracked.Style() != bsFixed) mvarFindings.Add(FindingKind::TrackedNameSplit, {name});
         const bool isLater = mvarPositions.at(&tracked) > mvarPositions.at(&number);
-        if (isLater && tracked.Style() == bsIncreaseNumber && TracksAnything(tracked))
+        if (isLater && tracked.Style() == bsIncreaseNumber && tracked.TracksAnything())
             mvarFindings.Add(FindingKind::TracksLater, {name});
     }
 

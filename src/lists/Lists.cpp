@@ -98,6 +98,11 @@ void Lists::MoveItem(const IndexKey& indexKey, const IndexKey& before, const Ind
     CollectionChanged.Raise();
 }
 
+Ref<List> Lists::Find(const String& name) const {
+    const auto* item = mvarItems.FindByKey(name);
+    return item != nullptr ? *item : nullptr;
+}
+
 std::int32_t Lists::FindItemPosition(const String& name) const {
     for (std::int32_t position = 1; position <= Count(); ++position)
         if (mvarItems[position]->Name() == name) return position;

@@ -46,6 +46,8 @@ class Lists final : public Exposed {
     // Moves an item just before or just after another one and raises CollectionChanged. Neither or both of Before and
     // After, or an unknown item or place, fail with 2003; a move that leaves the order unchanged with 2008.
     void MoveItem(const IndexKey& indexKey, const IndexKey& before, const IndexKey& after);
+    // The item that has that name as its key; nothing when none has.
+    [[nodiscard]] Ref<List> Find(const String& name) const;
     // Whether an item has that name as its key.
     [[nodiscard]] bool HasKey(const String& name) const { return mvarItems.HasKey(name); }
     // The position of the item with that name, 0 when there is none.

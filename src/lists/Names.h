@@ -20,6 +20,10 @@ class Names final : public Exposed {
     // An unknown key fails with 5, a position outside 1 to Count() with 9.
     [[nodiscard]] String Item(const IndexKey& indexKey) const { return mvarItems.At(indexKey); }
     [[nodiscard]] std::int32_t Count() const noexcept { return mvarItems.Count(); }
+    // The string at the position, 1 to Count(); as long as the collection does not change.
+    [[nodiscard]] const String& operator[](std::int32_t position) const { return mvarItems[position]; }
+    // Whether NamesText is empty: there is no string, or one without text.
+    [[nodiscard]] bool IsBlank() const noexcept { return Count() == 0 || (Count() == 1 && mvarItems[1].empty()); }
     // Fails as Item does; raises nothing.
     void Remove(const IndexKey& indexKey) { mvarItems.Remove(mvarItems.PositionOf(indexKey)); }
     // The strings in order, as they are now.

@@ -213,6 +213,42 @@ TEST_F(GenerationTest_Number, AsksOncePerBandThatTracks) {
     EXPECT_EQ(mvarFilters, (Lines{L"x????", L"x02??"}));
 }
 
+// Tracked names are joined with ";" and taken apart again.
+TEST_F(GenerationTest_Number, TracksEachPartOfANameThatHoldsASeparator) {
+    AddMacro(*mvarRule, L"A", L"A", 1);
+    AddMacro(*mvarRule, L"B", L"B", 1);
+    AddMacro(*mvarRule, L"C", L"C", 1);
+    AddNumber(*mvarRule, L"N", 2)->TrackBands()->Append(L"c;A");
+    for (const wchar_t* name : {L"A", L"B", L"C"})
+        mvarRule->UsrMacros().Item(name)->SetValue(name);
+    AnswerLastCode(*mvarRule, L"ABC01");
+    EXPECT_EQ(mvarRule->GetCode(gsNewCode), L"ABC02");
+    EXPECT_EQ(mvarFilters, (Lines{L"A?C??"}));
+}
+
+TEST_F(GenerationTest_Number, TracksNothingByOneNameWithoutText) {
+    const auto number = AddNumber(*mvarRule, L"N", 2);
+    number->SetValue(L"7");
+    number->TrackBands()->Append(L"");
+    AnswerLastCode(*mvarRule, L"41");
+    EXPECT_EQ(mvarRule->GetCode(gsNewCode), L"07");
+    EXPECT_EQ(mvarFilters, Lines{});
+    number->TrackBands()->Append(L"");
+    EXPECT_EQ(mvarRule->GetCode(gsNewCode), L"42");
+}
+
+TEST_F(GenerationTest_Number, IsAskedForWhenTheHostLetsItTrackWhileAskedForAnother) {
+    AddFixed(*mvarRule, L"A", L"x");
+    AddNumber(*mvarRule, L"N", 1)->TrackBands()->Add(L"A");
+    const auto later = AddNumber(*mvarRule, L"O", 1);
+    AnswerLastCode(*mvarRule, L"x35");
+    const auto handler = mvarRule->GetLastCode.Subscribe([&later](String&, String&) {
+        if (later->TrackBands()->Count() == 0) later->TrackBands()->Add(L"A");
+    });
+    EXPECT_EQ(mvarRule->GetCode(gsNewCode), L"x46");
+    EXPECT_EQ(mvarFilters, (Lines{L"x??", L"x??"}));
+}
+
 TEST_F(GenerationTest_Number, IsPassedOverWhenTheHostRemovesItsBandWhileAsked) {
     AddFixed(*mvarRule, L"A", L"x");
     const auto number = AddNumber(*mvarRule, L"N", 2);
