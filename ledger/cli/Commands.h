@@ -55,6 +55,7 @@ struct ImportOptions {
 struct NewRuleOptions {
     std::wstring name;
     std::wstring pattern; // empty: the designer opens
+    std::wstring grow;    // digits, such as 4..9; empty: the number keeps its width
     std::wstring policy;  // empty: gapless, or as it is
     std::optional<std::int64_t> leaseSize;
     PatternSettings settings;

@@ -219,6 +219,8 @@ class Parser {
         MakesLedger(command);
         AddText(command, "name", made->name, "the rule's name", true);
         AddText(command, "pattern", made->pattern, "text, fields {Customer:4}, numbers {####}; see docs/patterns.md");
+        AddText(command, "--grow", made->grow,
+                "let the number grow past its width, as in 4..9: a rule for each width, and a numbering over them");
         AddPolicy(command, made->policy, made->leaseSize);
         AddFileFormat(command, made->separator, made->codePage);
         AddDesigned(command, made->fields, made->macros);

@@ -4,7 +4,6 @@
 #include "hosts/common/Text.h"
 #include "ledger/core/Json.h"
 #include "ledger/core/definition/DefinitionText.h"
-#include "ledger/core/definition/RuleReview.h"
 
 namespace ledger {
 
@@ -21,7 +20,9 @@ Json FindingsJson(const RuleReview& review) {
     return findings;
 }
 
-void Report(const Session& session, const ChangeReport& report, std::size_t bands, const RuleReview& review) {
+} // namespace
+
+void TellStored(const Session& session, const ChangeReport& report, std::size_t bands, const RuleReview& review) {
     const StoredRule& rule = report.rule;
     const Json json = {{"rule", ToJson(rule.name)},
                        {"policy", ToJson(NameOf(rule.policy))},
@@ -48,7 +49,13 @@ void Report(const Session& session, const ChangeReport& report, std::size_t band
             L" codes issued before have a number that another one has in the series of this definition");
 }
 
-} // namespace
+void NoteFindings(const Session& session, const LookedOver& rule) {
+    if (session.output.IsJson()) return;
+    for (const std::wstring& line : rule.review.Lines())
+        session.output.Note(line);
+    if (rule.hadValues)
+        session.output.Note(L"the values of fields and macros that came with the definition are not kept");
+}
 
 void CheckRuleName(const std::wstring& name) {
     if (name.empty() || name.size() > LongestName)
@@ -59,25 +66,28 @@ void CheckRuleName(const std::wstring& name) {
         throw HostError(L"the name \"" + hosts::Shown(name) + L"\" has a control character in it; give one without");
 }
 
-void StoreRule(Session& session, RuleChange change, bool force) {
-    const RuleReview review = ReviewDefinition(change.definition);
-    if (!review.obstacles.empty() && !force) {
-        for (const std::wstring& line : review.Lines())
+LookedOver LookOver(RuleChange change, bool force) {
+    LookedOver rule{std::move(change), {}, false};
+    rule.review = ReviewDefinition(rule.change.definition);
+    if (!rule.review.obstacles.empty() && !force) {
+        for (const std::wstring& line : rule.review.Lines())
             hosts::ReportLine(line);
         throw HostError(
-            L"rule \"" + change.name +
+            L"rule \"" + rule.change.name +
             L"\" can issue no code and is not stored; put right what stands above, or store it with --force");
     }
-    const std::wstring without = WithoutValues(change.definition);
-    const bool hadValues = without != change.definition;
-    change.definition = without;
-    CodeMaker maker(change.definition, SettingsAfter(session.database, session.patience, change));
-    const ChangeReport report = ChangeRule(session.database, session.patience, change, maker);
-    Report(session, report, maker.Bands().size(), review);
-    if (session.output.IsJson()) return;
-    for (const std::wstring& line : review.Lines())
-        session.output.Note(line);
-    if (hadValues) session.output.Note(L"the values of fields and macros that came with the definition are not kept");
+    const std::wstring without = WithoutValues(rule.change.definition);
+    rule.hadValues = without != rule.change.definition;
+    rule.change.definition = without;
+    return rule;
+}
+
+void StoreRule(Session& session, RuleChange change, bool force) {
+    const LookedOver rule = LookOver(std::move(change), force);
+    CodeMaker maker(rule.change.definition, SettingsAfter(session.database, session.patience, rule.change));
+    const ChangeReport report = ChangeRule(session.database, session.patience, rule.change, maker);
+    TellStored(session, report, maker.Bands().size(), rule.review);
+    NoteFindings(session, rule);
 }
 
 } // namespace ledger

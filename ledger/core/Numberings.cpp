@@ -125,24 +125,28 @@ std::wstring TextOf(const Numbering& numbering) {
 void StoreNumbering(Database& database, Patience patience, const Numbering& numbering) {
     const std::wstring ticket = NewTicket();
     InTransaction(database, patience, OnUniqueKey::Retry, [&] {
-        Numbering stored = numbering;
-        const auto before =
-            database.Prepare(std::wstring(SelectText) + L" WHERE name = ?").Set(numbering.name).First(ReadRow);
-        if (before && Journal(database, before->id).OfTicket(ticket)) return true; // its COMMIT was not answered
-        CheckNumbering(numbering, Rules(database).All());
-        if (before && numbering.revision == 0 && before->parts.empty()) { // it was removed, and comes back
-            stored.id = before->id;
-            stored.revision = before->revision;
-        }
-        if (before)
-            Replace(database, stored);
-        else
-            Add(database, stored);
-        Journal(database, stored.id)
-            .Write(acts::Settings, stored.name,
-                   L"revision " + std::to_wstring(stored.revision) + L", " + TextOf(stored), ticket);
+        StoreNumberingWithin(database, numbering, ticket);
         return true;
     });
+}
+
+void StoreNumberingWithin(Database& database, const Numbering& numbering, const std::wstring& ticket) {
+    Numbering stored = numbering;
+    const auto before =
+        database.Prepare(std::wstring(SelectText) + L" WHERE name = ?").Set(numbering.name).First(ReadRow);
+    if (before && Journal(database, before->id).OfTicket(ticket)) return; // its COMMIT was not answered
+    CheckNumbering(numbering, Rules(database).All());
+    if (before && numbering.revision == 0 && before->parts.empty()) { // it was removed, and comes back
+        stored.id = before->id;
+        stored.revision = before->revision;
+    }
+    if (before)
+        Replace(database, stored);
+    else
+        Add(database, stored);
+    Journal(database, stored.id)
+        .Write(acts::Settings, stored.name, L"revision " + std::to_wstring(stored.revision) + L", " + TextOf(stored),
+               ticket);
 }
 
 } // namespace ledger

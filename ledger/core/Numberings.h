@@ -58,6 +58,9 @@ class Numberings {
 // stands in a journal of its own. Fails with HostError, and changes nothing, with the reason why it makes no sense.
 void StoreNumbering(Database& database, Patience patience, const Numbering& numbering);
 
+// The same within the caller's transaction, which keeps the ticket when it is repeated.
+void StoreNumberingWithin(Database& database, const Numbering& numbering, const std::wstring& ticket);
+
 // How the table and the journal keep the numbering.
 [[nodiscard]] std::wstring TextOf(const Numbering& numbering);
 

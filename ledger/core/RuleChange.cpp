@@ -128,10 +128,15 @@ RuleSettings SettingsAfter(Database& database, Patience patience, const RuleChan
 }
 
 ChangeReport ChangeRule(Database& database, Patience patience, const RuleChange& change, CodeMaker& maker) {
-    maker.RefuseUnsound();
     const std::wstring ticket = NewTicket();
     return InTransaction(database, patience, OnUniqueKey::Retry,
-                         [&] { return Changing(database, change, maker, ticket).Run(); });
+                         [&] { return ChangeRuleWithin(database, change, maker, ticket); });
+}
+
+ChangeReport ChangeRuleWithin(Database& database, const RuleChange& change, CodeMaker& maker,
+                              const std::wstring& ticket) {
+    maker.RefuseUnsound();
+    return Changing(database, change, maker, ticket).Run();
 }
 
 } // namespace ledger

@@ -36,4 +36,8 @@ struct ChangeReport {
 [[nodiscard]] ChangeReport ChangeRule(Database& database, Patience patience, const RuleChange& change,
                                       CodeMaker& maker);
 
+// The same within the caller's transaction, which keeps the ticket when it is repeated.
+[[nodiscard]] ChangeReport ChangeRuleWithin(Database& database, const RuleChange& change, CodeMaker& maker,
+                                            const std::wstring& ticket);
+
 } // namespace ledger

@@ -92,6 +92,45 @@ class NumberingTests:
         self.assertIn("is a numbering", self.refused("rule", "import", self.file("all.rule", text("Z"))))
         self.assertEqual(self.done("numbering", "list"), ["all\t1 parts"])
 
+    def new(self, name, pattern, *arguments):
+        return self.done("rule", "new", name, pattern, "--lease", "4", *arguments)
+
+    def test_a_number_grows_past_its_width(self):
+        for policy in POLICIES:
+            with self.subTest(policy):
+                lines = self.new(policy, policy + "{#:8}", "--grow", "1..3", "--policy", policy)
+                self.assertEqual([line.split(":")[0] for line in lines],
+                                 [f'rule "{policy}-1"', f'rule "{policy}-2"', f'rule "{policy}-3"', f'numbering "{policy}"'])
+                self.assertEqual(self.codes_of(policy, "--count", "4"), [policy + number for number in ("8", "9", "10", "11")])
+                self.done("next", f"{policy}-2", "--set", "99")
+                self.assertEqual(self.codes_of(policy, "--count", "3"), [policy + number for number in ("99", "100", "101")])
+                self.done("next", f"{policy}-3", "--set", "999")
+                self.codes_of(policy)
+                self.assertIn("full, 999 was the last number", self.refused("issue", "--rule", policy))
+        self.clean()
+
+    def test_each_series_grows_for_itself_and_by_its_step(self):
+        for policy in POLICIES:
+            with self.subTest(policy):
+                self.new(policy, policy + "{Year:4}-{#}", "--grow", "1..2", "--step", "4", "--policy", policy)
+                codes = self.codes_of(policy, "--count", "4", "--field", "Year=2025")
+                self.assertEqual(codes, [f"{policy}2025-{number}" for number in (1, 5, 9, 13)])
+                self.assertEqual(self.codes_of(policy, "--field", "Year=2026"), [f"{policy}2026-1"])
+        self.clean()
+
+    def test_rules_that_grow_come_together_or_not_at_all(self):
+        self.new("inv-2", "X{##}")
+        self.assertIn('there is a rule "inv-2" already', self.refused("rule", "new", "inv", "INV{#}", "--grow", "1..3"))
+        self.new("other", "Y{#}", "--grow", "1..2")
+        self.assertIn('there is a numbering "other" already', self.refused("rule", "new", "other", "Z{#}", "--grow", "1..2"))
+        self.assertIn('there is a numbering "other" already', self.refused("rule", "new", "other", "Z{#}"))
+        self.assertIn("--replace changes one", self.refused("rule", "new", "inv-2", "INV{#}", "--grow", "1..3", "--replace"))
+        self.assertIn("--grow wants a pattern", self.refused("rule", "new", "inv", "--grow", "1..3"))
+        self.assertIn("write its digits as in 4..9", self.refused("rule", "new", "inv", "INV{#}", "--grow", "9"))
+        result = self.kledger("rule", "new", "inv", "INV{#}", "--grow", "2..3")
+        self.assertEqual(result.stderr.splitlines()[1:], ["INV{#}", "   ^"])
+        self.assertEqual([line["rule"] for line in self.objects("rule", "list")], ["inv-2", "other-1", "other-2"])
+
     def test_numberings_are_shown_and_removed(self):
         self.rules(a=text("A"))
         self.done("numbering", "add", "all", "a", "--then", "anew")

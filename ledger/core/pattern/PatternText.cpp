@@ -33,7 +33,6 @@ namespace {
 
 constexpr std::size_t LongestPattern = 10'000;
 constexpr std::size_t LongestName = 120; // as the tables of a ledger hold it
-constexpr std::size_t MostDigits = 18;   // what a ledger counts in
 constexpr std::size_t MostLengthDigits = 3;
 constexpr std::wstring_view As = L" as ";
 

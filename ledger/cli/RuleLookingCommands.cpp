@@ -1,4 +1,4 @@
-// rule new, rule check, rule show
+// rule check, rule show
 #include <algorithm>
 #include <filesystem>
 
@@ -8,10 +8,8 @@
 #include "hosts/common/Utf8.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
-#include "ledger/cli/RuleStoring.h"
 #include "ledger/core/Json.h"
 #include "ledger/core/definition/RuleReview.h"
-#include "ledger/core/pattern/PatternText.h"
 #include "ledger/core/pattern/SaidPattern.h"
 
 namespace ledger {
@@ -23,27 +21,6 @@ using hosts::HostError;
 std::optional<StoredRule> FindRule(Session& session, const std::wstring& name) {
     Rules rules(session.database);
     return InSnapshot(session.database, session.patience, [&rules, &name] { return rules.Find(name); });
-}
-
-// -------------------------------------------------------------------------------------------------------- rule new
-
-std::wstring DefinitionOf(const NewRuleOptions& options) {
-    const CodeFiles files = [&options](const std::wstring& file) {
-        try {
-            return hosts::ParseCsv(hosts::ReadTextFile(file, options.codePage), options.separator);
-        } catch (const HostError& error) {
-            const bool isNamed = error.Message().find(file) != std::wstring::npos;
-            throw HostError(isNamed ? error.Message() : file + L": " + error.Message());
-        }
-    };
-    return BuildDefinition(ParsePattern(options.pattern), options.settings, files);
-}
-
-void ShowPlace(const std::wstring& pattern, const PatternError& error) {
-    hosts::ReportLine(L"kledger: position " + std::to_wstring(error.Position() + 1) + L" of the pattern: " +
-                      error.Message());
-    for (const std::wstring& line : CaretLines(pattern, error.Position()))
-        hosts::ReportLine(line);
 }
 
 // ------------------------------------------------------------------------------------------------------- rule show
@@ -191,32 +168,6 @@ int Tell(const Output& output, const RuleReview& review) {
 }
 
 } // namespace
-
-int NewRule(Session& session, const NewRuleOptions& options) {
-    CheckRuleName(options.name);
-    const bool exists = FindRule(session, options.name).has_value();
-    if (exists && !options.replace)
-        throw HostError(L"there is a rule \"" + options.name +
-                        L"\" already; change it with --replace or kledger rule design, or take another name");
-    if (options.pattern.empty()) {
-        if (exists) throw HostError(L"--replace wants a pattern; kledger rule design opens the rule that there is");
-        return DesignNewRule(session, options);
-    }
-    RuleChange change;
-    change.name = options.name;
-    change.policy = PolicyOf(options.policy);
-    change.leaseSize = options.leaseSize;
-    if (!exists) change.revision = 0; // a rule that somebody else makes meanwhile is not overwritten
-    try {
-        change.definition = DefinitionOf(options);
-    } catch (const PatternError& error) {
-        ShowPlace(options.pattern, error);
-        return ExitFailed;
-    }
-    change.settings = SettingsWith(session, change.name, options.numbering);
-    StoreRule(session, change, options.force);
-    return ExitDone;
-}
 
 int CheckRule(Session& session, const std::wstring& name) {
     const auto rule = FindRule(session, name);
