@@ -92,11 +92,12 @@ struct IssueOptions {
     wchar_t separator = L',';
     std::optional<unsigned> codePage;
     bool keepOtherColumns = false;
-    std::wstring key;        // of the one record of `fields`; empty: none was given
-    std::wstring keyColumn;  // of the file; empty: none was given
-    std::wstring dateFormat; // of the records; empty: ISO 8601
-    bool dryRun = false;     // tell what would be issued, and store nothing
-    bool quiet = false;      // the codes alone
+    std::wstring key;          // of the one record of `fields`; empty: none was given
+    std::wstring keyColumn;    // of the file; empty: none was given
+    std::wstring dateFormat;   // of the records; empty: ISO 8601
+    bool dryRun = false;       // tell what would be issued, and store nothing
+    unsigned warnPercent = 10; // of a series' numbers that must be left
+    bool quiet = false;        // the codes alone
 };
 
 struct FindOptions {

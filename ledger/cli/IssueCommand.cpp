@@ -10,6 +10,7 @@
 #include "ledger/cli/Fields.h"
 #include "ledger/cli/PlainList.h"
 #include "ledger/cli/Progress.h"
+#include "ledger/cli/RoomWatch.h"
 #include "ledger/cli/StopSignal.h"
 #include "ledger/core/DryIssuer.h"
 #include "ledger/core/Json.h"
@@ -113,7 +114,8 @@ class Run {
   public:
     Run(Session& session, const FieldNames& known, Issuer& issuer, std::vector<Line>& lines,
         const IssueOptions& options)
-        : mvarSession(session), mvarKnown(known), mvarIssuer(issuer), mvarLines(lines), mvarOptions(options) {}
+        : mvarSession(session), mvarKnown(known), mvarIssuer(issuer), mvarLines(lines), mvarOptions(options),
+          mvarWatch(session.output, options.quiet ? 0 : options.warnPercent) {}
 
     void Issue() {
         Progress progress(mvarOptions.quiet ? 0 : mvarLines.size());
@@ -198,6 +200,7 @@ class Run {
         if (outcome.before) json["before"] = true;
         if (mvarOptions.dryRun) json["dryRun"] = true;
         mvarSession.output.Line(plain, json);
+        mvarWatch.Look(outcome.rooms);
         if (outcome.before && !mvarSession.output.IsJson() && !mvarOptions.quiet)
             hosts::ReportLine(L"line " + std::to_wstring(line.number) + L": code " + hosts::Shown(outcome.code) +
                               L" was issued before for key \"" + line.key + L"\"");
@@ -216,6 +219,7 @@ class Run {
     Issuer& mvarIssuer;
     std::vector<Line>& mvarLines;
     const IssueOptions& mvarOptions;
+    RoomWatch mvarWatch;
     Totals mvarTotals;
     std::size_t mvarDone = 0; // lines, those refused included
 };

@@ -97,6 +97,11 @@ void AddSettings(CLI::App* command, SettingOptions& target) {
         ->type_name("FIELD");
 }
 
+void AddWarn(CLI::App* command, unsigned& percent) {
+    command->add_option("--warn", percent, "percent of a series' numbers that must be left (10)")
+        ->check(CLI::Range(0, 100));
+}
+
 template <class Options>
 using Command = int (*)(Session&, const Options&);
 
@@ -340,7 +345,9 @@ class Parser {
         command->add_option("-n,--count", options->count, "how many codes for the one record (1)")
             ->check(CLI::Range(1, 1'000'000));
         command->add_flag("--dry-run", options->dryRun, "store nothing, and show what would be issued and refused");
-        command->add_flag("-q,--quiet", options->quiet, "show the codes alone, without fields, progress and summary");
+        command->add_flag("-q,--quiet", options->quiet,
+                          "show the codes alone, without fields, progress, warnings and summary");
+        AddWarn(command, options->warnPercent);
         // An empty one is a mistake of the caller's, who would take the request for one with a key.
         for (const char* name : {"--key", "--key-column"})
             command->get_option(name)->check(
@@ -406,8 +413,7 @@ class Parser {
             mvarApp, "report", "show each series: how full it is, since when, until when", ReportLedger, options);
         AddRule(command, options->rule);
         AddText(command, "--html", options->html, "a file for a page with pictures, for any browser");
-        command->add_option("--warn", options->warnPercent, "percent of a series' numbers that must be left (10)")
-            ->check(CLI::Range(0, 100));
+        AddWarn(command, options->warnPercent);
     }
 
     void AddAdopt() {
@@ -431,8 +437,7 @@ class Parser {
         CLI::App* command = Add<AuditOptions>(
             mvarApp, "audit", "check every row and every chain of one rule, or of all", AuditRule, options);
         AddRule(command, options->rule);
-        command->add_option("--warn", options->warnPercent, "percent of a series' numbers that must be left (10)")
-            ->check(CLI::Range(0, 100));
+        AddWarn(command, options->warnPercent);
         AddText(command, "--write-heads", options->writeHeads, "write the newest seal of each chain to a file");
         AddText(command, "--against", options->against,
                 "such a file: prove that what was there then is there unchanged");

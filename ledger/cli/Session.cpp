@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ledger/core/Codes.h"
+#include "ledger/core/Numberings.h"
 
 namespace ledger {
 
@@ -28,13 +29,22 @@ StoredRule OnlyOne(std::vector<StoredRule> rules) {
     return std::move(rules.front());
 }
 
+[[noreturn]] void RefuseNoRule(Session& session, const std::wstring& name) {
+    const auto numbering =
+        InSnapshot(session.database, session.patience, [&] { return Numberings(session.database).Find(name); });
+    if (!numbering) throw HostError(L"there is no rule \"" + name + L"\"; kledger rule list shows those there are");
+    std::vector<StoredRule> rules = AllRules(session);
+    std::erase_if(rules, [&numbering](const StoredRule& rule) { return !numbering->Names(rule.id); });
+    throw HostError(L"\"" + name + L"\" is a numbering; name one of its rules: " + NamesOf(rules));
+}
+
 } // namespace
 
 StoredRule ResolveRule(Session& session, const std::wstring& name) {
     if (name.empty()) return OnlyOne(AllRules(session));
     Rules rules(session.database);
     auto found = InSnapshot(session.database, session.patience, [&rules, &name] { return rules.Find(name); });
-    if (!found) throw HostError(L"there is no rule \"" + name + L"\"; kledger rule list shows those there are");
+    if (!found) RefuseNoRule(session, name);
     return *std::move(found);
 }
 

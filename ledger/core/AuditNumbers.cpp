@@ -136,8 +136,7 @@ void NumberAudit::CheckSeries(unsigned warnPercent) {
 void NumberAudit::CheckRoom(const Series& series, unsigned warnPercent) {
     const auto room = RoomLeft(series, mvarReport.bands);
     if (!room || room->percent >= warnPercent) return;
-    mvarReport.Find(FindingKind::Room,
-                    series.series + L" has " + std::to_wstring(room->left) + L" numbers left in band " + series.band,
+    mvarReport.Find(FindingKind::Room, RoomText(series.series, series.band, room->left),
                     {{L"band", series.band}, {L"series", series.series}, {L"left", room->left}});
 }
 

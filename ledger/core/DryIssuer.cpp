@@ -38,7 +38,7 @@ Outcome DryIssuer::Answer(State& state, const Request& request) {
         row.fields = request.fields;
         state.byTicket[request.ticket] = std::move(row);
     }
-    return {made.code};
+    return OutcomeOf(made.code, made.numbers, mvarWorkplace.maker);
 }
 
 void DryIssuer::RefuseRepeated(State& state, const std::wstring& code) {

@@ -213,7 +213,7 @@ void FastIssuer::StoreAll(std::vector<NewCode> codes, std::span<const Request> r
             if (codes[at].row.code.empty()) continue;
             first[requests[at].ticket] = at;
             if (together)
-                outcomes[at].code = codes[at].row.code;
+                outcomes[at] = OutcomeOf(codes[at], mvarWorkplace.maker);
             else
                 outcomes[at] = StoreAlone(std::move(codes[at]), requests[at]);
         } catch (const hosts::RecordError& error) {
@@ -270,7 +270,7 @@ Outcome FastIssuer::StoreAlone(NewCode code, const Request& request) {
                 for (const auto& [key, head] : heads)
                     mvarHeads[key] = head;
                 if (stored) return OutcomeOf(*stored, request, stored->code != made);
-                return Outcome{code.row.code};
+                return OutcomeOf(code, mvarWorkplace.maker);
             });
         } catch (const DbError& error) {
             if (error.Kind() == Fault::Text) throw hosts::RecordError(error.Message());

@@ -93,7 +93,7 @@ Outcome GaplessIssuer::IssueOne(const Request& request) {
             if (!mvarCodes.AddIssued(next, mvarWorkplace.rule.revision)) Rules::RefuseChanged(mvarWorkplace.rule);
         }
         mvarClaims.Add({&next, 1});
-        return Outcome{next.row.code};
+        return OutcomeOf(next, mvarWorkplace.maker);
     });
 }
 

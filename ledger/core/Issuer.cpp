@@ -5,8 +5,24 @@
 #include "ledger/core/FastIssuer.h"
 #include "ledger/core/GaplessIssuer.h"
 #include "ledger/core/Json.h"
+#include "ledger/core/Series.h"
 
 namespace ledger {
+
+Outcome OutcomeOf(const std::wstring& code, const std::vector<NumberHeld>& numbers, const CodeMaker& maker) {
+    Outcome outcome{code};
+    for (const NumberHeld& held : numbers)
+        if (const auto room = RoomLeft({held.band, held.series, 0, 0, held.number}, maker.NumberBands()))
+            outcome.rooms.push_back({held.band, held.series, room->left, room->percent});
+    return outcome;
+}
+
+Outcome OutcomeOf(const NewCode& code, const CodeMaker& maker) {
+    std::vector<NumberHeld> numbers;
+    for (const NumberRow& row : code.numbers)
+        numbers.push_back(row.held);
+    return OutcomeOf(code.row.code, numbers, maker);
+}
 
 Outcome OutcomeOf(const hosts::RecordError& error) {
     Outcome outcome{{}, error.Message()};

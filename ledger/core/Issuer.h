@@ -20,13 +20,27 @@ struct Request {
     bool isGiven = false; // the ticket was given, so that the request may have been made before
 };
 
-struct Outcome {
-    std::wstring code = {};    // empty when the record was refused
-    std::wstring refusal = {}; // why
-    bool before = false;       // the code was issued by an earlier request with the same ticket
-    bool full = false;         // refused, because a series has no number left
-    std::int64_t next = 0;     // the number that would have come then
+// What a series has left behind the number of a code.
+struct SeriesRoom {
+    std::wstring band;
+    std::wstring series;
+    std::int64_t left = 0; // numbers
+    unsigned percent = 0;  // of all that it could ever give
 };
+
+struct Outcome {
+    std::wstring code = {};             // empty when the record was refused
+    std::wstring refusal = {};          // why
+    bool before = false;                // the code was issued by an earlier request with the same ticket
+    bool full = false;                  // refused, because a series has no number left
+    std::int64_t next = 0;              // the number that would have come then
+    std::vector<SeriesRoom> rooms = {}; // of a code with new numbers; those that another rule goes on with are left out
+};
+
+// Of a code that was issued just now, with these new numbers of the maker's bands.
+[[nodiscard]] Outcome OutcomeOf(const std::wstring& code, const std::vector<NumberHeld>& numbers,
+                                const CodeMaker& maker);
+[[nodiscard]] Outcome OutcomeOf(const NewCode& code, const CodeMaker& maker);
 
 // Of a record that an issuer could not give a code.
 [[nodiscard]] Outcome OutcomeOf(const hosts::RecordError& error);

@@ -90,9 +90,11 @@ void NumberingIssuer::Serve(std::size_t part, const Places& places, std::span<co
     for (std::size_t at = 0; at < places.size(); ++at) {
         Outcome& outcome = outcomes[places[at]];
         outcome = got[at];
-        if (!outcome.full || mvarNumbering.parts[part].then == Then::Stop) continue;
+        if (mvarNumbering.parts[part].then == Then::Stop) continue;
         const std::size_t next = Fitting(served[at], part + 1);
         if (next == mvarNumbering.parts.size()) continue;
+        outcome.rooms.clear();
+        if (!outcome.full) continue;
         if (mvarNumbering.parts[part].then == Then::On) GoOn(next, served[at], outcome);
         if (mvarNumbering.parts[part].then == Then::On && !outcome.full) continue;
         Serve(next, {places[at]}, requests, toCome, outcomes);

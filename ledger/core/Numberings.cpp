@@ -103,6 +103,10 @@ bool NumberingPart::Fits(const FieldValues& record) const {
     return !day.empty() && day >= from && (until.empty() || day <= until);
 }
 
+bool Numbering::Names(std::int64_t rule) const {
+    return std::ranges::find(parts, rule, &NumberingPart::rule) != parts.end();
+}
+
 std::vector<Numbering> Numberings::All() {
     return mvarDatabase.Prepare(std::wstring(SelectText) + L" ORDER BY name").Rows(ReadRow);
 }

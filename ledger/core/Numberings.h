@@ -38,6 +38,9 @@ struct Numbering {
     std::int64_t revision = 0;
     std::vector<std::wstring> fields; // of records, beside those that the rules have
     std::vector<NumberingPart> parts; // the first that fits is taken; none: it was removed
+
+    // Whether it issues by the rule.
+    [[nodiscard]] bool Names(std::int64_t rule) const;
 };
 
 // Members run in the caller's transaction and fail with DbError.

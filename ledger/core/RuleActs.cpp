@@ -2,6 +2,7 @@
 
 #include "ledger/core/Codes.h"
 #include "ledger/core/Journal.h"
+#include "ledger/core/Numberings.h"
 #include "ledger/core/RuleChange.h"
 #include "ledger/core/Stamp.h"
 
@@ -17,8 +18,19 @@ const wchar_t* const TablesOfRules[] = {L"kestrel_numbers WHERE rule_id", L"kest
                                         L"kestrel_journal WHERE rule_id", L"kestrel_definitions WHERE rule_id",
                                         L"kestrel_rules WHERE id"};
 
-void RefuseTaken(Rules& rules, const std::wstring& name) {
-    if (rules.Find(name)) throw HostError(L"there is a rule \"" + name + L"\" already; give another name");
+void RefuseTaken(Database& database, const std::wstring& name) {
+    if (Rules(database).Find(name)) throw HostError(L"there is a rule \"" + name + L"\" already; give another name");
+    if (Numberings(database).Find(name))
+        throw HostError(L"there is a numbering \"" + name + L"\" already; give another name");
+}
+
+// A numbering without one of its rules could issue nothing.
+void RefuseNumbered(Database& database, const StoredRule& rule) {
+    for (const Numbering& numbering : Numberings(database).All())
+        if (numbering.Names(rule.id))
+            throw HostError(L"numbering \"" + numbering.name + L"\" issues by rule \"" + rule.name +
+                            L"\"; take the rule out of it first: kledger numbering remove \"" + numbering.name +
+                            L"\", and add its other rules again");
 }
 
 // The word says what was done; what the rule is after it stands behind, for the audit.
@@ -44,8 +56,7 @@ void RenameRule(Database& database, Patience patience, const StoredRule& rule, c
     const std::wstring ticket = NewTicket();
     InTransaction(database, patience, OnUniqueKey::Retry, [&] {
         if (IsDone(database, rule, ticket)) return true;
-        Rules rules(database);
-        RefuseTaken(rules, name);
+        RefuseTaken(database, name);
         StoredRule renamed = rule;
         renamed.name = name;
         Store(database, renamed, L"renamed", ticket);
@@ -55,8 +66,7 @@ void RenameRule(Database& database, Patience patience, const StoredRule& rule, c
 
 void CopyRule(Database& database, Patience patience, const StoredRule& rule, const std::wstring& name) {
     InSnapshot(database, patience, [&] {
-        Rules rules(database);
-        RefuseTaken(rules, name);
+        RefuseTaken(database, name);
         return true;
     });
     RuleChange change;
@@ -79,6 +89,7 @@ bool RemoveRule(Database& database, Patience patience, const StoredRule& rule) {
         const auto stored = Rules(database).Find(rule.name);
         if (!stored && database.IsInDoubt()) return true; // by an attempt whose COMMIT was not answered
         if (!stored || stored->revision != rule.revision) Rules::RefuseChanged(rule);
+        RefuseNumbered(database, rule);
         if (Codes(database, rule.id).Count() == 0) {
             Remove(database, rule);
             return true;

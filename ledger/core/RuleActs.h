@@ -7,14 +7,16 @@
 
 namespace ledger {
 
-// Fails with HostError when another rule has the name, or the rule was changed meanwhile.
+// Numberings that issue by the rule go on doing so. Fails with HostError when another rule or a numbering has the name,
+// or the rule was changed meanwhile.
 void RenameRule(Database& database, Patience patience, const StoredRule& rule, const std::wstring& name);
 
 // A rule that has issued nothing, with the newest definition and the settings of the other one. Fails with HostError
-// when another rule has the name.
+// when another rule or a numbering has the name.
 void CopyRule(Database& database, Patience patience, const StoredRule& rule, const std::wstring& name);
 
 // Removes a rule without codes; one with codes is retired, and keeps everything. Returns whether it is gone.
+// Fails with HostError when a numbering issues by the rule.
 [[nodiscard]] bool RemoveRule(Database& database, Patience patience, const StoredRule& rule);
 
 // Fails with HostError on a rule that is not retired.

@@ -4,6 +4,7 @@
 
 #include "ledger/core/Codes.h"
 #include "ledger/core/Journal.h"
+#include "ledger/core/NumberingCheck.h"
 #include "ledger/core/Numberings.h"
 #include "ledger/core/Recount.h"
 #include "ledger/core/Reuse.h"
@@ -81,6 +82,12 @@ class Changing {
         return {rule, true, 0, 0, 0};
     }
 
+    // Conditions and days must go on to make sense, and no two rules of a numbering can give the same code.
+    void RefuseUnfitFor(const StoredRule& rule) {
+        for (const Numbering& numbering : Numberings(mvarDatabase).All())
+            if (numbering.Names(rule.id)) CheckNumbering(numbering, mvarRules.All());
+    }
+
     ChangeReport Change(const StoredRule& stored) {
         if (Journal(mvarDatabase, stored.id).OfTicket(mvarTicket)) // by an attempt whose COMMIT was not answered
             return {stored, true, Codes(mvarDatabase, stored.id).Count(), 0, 0};
@@ -106,6 +113,7 @@ class Changing {
         }
         if (rule.settings.reuse || stored.settings.reuse) Reuse(mvarDatabase, rule.id).Refill(rule.settings.reuse);
         mvarRules.Replace(rule);
+        RefuseUnfitFor(rule);
         Write(rule, isNew ? acts::Import : acts::Settings, sum);
         report.rule = rule;
         return report;

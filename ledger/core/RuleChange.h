@@ -31,8 +31,8 @@ struct ChangeReport {
 // Stores the change, or the rule when there is none of that name, all at once; every code that is stored is counted in
 // the series of the new definition as well. The maker was made of the definition and
 // the settings that the rule is to have. Fails with HostError, and changes
-// nothing, when the definition's formulas make no sense, codes of another length are stored or the rule has another
-// revision.
+// nothing, when the definition's formulas make no sense, codes of another length are stored, the rule has another
+// revision, or a numbering over it would make no sense any more.
 [[nodiscard]] ChangeReport ChangeRule(Database& database, Patience patience, const RuleChange& change,
                                       CodeMaker& maker);
 

@@ -28,6 +28,10 @@ std::optional<Gap> GapBefore(const Series& series, const std::vector<NumberBand>
     return Gap{series.band, series.series, band->start, series.first - 1};
 }
 
+std::wstring RoomText(const std::wstring& series, const std::wstring& band, std::int64_t left) {
+    return series + L" has " + std::to_wstring(left) + L" numbers left in band " + band;
+}
+
 std::optional<Room> RoomLeft(const Series& series, const std::vector<NumberBand>& bands) {
     const NumberBand* band = FindBand(series.band, bands);
     if (band == nullptr) return std::nullopt;

@@ -37,6 +37,9 @@ struct Room {
     unsigned percent = 0;  // of all that it could ever give
 };
 
+// For people: "INV-2026-??? has 12 numbers left in band Number".
+[[nodiscard]] std::wstring RoomText(const std::wstring& series, const std::wstring& band, std::int64_t left);
+
 // Nothing when the rule has no such band any more.
 [[nodiscard]] std::optional<Room> RoomLeft(const Series& series, const std::vector<NumberBand>& bands);
 

@@ -95,6 +95,39 @@ class NumberingTests:
     def new(self, name, pattern, *arguments):
         return self.done("rule", "new", name, pattern, "--lease", "4", *arguments)
 
+    def test_a_rule_of_a_numbering_is_neither_removed_nor_retired(self):
+        self.rules(a=text("A"), b=text("B"))
+        self.done("numbering", "add", "all", "a", "--then", "anew")
+        for _ in ("without codes", "with one"):
+            self.assertIn('numbering "all" issues by rule "a"; take the rule out of it first: kledger numbering remove "all"',
+                          self.refused("rule", "remove", "a"))
+            self.assertEqual(len(self.codes_of("all")), 1)
+        self.done("numbering", "remove", "all")
+        self.done("rule", "remove", "a")
+        self.assertEqual([line.get("retired") for line in self.objects("rule", "list")], [True, None])
+
+    def test_a_numbering_follows_a_rule_that_is_renamed(self):
+        self.rules(a=text("A"))
+        self.done("numbering", "add", "all", "a")
+        self.done("rule", "rename", "a", "first")
+        self.assertEqual(self.objects("numbering", "show", "all")[0]["rule"], "first")
+        self.assertEqual(self.codes_of("all"), ["A1"])
+        for act in ("rename", "copy"):
+            self.assertIn('there is a numbering "all" already', self.refused("rule", act, "first", "all"))
+        self.assertIn('"all" is a numbering; name one of its rules: first', self.refused("next", "all"))
+        self.clean()
+
+    def test_a_rule_of_a_numbering_keeps_to_what_the_numbering_needs(self):
+        self.rules(a=text("A"), b=text("B"), year=numbered())
+        self.done("numbering", "add", "all", "a", "--then", "anew")
+        self.done("numbering", "add", "all", "b")
+        self.done("numbering", "add", "dated", "year", "--when", "Year=2026")
+        self.assertIn('rules "a" and "b" overlap', self.refused("rule", "import", self.file("b.rule", text("A"))))
+        self.assertIn('has a field "Year"', self.refused("rule", "new", "year", "{Jahr:4}-{##}", "--replace"))
+        self.done("rule", "import", self.file("b.rule", text("C")))
+        self.assertEqual(self.codes_of("all"), ["A1"])
+        self.clean()
+
     def test_a_number_grows_past_its_width(self):
         for policy in POLICIES:
             with self.subTest(policy):
@@ -108,6 +141,12 @@ class NumberingTests:
                 self.codes_of(policy)
                 self.assertIn("full, 999 was the last number", self.refused("issue", "--rule", policy))
         self.clean()
+
+    def test_a_series_that_another_rule_goes_on_with_is_not_told_to_run_full(self):
+        self.new("inv", "INV{#}", "--grow", "1..2")
+        self.assertEqual(self.kledger("issue", "--rule", "inv", "--count", "12").stderr.count("warning"), 0)
+        self.done("next", "inv-2", "--set", "99")
+        self.assertIn("warning: INV?? has 0 numbers left in band Number", self.kledger("issue", "--rule", "inv").stderr)
 
     def test_each_series_grows_for_itself_and_by_its_step(self):
         for policy in POLICIES:

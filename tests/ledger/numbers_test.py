@@ -67,6 +67,31 @@ class NumberTests:
             self.assertIn("series INV-?: full, 9 was the last number", self.refused("preview", "--rule", policy))
             self.assertEqual(self.done("next", policy), ["INV-?\tNumber\tfull"])
 
+    def warnings(self, *arguments):
+        result = self.kledger("issue", *arguments)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        return [line for line in result.stderr.splitlines() if line.startswith("warning")]
+
+    def test_a_series_that_is_nearly_full_is_told_while_issuing(self):
+        few = "warning: INV-?? has {} numbers left in band Number"
+        for policy in self.under_each_policy(plain(2, "80")):
+            self.assertEqual(self.warnings("--rule", policy, "--count", "17"), [], "3 of 20 are more than a tenth")
+            self.assertEqual(self.warnings("--rule", policy, "--dry-run"), [], "2 are a tenth")
+            self.assertEqual(self.warnings("--rule", policy, "--dry-run", "--warn", "20"), [few.format(2)])
+            self.codes_of(policy)
+            told = [line for line in self.objects("issue", "--rule", policy) if "warning" in line]
+            self.assertEqual(told, [{"warning": "room", "band": "Number", "series": "INV-??", "left": 1,
+                                     "text": few.format(1).removeprefix("warning: ")}])
+            self.assertEqual(self.warnings("--rule", policy), [few.format(0)])
+            self.assertIn("full, 99 was the last number", self.refused("issue", "--rule", policy))
+
+    def test_each_series_is_told_once_and_when_it_is_full(self):
+        for policy in self.under_each_policy(plain(2, "80")):
+            self.assertEqual(self.warnings("--rule", policy, "--count", "20"),
+                             [f"warning: INV-?? has {left} numbers left in band Number" for left in (1, 0)])
+        self.import_rule(plain(1), name="quiet")
+        self.assertEqual(self.warnings("--rule", "quiet", "--count", "9", "--quiet"), [])
+
     def test_no_number_goes_beyond_the_end_of_the_band(self):
         for policy in self.under_each_policy(with_end(plain(), "12"), "--step", "5"):
             self.assertEqual(self.codes_of(policy, count=3), ["INV-001", "INV-006", "INV-011"])
