@@ -16,8 +16,9 @@ struct SettingOptions {
     std::optional<std::int64_t> step;
     std::optional<bool> reuse;
     std::optional<std::wstring> series;
+    std::optional<int> week; // the day that weeks begin on, 1 for Sunday
 
-    [[nodiscard]] bool Any() const { return step || reuse || series; }
+    [[nodiscard]] bool Any() const { return step || reuse || series || week; }
 };
 
 struct SetOptions {

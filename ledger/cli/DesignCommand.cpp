@@ -5,6 +5,7 @@
 #include "hosts/common/Text.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
+#include "ledger/cli/RuleStoring.h"
 #include "ledger/core/RuleCalendar.h"
 #include "ledger/core/RuleChange.h"
 #include "ledger/core/definition/DefinitionText.h"
@@ -37,7 +38,9 @@ class Designer {
     Designer(Session& session, RuleChange change) : mvarSession(session), mvarChange(std::move(change)) {}
 
     // Without it the rule is an empty one.
-    void Load(const std::wstring& definition) { LoadWithWeek(mvarRule, WithoutValues(definition)); }
+    void Load(const StoredRule& rule) {
+        LoadWithWeek(mvarRule, WithoutValues(rule.definition.text), rule.settings.week);
+    }
 
     // Whoever makes a rule may do anything to it.
     void AllowEverything() const {
@@ -101,7 +104,11 @@ class Designer {
     bool Store(const std::wstring& definition) {
         try {
             mvarChange.definition = definition;
-            CodeMaker maker(definition, SettingsAfter(mvarSession.database, mvarSession.patience, mvarChange));
+            // The text has the day that weeks begin on as the designer left it, and the rule's own would hide it.
+            RuleSettings settings = SettingsAfter(mvarSession.database, mvarSession.patience, mvarChange);
+            if (settings.week) settings.week = WeekOf(definition);
+            mvarChange.settings = settings;
+            CodeMaker maker(definition, settings);
             mvarChange.revision =
                 ChangeRule(mvarSession.database, mvarSession.patience, mvarChange, maker).rule.revision;
             return true;
@@ -127,7 +134,7 @@ int DesignRule(Session& session, const DesignOptions& options) {
     change.name = rule.name;
     change.revision = rule.revision;
     Designer designer(session, change);
-    designer.Load(rule.definition.text);
+    designer.Load(rule);
     designer.Add(L"UsrFields", options.fields);
     designer.Add(L"UsrMacros", options.macros);
     return designer.Show();
@@ -139,6 +146,7 @@ int DesignNewRule(Session& session, const NewRuleOptions& options) {
     change.policy = PolicyOf(options.policy);
     change.leaseSize = options.leaseSize;
     change.revision = 0; // a rule that somebody else makes meanwhile is not overwritten
+    change.settings = SettingsWith(session, options.name, options.numbering);
     Designer designer(session, change);
     designer.AllowEverything();
     designer.Add(L"UsrFields", options.fields);

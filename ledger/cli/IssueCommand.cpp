@@ -276,9 +276,6 @@ std::vector<StoredRule> AllRules(Session& session) {
 }
 
 Front FrontOf(Session& session, Numbering numbering, const IssueOptions& options) {
-    if (options.dryRun)
-        throw hosts::HostError(L"--dry-run is for a rule; name one of those that numbering \"" + numbering.name +
-                               L"\" has");
     const std::vector<StoredRule> rules = AllRules(session);
     Front front;
     for (const NumberingPart& part : numbering.parts) {
@@ -291,8 +288,8 @@ Front FrontOf(Session& session, Numbering numbering, const IssueOptions& options
     }
     if (front.known) front.known->Add(numbering.fields);
     const DateFormat dates = options.dateFormat.empty() ? DateFormat() : DateFormat(options.dateFormat);
-    front.issuer =
-        std::make_unique<NumberingIssuer>(session.database, session.patience, std::move(numbering), rules, dates);
+    front.issuer = std::make_unique<NumberingIssuer>(session.database, session.patience, std::move(numbering), rules,
+                                                     dates, options.dryRun);
     return front;
 }
 

@@ -6,6 +6,7 @@
 #include "ledger/cli/RuleStoring.h"
 #include "ledger/core/Json.h"
 #include "ledger/core/NextNumber.h"
+#include "ledger/core/RuleCalendar.h"
 
 namespace ledger {
 
@@ -38,6 +39,7 @@ std::optional<RuleSettings> SettingsWith(Session& session, const std::wstring& r
     settings.step = options.step.value_or(settings.step);
     settings.reuse = options.reuse.value_or(settings.reuse);
     settings.series = options.series.value_or(settings.series);
+    if (options.week) settings.week = options.week;
     return settings;
 }
 
@@ -51,14 +53,17 @@ int SetRule(Session& session, const SetOptions& options) {
     CodeMaker maker(change.definition, *change.settings);
     const ChangeReport report = ChangeRule(session.database, session.patience, change, maker);
     const RuleSettings& now = report.rule.settings;
+    Json json = {{"rule", ToJson(rule.name)},
+                 {"step", now.step},
+                 {"reuse", now.reuse},
+                 {"series", ToJson(now.series)},
+                 {"changed", report.changed}};
+    if (now.week) json["weekBegins"] = ToJson(NameOfWeekDay(*now.week));
     session.output.Line(L"rule \"" + rule.name + L"\": step " + std::to_wstring(now.step) +
                             L", numbers of void codes " + (now.reuse ? L"given again" : L"kept") +
-                            (now.series.empty() ? std::wstring() : L", counted separately by " + now.series),
-                        {{"rule", ToJson(rule.name)},
-                         {"step", now.step},
-                         {"reuse", now.reuse},
-                         {"series", ToJson(now.series)},
-                         {"changed", report.changed}});
+                            (now.series.empty() ? std::wstring() : L", counted separately by " + now.series) +
+                            (now.week ? L", weeks begin on " + NameOfWeekDay(*now.week) : std::wstring()),
+                        json);
     return ExitDone;
 }
 

@@ -11,6 +11,7 @@
 #include "ledger/core/Codes.h"
 #include "ledger/core/Journal.h"
 #include "ledger/core/Json.h"
+#include "ledger/core/RuleCalendar.h"
 
 namespace ledger {
 
@@ -75,13 +76,15 @@ int ImportRule(Session& session, const ImportOptions& options) {
 
 int ExportRule(Session& session, const ExportOptions& options) {
     const StoredRule rule = ResolveRule(session, options.rule);
+    const std::wstring& stored = rule.definition.text;
+    const std::wstring text = rule.settings.week ? WithWeek(stored, *rule.settings.week) : stored;
     if (!options.file.empty()) {
-        hosts::WriteTextFile(options.file, rule.definition.text);
+        hosts::WriteTextFile(options.file, text);
         return ExitDone;
     }
-    std::wstring lines = rule.definition.text; // a console shows line feeds; import takes either
+    std::wstring lines = text; // a console shows line feeds; import takes either
     std::ranges::replace(lines, L'\r', L'\n');
-    session.output.Line(lines, {{"rule", ToJson(rule.name)}, {"definition", ToJson(rule.definition.text)}});
+    session.output.Line(lines, {{"rule", ToJson(rule.name)}, {"definition", ToJson(text)}});
     return ExitDone;
 }
 

@@ -9,6 +9,7 @@
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
 #include "ledger/core/Json.h"
+#include "ledger/core/RuleCalendar.h"
 #include "ledger/core/definition/RuleReview.h"
 #include "ledger/core/pattern/SaidPattern.h"
 
@@ -119,6 +120,8 @@ std::wstring OptionsText(const PatternSettings& settings) {
     if (settings.capitals) text += L" --capitals";
     if (settings.yearBegins != 1) text += L" --year-begins " + std::to_wstring(settings.yearBegins);
     if (settings.monthBegins != 1) text += L" --month-begins " + std::to_wstring(settings.monthBegins);
+    if (const std::wstring day = NameOfWeekDay(static_cast<int>(settings.weekBegins)); !day.empty() && day != L"monday")
+        text += L" --week-begins " + day;
     if (!settings.dayBegins.empty()) text += L" --day-begins " + settings.dayBegins;
     return text;
 }
@@ -184,7 +187,8 @@ int ShowRule(Session& session, const ShowOptions& options) {
     hosts::Rule shown;
     shown.Load(rule.definition.text);
     const std::vector<BandRow> rows = RowsOf(shown);
-    const SaidPattern said = SayPattern(rule.definition.text);
+    SaidPattern said = SayPattern(rule.definition.text);
+    if (rule.settings.week) said.settings.weekBegins = *rule.settings.week;
     const std::vector<std::wstring> findings = ReviewDefinition(rule.definition.text).Lines();
     if (!options.folder.empty()) WriteFiles(said, options.folder);
     if (session.output.IsJson()) {

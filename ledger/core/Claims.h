@@ -15,6 +15,9 @@ struct NumberingScope {
     std::vector<std::int64_t> rules; // that its parts name
 };
 
+// What Remove does, so that its plan can be looked at: numbering, code and rule.
+extern const wchar_t* const RemoveClaimQuery;
+
 // Members run in the caller's transaction and fail with DbError.
 class Claims {
   public:
@@ -25,7 +28,7 @@ class Claims {
     [[nodiscard]] std::optional<CodeRow> OfTicket(const std::wstring& ticket);
     // Fails with Fault::UniqueKey when the numbering has issued the code, or another one for the ticket.
     void Add(std::span<const NewCode> codes);
-    // The code's number is given to another one, whose claim follows.
+    // The code's number is given to another one: whichever numbering issued the code has no claim to it any more.
     void Remove(const std::wstring& code);
     [[nodiscard]] const wchar_t* Origin() const noexcept { return mvarScope == nullptr ? L"issued" : Numbered; }
 

@@ -82,8 +82,8 @@ FieldValues KnownTo(const hosts::Rule& rule, const FieldValues& values) {
     return known;
 }
 
-std::vector<hosts::Band> LoadBands(hosts::Rule& rule, const std::wstring& definition) {
-    LoadWithWeek(rule, definition);
+std::vector<hosts::Band> LoadBands(hosts::Rule& rule, const std::wstring& definition, const RuleSettings& settings) {
+    LoadWithWeek(rule, definition, settings.week);
     return rule.Bands();
 }
 
@@ -120,8 +120,8 @@ SeriesFull::SeriesFull(const NumberBand& band, const std::wstring& series, std::
       mvarNext(next) {}
 
 CodeMaker::CodeMaker(const std::wstring& definition, RuleSettings settings)
-    : mvarSettings(std::move(settings)), mvarBands(LoadBands(mvarRule, definition)), mvarValues(mvarRule, mvarBands),
-      mvarCodeLength(mvarRule.CodeLength()) {
+    : mvarSettings(std::move(settings)), mvarBands(LoadBands(mvarRule, definition, mvarSettings)),
+      mvarValues(mvarRule, mvarBands), mvarCodeLength(mvarRule.CodeLength()) {
     if (mvarCodeLength > LongestCode)
         throw HostError(L"the rule's codes are " + std::to_wstring(mvarCodeLength) +
                         L" characters long; the ledger keeps codes of up to " + std::to_wstring(LongestCode));

@@ -1,5 +1,7 @@
 #include "ledger/core/DryIssuer.h"
 
+#include "ledger/core/NextNumber.h"
+
 namespace ledger {
 
 std::vector<Outcome> DryIssuer::Issue(std::span<const Request> requests, std::size_t) {
@@ -20,6 +22,15 @@ std::vector<Outcome> DryIssuer::Issue(std::span<const Request> requests, std::si
     });
     mvarState = std::move(after);
     return outcomes;
+}
+
+void DryIssuer::GoOnWith(const FieldValues& values, std::int64_t next) {
+    const std::int64_t step = mvarWorkplace.rule.settings.step;
+    for (const SeriesState& series : LookAtSeries(mvarWorkplace, values)) {
+        const auto known = mvarState.place.find({series.band, series.series});
+        const std::int64_t reached = known == mvarState.place.end() ? series.next : known->second + step;
+        if (reached < next) mvarState.place[{series.band, series.series}] = next - step;
+    }
 }
 
 std::optional<CodeRow> DryIssuer::OfTicket(const State& state, const Request& request) {

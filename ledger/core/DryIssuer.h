@@ -18,6 +18,8 @@ class DryIssuer final : public Issuer {
     [[nodiscard]] std::size_t BatchSize() const noexcept override { return 200; }
     [[nodiscard]] std::vector<Outcome> Issue(std::span<const Request> requests, std::size_t toCome) override;
     void Finish() override {}
+    // Has the series of the values go on with that number, where they have not come so far.
+    void GoOnWith(const FieldValues& values, std::int64_t next);
 
   private:
     // What was answered so far.

@@ -1,15 +1,14 @@
 #include "ledger/core/NumberingIssuer.h"
 
 #include <algorithm>
-#include <map>
 
 #include "ledger/core/NextNumber.h"
 
 namespace ledger {
 
 NumberingIssuer::NumberingIssuer(Database& database, Patience patience, Numbering numbering,
-                                 const std::vector<StoredRule>& rules, const DateFormat& dates)
-    : mvarDatabase(database), mvarPatience(patience), mvarNumbering(std::move(numbering)) {
+                                 const std::vector<StoredRule>& rules, const DateFormat& dates, bool isDry)
+    : mvarDatabase(database), mvarPatience(patience), mvarNumbering(std::move(numbering)), mvarIsDry(isDry) {
     mvarScope.id = mvarNumbering.id;
     for (const NumberingPart& part : mvarNumbering.parts) {
         if (std::ranges::find(mvarScope.rules, part.rule) != mvarScope.rules.end()) continue;
@@ -24,11 +23,24 @@ NumberingIssuer::NumberingIssuer(Database& database, Patience patience, Numberin
         mvarStations.push_back(std::move(station));
     }
     for (const auto& station : mvarStations)
-        station->issuer = MakeIssuer({mvarDatabase, station->rule, *station->maker, mvarPatience, &mvarScope});
+        Equip(*station);
 }
 
+void NumberingIssuer::Equip(Station& station) {
+    const Workplace workplace{mvarDatabase, station.rule, *station.maker, mvarPatience, &mvarScope};
+    if (!mvarIsDry) {
+        station.issuer = MakeIssuer(workplace);
+        return;
+    }
+    auto dry = std::make_unique<DryIssuer>(workplace);
+    station.dry = dry.get();
+    station.issuer = std::move(dry);
+}
+
+// In a dry run each request sees what the one before was answered.
 std::size_t NumberingIssuer::BatchSize() const noexcept {
     std::size_t size = 1;
+    if (mvarIsDry) return size;
     for (const auto& station : mvarStations)
         size = std::max(size, station->issuer->BatchSize());
     return size;
@@ -50,14 +62,18 @@ NumberingIssuer::Station& NumberingIssuer::StationOf(std::size_t part) {
     return **std::ranges::find_if(mvarStations, [id](const auto& station) { return station->rule.id == id; });
 }
 
+std::optional<CodeRow> NumberingIssuer::OfTicket(const std::wstring& ticket) {
+    if (const auto told = mvarTold.find(ticket); told != mvarTold.end()) return told->second;
+    return Claims(mvarDatabase, 0, &mvarScope).OfTicket(ticket);
+}
+
 // The same key gets the code that it has, also when another rule would fit now.
 void NumberingIssuer::LookForStored(std::span<const Request> requests, std::vector<Outcome>& outcomes) {
     if (std::ranges::none_of(requests, &Request::isGiven)) return;
     outcomes = InSnapshot(mvarDatabase, mvarPatience, [&] {
         std::vector<Outcome> found(requests.size());
-        Claims claims(mvarDatabase, 0, &mvarScope);
         for (std::size_t at = 0; at < requests.size(); ++at)
-            if (const auto stored = requests[at].isGiven ? claims.OfTicket(requests[at].ticket) : std::nullopt)
+            if (const auto stored = requests[at].isGiven ? OfTicket(requests[at].ticket) : std::nullopt)
                 found[at] = OutcomeOf(*stored, requests[at], true);
         return found;
     });
@@ -78,7 +94,17 @@ std::vector<Outcome> NumberingIssuer::Issue(std::span<const Request> requests, s
     }
     for (const auto& [part, places] : byPart)
         Serve(part, places, requests, toCome, outcomes);
+    if (mvarIsDry) Remember(requests, outcomes);
     return outcomes;
+}
+
+void NumberingIssuer::Remember(std::span<const Request> requests, const std::vector<Outcome>& outcomes) {
+    for (std::size_t at = 0; at < requests.size(); ++at) {
+        if (!requests[at].isGiven || outcomes[at].code.empty()) continue;
+        CodeRow& told = mvarTold[requests[at].ticket];
+        told.code = outcomes[at].code;
+        told.fields = requests[at].fields;
+    }
 }
 
 void NumberingIssuer::Serve(std::size_t part, const Places& places, std::span<const Request> requests,
@@ -104,6 +130,7 @@ void NumberingIssuer::Serve(std::size_t part, const Places& places, std::span<co
 // Has the rule that takes over go on with the number that would have come.
 void NumberingIssuer::GoOn(std::size_t part, const Request& request, Outcome& outcome) {
     Station& station = StationOf(part);
+    if (station.dry != nullptr) return station.dry->GoOnWith(request.values, outcome.next);
     const Workplace workplace{mvarDatabase, station.rule, *station.maker, mvarPatience, &mvarScope};
     try {
         for (const SeriesState& state : LookAtSeries(workplace, request.values))

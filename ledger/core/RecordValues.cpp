@@ -99,7 +99,9 @@ void RecordValues::Sort() {
         items.push_back(band.item);
         const PlannedFormula* formula = FormulaOf(band);
         if (formula != nullptr && formula->isLate) mvarLate.push_back(band);
-        if (band.swap == Swap::None && FormatsDates(band.format)) mvarDateItems.insert(band.item);
+        if (band.swap != Swap::None || !FormatsDates(band.format)) continue;
+        mvarDateItems.insert(band.item);
+        if (!FormatsTimesAlone(band.format)) mvarDayItems.insert(band.item);
     }
     mvarGiven = mvarFormulas.Given(items);
 }
@@ -144,7 +146,8 @@ void RecordValues::RefuseMissing(const Values& values) const {
 
 std::wstring RecordValues::ForComponent(const std::wstring& item, const std::wstring& value) const {
     if (!mvarDateItems.contains(item)) return value;
-    const auto date = mvarDates.Read(value);
+    auto date = mvarDates.Read(value);
+    if (!date && !mvarDayItems.contains(item)) date = ReadTime(value);
     if (!date)
         throw RecordError(Named(item) + L": '" + value + L"' is no date, " + mvarDates.Expected() + L" expected");
     return IsoText(*date);

@@ -80,6 +80,7 @@ class RecordValues {
     std::wstring mvarUnsound;             // why the formulas make no sense; empty: they do
     std::vector<std::wstring> mvarGiven;  // what a record must bring
     std::set<std::wstring> mvarDateItems; // what a band shows as a date
+    std::set<std::wstring> mvarDayItems;  // of them, those of which one shows the day
     std::vector<BoundBand> mvarLate;      // those with a check digit
     Calendar mvarCalendar;
     DateFormat mvarDates;

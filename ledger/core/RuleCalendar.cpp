@@ -1,8 +1,11 @@
 #include "ledger/core/RuleCalendar.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string_view>
+
+#include "ledger/core/definition/DefinitionText.h"
 
 namespace ledger {
 
@@ -12,6 +15,8 @@ constexpr std::size_t HeaderLength = 5;
 constexpr int BandEntry = 16;
 constexpr int WeekEntry = 11;
 constexpr int LastEntry = 18;
+constexpr std::array<std::wstring_view, 7> WeekDays = {L"sunday",   L"monday", L"tuesday", L"wednesday",
+                                                       L"thursday", L"friday", L"saturday"};
 constexpr double MinutesOfDay = 24 * 60;
 
 // The number that the line begins with, as far as entries go; -1 for another line.
@@ -58,9 +63,33 @@ std::optional<int> WeekOf(const std::wstring& definition) {
     return week;
 }
 
-void LoadWithWeek(hosts::Rule& rule, const std::wstring& definition) {
+std::wstring WithWeek(const std::wstring& definition, int week) {
+    if (WeekOf(definition) == week) return definition;
+    const DefinitionText read = ReadDefinitionText(definition);
+    const auto line = std::ranges::find(read.items, WeekEntry, &DefinitionItem::entry);
+    if (line == read.items.end())
+        return definition + L'\r' + std::to_wstring(WeekEntry) + L'\r' + std::to_wstring(week);
+    std::size_t begin = 0;
+    for (std::size_t number = 1; number < line->line; ++number)
+        begin = definition.find(L'\r', begin) + 1;
+    std::wstring text = definition;
+    return text.replace(begin, line->value.size(), std::to_wstring(week));
+}
+
+std::wstring NameOfWeekDay(int day) {
+    const bool isDay = day >= 1 && day <= static_cast<int>(WeekDays.size());
+    return isDay ? std::wstring(WeekDays.at(static_cast<std::size_t>(day) - 1)) : std::wstring();
+}
+
+std::optional<int> WeekDayOf(const std::wstring& name) {
+    const auto found = std::ranges::find(WeekDays, name);
+    return found == WeekDays.end() ? std::nullopt : std::optional(static_cast<int>(found - WeekDays.begin()) + 1);
+}
+
+void LoadWithWeek(hosts::Rule& rule, const std::wstring& definition, std::optional<int> week) {
     rule.Load(definition);
-    if (const auto week = WeekOf(definition)) rule.Component().Put(L"SeparaOfWeek", hosts::Variant(long{*week}));
+    if (!week) week = WeekOf(definition);
+    if (week) rule.Component().Put(L"SeparaOfWeek", hosts::Variant(long{*week}));
 }
 
 Calendar CalendarOf(const hosts::Rule& rule) {

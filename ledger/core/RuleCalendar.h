@@ -13,8 +13,16 @@ namespace ledger {
 // it and does not read it back.
 [[nodiscard]] std::optional<int> WeekOf(const std::wstring& definition);
 
-// Loads the definition with the day on which weeks begin. Fails with HostError when the text makes no band.
-void LoadWithWeek(hosts::Rule& rule, const std::wstring& definition);
+// The text with that day.
+[[nodiscard]] std::wstring WithWeek(const std::wstring& definition, int week);
+
+// "sunday" for 1 to "saturday" for 7; empty for another number, nothing for another name.
+[[nodiscard]] std::wstring NameOfWeekDay(int day);
+[[nodiscard]] std::optional<int> WeekDayOf(const std::wstring& name);
+
+// Loads the definition with the day on which weeks begin: the one that is given, or that of the text. Fails with
+// HostError when the text makes no band.
+void LoadWithWeek(hosts::Rule& rule, const std::wstring& definition, std::optional<int> week = std::nullopt);
 
 // Of the settings that the component has now.
 [[nodiscard]] Calendar CalendarOf(const hosts::Rule& rule);

@@ -51,7 +51,8 @@ class Changing {
         rule.policy = mvarChange.policy.value_or(rule.policy);
         rule.leaseSize = mvarChange.leaseSize.value_or(rule.leaseSize);
         rule.settings = mvarChange.settings.value_or(rule.settings);
-        if (rule.settings.step != mvarMaker.Settings().step || rule.settings.series != mvarMaker.Settings().series)
+        const RuleSettings& made = mvarMaker.Settings();
+        if (rule.settings.step != made.step || rule.settings.series != made.series || rule.settings.week != made.week)
             Rules::RefuseChanged(rule);
         RefuseUnfit(rule.settings, mvarMaker);
         return rule;

@@ -11,7 +11,7 @@ struct RuleSettings {
     std::int64_t step = 1;   // from one number of a series to the next
     bool reuse = false;      // whether numbers of void codes are given again
     std::wstring series;     // the field whose values are numbered separately, though no code shows them; empty: none
-    std::optional<int> week; // SeparaOfWeek, which a definition does not bring back; nothing: the component's own
+    std::optional<int> week; // SeparaOfWeek, which a component does not read; nothing: as the definition's text has it
     bool retired = false;    // keeps its codes and issues no more
 
     friend bool operator==(const RuleSettings&, const RuleSettings&) = default;

@@ -222,7 +222,7 @@ class AuditTest : public testing::Test {
         }
         numbering = ledger::InSnapshot(*mvarDatabase, Wait,
                                        [this] { return *ledger::Numberings(*mvarDatabase).Find(L"orders"); });
-        ledger::NumberingIssuer issuer(*mvarDatabase, Wait, numbering, {rule}, {});
+        ledger::NumberingIssuer issuer(*mvarDatabase, Wait, numbering, {rule}, {}, false);
         IssueBy(issuer, {L"2024", L"2024", L"2025"});
     }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "hosts/common/HostError.h"
+#include "hosts/common/Utf8.h"
 
 using ledger::DateFormat;
 using ledger::FormatsDates;
@@ -108,4 +109,22 @@ TEST(DatesTest, FormatsOfDatesAreToldFromOthers) {
     for (const wchar_t* format : {L"", L"0000", L"#", L">", L"@@@@", L"<", L"&&", L"Currency", L"Standard", L"0\\d",
                                   L"\"day\"", L"\\y", L"\"unclosed", L"!>", L"Yes/No"})
         EXPECT_FALSE(FormatsDates(format)) << testing::PrintToString(std::wstring(format));
+}
+
+TEST(DatesTest, FormatsThatShowNothingOfTheDay) {
+    for (const wchar_t* format : {L"hh:nn", L"hhnn", L"h:nn:ss AM/PM", L"hh:mm", L"hh \\d nn", L"\"day\" hh", L"ttttt",
+                                  L"Short Time", L"hh:mm:ss a/p"})
+        EXPECT_TRUE(ledger::FormatsTimesAlone(format)) << hosts::ToUtf8(format);
+    for (const wchar_t* format : {L"yyyy", L"hh dd", L"mm", L"hh:nn mm", L"nn mm dd", L"General Date", L"0000", L"",
+                                  L">", L"c", L"ddd hh", L"Short Date"})
+        EXPECT_FALSE(ledger::FormatsTimesAlone(format)) << hosts::ToUtf8(format);
+}
+
+TEST(DatesTest, TimesWithoutADay) {
+    EXPECT_EQ(ledger::IsoText(ledger::ReadTime(L"07:08").value()), L"1970-01-01 07:08:00");
+    EXPECT_EQ(ledger::IsoText(ledger::ReadTime(L" 23:59:58 ").value()), L"1970-01-01 23:59:58");
+    EXPECT_EQ(ledger::IsoText(ledger::ReadTime(L"00:00").value()), L"1970-01-01 00:00:00");
+    for (const wchar_t* text :
+         {L"", L"7:08", L"07", L"0708", L"24:00", L"07:60", L"07:08:", L"07:08x", L"07:08:60", L"2026-04-12"})
+        EXPECT_FALSE(ledger::ReadTime(text)) << hosts::ToUtf8(text);
 }

@@ -5,8 +5,10 @@
 #include <filesystem>
 #include <memory>
 
+#include "ledger/core/Claims.h"
 #include "ledger/core/Codes.h"
 #include "ledger/core/Leases.h"
+#include "ledger/core/Reuse.h"
 #include "ledger/core/Schema.h"
 #include "ledger/db/Open.h"
 
@@ -64,6 +66,16 @@ TEST_F(QueryPlanTest, APlanTellsAScanFromASearch) {
 }
 
 TEST_F(QueryPlanTest, TheHighestNumberIsFoundThroughTheKey) { ExpectOneStepDownTheKey(ledger::HighestNumberQuery); }
+
+TEST_F(QueryPlanTest, TheLowestNumberToGiveAgainIsFoundThroughTheKey) {
+    ExpectOneStepDownTheKey(ledger::LowestFreeQuery);
+}
+
+TEST_F(QueryPlanTest, TheClaimOfACodeIsFoundThroughItsKey) {
+    const std::vector<std::wstring> reads = Plan(ledger::RemoveClaimQuery);
+    const auto isClaims = [](const std::wstring& read) { return read.find(L"numbering_id=? AND code=?") != read.npos; };
+    EXPECT_TRUE(std::ranges::any_of(reads, isClaims)) << std::string(reads.back().begin(), reads.back().end());
+}
 
 TEST_F(QueryPlanTest, TheFirstFreeNumberIsFoundThroughTheKeys) {
     for (const wchar_t* query : ledger::FirstFreeQueries)

@@ -27,6 +27,28 @@ TEST(RuleCalendarTest, TheWeekIsReadFromTheDefinition) {
         EXPECT_EQ(WeekOf(text), std::nullopt) << testing::PrintToString(std::wstring(text));
 }
 
+TEST(RuleCalendarTest, TheWeekIsWrittenIntoTheDefinition) {
+    EXPECT_EQ(ledger::WithWeek(Rule(L"10\r06:30\r11\r2\r12\r3"), 7), Rule(L"10\r06:30\r11\r7\r12\r3"));
+    EXPECT_EQ(ledger::WithWeek(Rule(L"11\r1"), 1), Rule(L"11\r1"));
+    EXPECT_EQ(ledger::WithWeek(Rule(L"12\r11"), 3), Rule(L"12\r11", L"\r11\r3")) << "one that said nothing of it";
+}
+
+TEST(RuleCalendarTest, TheDaysOfTheWeekHaveTheirNames) {
+    EXPECT_EQ(ledger::NameOfWeekDay(1), L"sunday");
+    EXPECT_EQ(ledger::NameOfWeekDay(7), L"saturday");
+    for (int day = 1; day <= 7; ++day)
+        EXPECT_EQ(ledger::WeekDayOf(ledger::NameOfWeekDay(day)), day);
+    EXPECT_TRUE(ledger::NameOfWeekDay(0).empty() && ledger::NameOfWeekDay(8).empty());
+    EXPECT_EQ(ledger::WeekDayOf(L"sun"), std::nullopt);
+}
+
+TEST(RuleCalendarTest, TheWeekThatIsGivenHoldsBeforeThatOfTheText) {
+    const hosts::Apartment apartment;
+    hosts::Rule rule;
+    LoadWithWeek(rule, Rule(L"11\r1"), 7);
+    EXPECT_EQ(CalendarOf(rule).WeekDay({2026, 3, 7, 12, 0, 0}), 1) << "a Saturday";
+}
+
 TEST(RuleCalendarTest, ARuleIsLoadedWithItsWholeCalendar) {
     const hosts::Apartment apartment;
     hosts::Rule rule;

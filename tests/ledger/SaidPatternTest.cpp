@@ -63,7 +63,7 @@ TEST_F(SaidPatternTest, EveryPatternIsSaidAsItWasWritten) {
 }
 
 TEST_F(SaidPatternTest, SettingsAreSaidBesideThePattern) {
-    const PatternSettings settings{true, 4, 16, L"06:30"};
+    const PatternSettings settings{true, 4, 16, 1, L"06:30"};
     const SaidPattern said = SayPattern(Built(L"{A:1}{##}", settings));
     EXPECT_EQ(said.settings, settings);
     EXPECT_EQ(BuiltAgain(said), Built(L"{A:1}{##}", settings));

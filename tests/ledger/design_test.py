@@ -114,6 +114,16 @@ class DesignTest(unittest.TestCase):
         self.assertEqual(self.closed(), (0, "saved\n", ""))
         self.assertEqual(self.issue(), "-0000012024")
 
+    def test_the_day_that_weeks_begin_on_comes_back(self):
+        result = self.kledger("rule", "set", "r", "--week-begins", "sunday")
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.open_designer()
+        self.press((*YEAR_TO_THE_END, "alt+c"), until=self.asks)
+        self.answer("y")
+        self.assertEqual(self.closed(), (0, "saved\n", ""))
+        self.assertIn("\r11\r1\r", self.definition())
+        self.assertIn("--week-begins sunday", self.kledger("rule", "show", "r").stdout)
+
     def test_what_is_not_saved_leaves_the_stored_rule(self):
         self.open_designer()
         self.press((*YEAR_TO_THE_END, "alt+c"), until=self.asks)

@@ -142,6 +142,41 @@ class NumberingTests:
                 self.assertIn("full, 999 was the last number", self.refused("issue", "--rule", policy))
         self.clean()
 
+    def stored(self):
+        return [self.database.query(f"SELECT COUNT(*) FROM kestrel_{table}")[0][0]
+                for table in ("codes", "numbers", "leases", "journal", "claims")]
+
+    def test_a_dry_run_of_a_numbering_tells_what_would_be_issued(self):
+        for policy in POLICIES:
+            with self.subTest(policy):
+                self.new(policy, policy + "{Year:4}{#:8}", "--grow", "1..2", "--policy", policy)
+                records = self.file("r.csv", "Key,Year\na,2025\nb,2026\nc,2025\na,2025\nd,2025\ne,2025\na,2024\n")
+                issue = ("issue", records, "--rule", policy, "--key-column", "Key")
+                before = self.stored()
+                told = self.kledger(*issue, "--dry-run")
+                self.assertEqual(self.stored(), before)
+                done = self.kledger(*issue)
+                self.assertEqual([line.split("\t")[0] for line in told.stdout.splitlines()],
+                                 [policy + code for code in ("20258", "20268", "20259", "20258", "202510", "202511")])
+                self.assertEqual((told.stdout, told.returncode), (done.stdout, done.returncode))
+                self.assertIn(f'line 8: key "a" has code {policy}20258 for', told.stderr)
+                self.assertEqual([line for line in told.stderr.splitlines() if line.startswith("line ")],
+                                 [line for line in done.stderr.splitlines() if line.startswith("line ")])
+        self.clean()
+
+    def test_a_number_that_is_given_again_leaves_no_claim_behind(self):
+        for policy in POLICIES:
+            with self.subTest(policy):
+                self.rules(policy, **{policy: text(policy)})
+                self.done("rule", "set", policy, "--reuse")
+                self.done("numbering", "add", f"n{policy}", policy)
+                self.done("numbering", "add", f"m{policy}", policy)
+                for numbering in (f"n{policy}", policy, f"m{policy}", f"n{policy}", policy):
+                    self.assertEqual(self.codes_of(numbering), [policy + "1"])
+                    self.clean()
+                    self.done("void", policy + "1", "--rule", policy, "--reason", "lost")
+        self.clean()
+
     def test_a_series_that_another_rule_goes_on_with_is_not_told_to_run_full(self):
         self.new("inv", "INV{#}", "--grow", "1..2")
         self.assertEqual(self.kledger("issue", "--rule", "inv", "--count", "12").stderr.count("warning"), 0)

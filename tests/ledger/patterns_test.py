@@ -110,6 +110,29 @@ class NewTest(PatternsCase):
             self.refused("rule", "new", "x", "{A:1}", *arguments, code=2)
 
 
+    def test_the_day_that_weeks_begin_on(self):
+        week = lambda name: self.issue_fields("Date=2026-01-04", name=name)
+        self.new("{=week(Date)}{##}", "--week-begins", "sunday")
+        self.new("{=week(Date)}{##}", name="monday")
+        self.assertEqual((week("r"), week("monday")), ("0201", "0101"))
+        self.assertIn("options: --week-begins sunday", self.done("rule", "show", "r"))
+        self.assertEqual(self.objects("rule", "show", "monday")[0]["options"], "")
+        self.assertIn("weeks begin on sunday", self.done("rule", "set", "monday", "--week-begins", "sunday")[0])
+        self.assertEqual(week("monday"), "0201")
+        self.refused("rule", "new", "x", "{##}", "--week-begins", "sonntag", code=2)
+
+    def test_the_day_that_weeks_begin_on_stays_with_the_rule(self):
+        self.new("{=week(Date)}{##}", "--week-begins", "sunday")
+        exported = self.definition()
+        self.assertIn("\r11\r1\r", exported)
+        self.done("rule", "import", self.file("other.rule", exported))
+        self.assertIn("options: --week-begins sunday", self.done("rule", "show", "other"), "a rule takes it along")
+        self.done("rule", "import", self.file("r.rule", exported.replace("\r11\r1\r", "\r11\r2\r")))
+        self.assertEqual(self.issue_fields("Date=2026-01-04"), "0201", "a text that lost it does not take it away")
+        self.done("rule", "import", self.file("r.rule", exported), "--week-begins", "monday")
+        self.assertEqual(self.issue_fields("Date=2026-01-04"), "0101")
+
+
 class ShowTest(PatternsCase):
     def test_the_bands_as_a_table(self):
         self.new("INV-{Date:yymm}{@User:3}{=year(Date)}{###:5..700/Date}{A..F}")

@@ -209,6 +209,38 @@ std::wstring DateFormat::Expected() const {
     return mvarPattern.empty() ? L"ISO 8601, such as 2026-04-12" : mvarPattern;
 }
 
+std::optional<DateTime> ReadTime(std::wstring_view text) {
+    text = Trimmed(text);
+    DateTime time;
+    time.isMoment = true;
+    Reader reader(text);
+    if (!reader.Digits(2, 2, time.hour) || !reader.Take(L':') || !reader.Digits(2, 2, time.minute)) return std::nullopt;
+    if (reader.Take(L':') && !reader.Digits(2, 2, time.second)) return std::nullopt;
+    return reader.AtEnd() && Exists(time) ? std::optional(time) : std::nullopt;
+}
+
+bool FormatsTimesAlone(std::wstring_view format) {
+    const std::wstring lower = LowerAscii(format);
+    if (IsNamedDateFormat(lower)) return lower.ends_with(L" time");
+    if (!FormatsDates(format)) return false;
+    wchar_t before = 0; // the sign that meant something last: an "m" behind hours means minutes
+    for (std::size_t at = 0; at < lower.size(); ++at) {
+        if (lower[at] == L'\\') {
+            ++at;
+        } else if (lower[at] == L'"') {
+            at = std::min(lower.find(L'"', at + 1), lower.size());
+        } else if (lower.compare(at, 5, L"am/pm") == 0 || lower.compare(at, 3, L"a/p") == 0) {
+            at += lower[at + 1] == L'm' ? 4 : 2;
+        } else if (std::wstring_view(L"ymdhnsqwct").find(lower[at]) != std::wstring_view::npos) {
+            const bool goesOn = at > 0 && lower[at - 1] == L'm' && before == L'n';
+            const bool isMinute = lower[at] == L'm' && (before == L'h' || goesOn);
+            before = isMinute ? L'n' : lower[at];
+            if (std::wstring_view(L"hnst").find(before) == std::wstring_view::npos) return false;
+        }
+    }
+    return true;
+}
+
 bool FormatsDates(std::wstring_view format) {
     const std::wstring lower = LowerAscii(format);
     if (IsNamedDateFormat(lower)) return true;

@@ -67,4 +67,10 @@ class DateFormat {
 // escaped and means something is one of a date.
 [[nodiscard]] bool FormatsDates(std::wstring_view format);
 
+// Whether nothing of the day can be seen under such a format: a time alone is enough for it.
+[[nodiscard]] bool FormatsTimesAlone(std::wstring_view format);
+
+// A time without a day, hh:nn or hh:nn:ss, as of 1970-01-01; nothing for another text.
+[[nodiscard]] std::optional<DateTime> ReadTime(std::wstring_view text);
+
 } // namespace ledger

@@ -82,6 +82,7 @@ class Builder {
         Component().Put(L"CodeUCased", Variant(settings.capitals));
         Component().Put(L"SeparaOfYear", Variant(settings.yearBegins));
         Component().Put(L"SeparaOfMonth", Variant(settings.monthBegins));
+        Component().Put(L"SeparaOfWeek", Variant(settings.weekBegins));
         if (!settings.dayBegins.empty()) Component().Put(L"SeparaOfDay", Variant(settings.dayBegins));
     }
 

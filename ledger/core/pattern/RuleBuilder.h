@@ -13,6 +13,7 @@ struct PatternSettings {
     bool capitals = false;  // codes of conversions are put in capitals
     long yearBegins = 1;    // the month
     long monthBegins = 1;   // the day
+    long weekBegins = 2;    // the day, 1 for Sunday
     std::wstring dayBegins; // "HH:MM"; empty: at midnight
 
     friend bool operator==(const PatternSettings&, const PatternSettings&) = default;

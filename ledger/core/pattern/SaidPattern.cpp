@@ -282,6 +282,7 @@ class Speaker {
     void ReadSettings() {
         mvarSaid.settings.capitals = mvarHeld.Entry(8) == L"1";
         mvarSaid.settings.dayBegins = mvarHeld.Entry(entries::DayBegins);
+        mvarSaid.settings.weekBegins = static_cast<long>(NumberIn(mvarHeld.Entry(11)));
         mvarSaid.settings.monthBegins = static_cast<long>(NumberIn(mvarHeld.Entry(12)));
         mvarSaid.settings.yearBegins = static_cast<long>(NumberIn(mvarHeld.Entry(13)));
     }
