@@ -5,6 +5,7 @@
 #include "ledger/core/AuditCodes.h"
 #include "ledger/core/AuditNumberings.h"
 #include "ledger/core/AuditNumbers.h"
+#include "ledger/core/Numberings.h"
 
 namespace ledger {
 
@@ -23,7 +24,7 @@ AuditReport AuditRuleNow(Database& database, const StoredRule& rule, const Audit
     numbers.CheckEach(database);
     journal.CheckSums();
     codes.CheckUncounted();
-    numbers.CheckSeries(request.warnPercent);
+    numbers.CheckSeries(IsFollowed(database, rule.id) ? 0 : request.warnPercent);
     codes.CheckLetterCase();
     heads.Check(journal, report);
     return report;

@@ -42,7 +42,7 @@ struct AuditReport {
 };
 
 struct AuditRequest {
-    unsigned warnPercent = 10;     // of a band's room that must be left
+    unsigned warnPercent = 10;     // of a band's room that must be left, unless another rule takes over
     std::vector<Head> against;     // what must still be there
     std::function<void()> advance; // told of every code
 };

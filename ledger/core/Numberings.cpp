@@ -126,6 +126,18 @@ std::wstring TextOf(const Numbering& numbering) {
     return JsonText({{"fields", fields}, {"parts", parts}});
 }
 
+bool IsFollowed(Database& database, std::int64_t rule) {
+    std::size_t followed = 0;
+    for (const Numbering& numbering : Numberings(database).All()) {
+        if (!numbering.Names(rule)) continue;
+        const auto last = std::find_if(numbering.parts.rbegin(), numbering.parts.rend(),
+                                       [rule](const NumberingPart& part) { return part.rule == rule; });
+        if (last == numbering.parts.rbegin() || last->then == Then::Stop) return false;
+        ++followed;
+    }
+    return followed > 0;
+}
+
 void StoreNumbering(Database& database, Patience patience, const Numbering& numbering) {
     const std::wstring ticket = NewTicket();
     InTransaction(database, patience, OnUniqueKey::Retry, [&] {

@@ -64,6 +64,9 @@ void StoreNumbering(Database& database, Patience patience, const Numbering& numb
 // The same within the caller's transaction, which keeps the ticket when it is repeated.
 void StoreNumberingWithin(Database& database, const Numbering& numbering, const std::wstring& ticket);
 
+// Whether another rule takes over when this one is full, in every numbering that issues by it; not for a rule of none.
+[[nodiscard]] bool IsFollowed(Database& database, std::int64_t rule);
+
 // How the table and the journal keep the numbering.
 [[nodiscard]] std::wstring TextOf(const Numbering& numbering);
 

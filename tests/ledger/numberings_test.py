@@ -180,8 +180,11 @@ class NumberingTests:
     def test_a_series_that_another_rule_goes_on_with_is_not_told_to_run_full(self):
         self.new("inv", "INV{#}", "--grow", "1..2")
         self.assertEqual(self.kledger("issue", "--rule", "inv", "--count", "12").stderr.count("warning"), 0)
+        self.assertIn(", 0 findings", self.done("audit")[-1])
         self.done("next", "inv-2", "--set", "99")
         self.assertIn("warning: INV?? has 0 numbers left in band Number", self.kledger("issue", "--rule", "inv").stderr)
+        found = [line["series"] for line in self.objects("audit", code=4) if line.get("finding") == "room"]
+        self.assertEqual(found, ["INV??"])
 
     def test_each_series_grows_for_itself_and_by_its_step(self):
         for policy in POLICIES:
