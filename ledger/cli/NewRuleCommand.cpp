@@ -6,6 +6,7 @@
 #include "ledger/cli/RuleStoring.h"
 #include "ledger/core/GrowingRules.h"
 #include "ledger/core/Json.h"
+#include "ledger/core/pattern/CaretLines.h"
 #include "ledger/core/pattern/GrowingPattern.h"
 #include "ledger/core/pattern/PatternText.h"
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "hosts/common/Utf8.h"
+#include "ledger/core/pattern/CaretLines.h"
 
 using ledger::ParsePattern;
 using ledger::PartKind;

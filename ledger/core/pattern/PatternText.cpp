@@ -26,6 +26,7 @@
 #include "hosts/common/Text.h"
 #include "ledger/core/pattern/CompletePattern.h"
 #include "ledger/core/pattern/FormatLength.h"
+#include "ledger/core/pattern/PatternCursor.h"
 
 namespace ledger {
 
@@ -34,20 +35,6 @@ namespace {
 constexpr std::size_t LongestPattern = 10'000;
 constexpr std::size_t LongestName = 120; // as the tables of a ledger hold it
 constexpr std::size_t MostLengthDigits = 3;
-constexpr std::wstring_view As = L" as ";
-
-bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
-bool IsCapital(wchar_t character) { return character >= L'A' && character <= L'Z'; }
-bool IsNameOfFunction(wchar_t character) {
-    return IsDigit(character) || IsCapital(character) || (character >= L'a' && character <= L'z') || character == L'_';
-}
-bool IsAllDigits(std::wstring_view text) { return !text.empty() && std::ranges::all_of(text, IsDigit); }
-
-std::wstring Trimmed(std::wstring_view text) {
-    const auto first = text.find_first_not_of(L' ');
-    if (first == std::wstring_view::npos) return {};
-    return std::wstring(text.substr(first, text.find_last_not_of(L' ') + 1 - first));
-}
 
 std::wstring WithoutZeros(std::wstring_view digits) {
     const auto first = digits.find_first_not_of(L'0');
@@ -67,14 +54,14 @@ std::wstring Quoted(std::wstring_view text) {
 
 // ---------------------------------------------------------------------------------------------------------- reader
 
-class Reader {
+class Reader : PatternCursor {
   public:
-    explicit Reader(std::wstring_view text) : mvarText(text) {}
+    explicit Reader(std::wstring_view text) : PatternCursor(text) {}
 
     Pattern Read() {
-        if (mvarText.size() > LongestPattern)
+        if (Text().size() > LongestPattern)
             throw PatternError(LongestPattern, L"a pattern has at most " + std::to_wstring(LongestPattern) +
-                                                   L" characters; this one has " + std::to_wstring(mvarText.size()));
+                                                   L" characters; this one has " + std::to_wstring(Text().size()));
         while (!AtEnd()) {
             if (Peek() == L'{' && Peek(1) != L'{')
                 ReadBand();
@@ -86,51 +73,20 @@ class Reader {
     }
 
   private:
-    [[noreturn]] static void Fail(std::size_t position, const std::wstring& message) {
-        throw PatternError(position, message);
-    }
-
-    [[nodiscard]] bool AtEnd() const { return mvarAt >= mvarText.size(); }
-    [[nodiscard]] wchar_t Peek(std::size_t ahead = 0) const {
-        return mvarAt + ahead < mvarText.size() ? mvarText[mvarAt + ahead] : L'\0';
-    }
-    void SkipBlanks() {
-        while (Peek() == L' ')
-            ++mvarAt;
-    }
-    // Blanks in front of anything else stay: they may belong to " as ".
-    bool Take(wchar_t character) {
-        if (!IsNext(character)) return false;
-        SkipBlanks();
-        ++mvarAt;
-        return true;
-    }
-    [[nodiscard]] bool IsNext(wchar_t character) const {
-        const std::size_t next = mvarText.find_first_not_of(L' ', mvarAt);
-        return next != std::wstring_view::npos && mvarText[next] == character;
-    }
-    [[nodiscard]] bool AtAs() const { return mvarText.substr(mvarAt, As.size()) == As; }
-
-    static void RefuseUnfit(std::wstring_view text, std::size_t position) {
-        if (hosts::HasControl(text) || !hosts::IsWhole(text))
-            Fail(position, L"\"" + hosts::Shown(text) +
-                               L"\" has a control character or half a character in it; write it without");
-    }
-
     // ------------------------------------------------------------------------------------------------- fixed text
 
     void ReadText() {
         PatternPart part;
-        part.position = mvarAt;
+        part.position = At();
         while (!AtEnd() && (Peek() != L'{' || Peek(1) == L'{')) {
             const wchar_t character = Peek();
             if (character == L'{' || character == L'}') {
                 if (Peek(1) != character)
-                    Fail(mvarAt, L"this brace closes nothing; write }} where the code shall have a brace");
-                ++mvarAt;
+                    Fail(At(), L"this brace closes nothing; write }} where the code shall have a brace");
+                Advance();
             }
             part.text += character;
-            ++mvarAt;
+            Advance();
         }
         RefuseUnfit(part.text, part.position);
         mvarParts.push_back(std::move(part));
@@ -139,13 +95,14 @@ class Reader {
     // ------------------------------------------------------------------------------------------------------ bands
 
     void ReadBand() {
-        mvarOpened = mvarAt++;
+        mvarOpened = At();
+        Advance();
         SkipBlanks();
         PatternPart part;
         part.position = mvarOpened;
         ReadContent(part);
         if (AtAs()) {
-            mvarAt += As.size();
+            Advance(PatternAs.size());
             part.name = ReadName();
         }
         if (!Take(L'}')) FailUnexpected();
@@ -154,8 +111,7 @@ class Reader {
 
     void ReadContent(PatternPart& part) {
         const wchar_t next = Peek();
-        if (next == L'}')
-            Fail(mvarAt, L"a band is empty; write a field such as {Customer:4} or a number such as {####}");
+        if (next == L'}') Fail(At(), L"a band is empty; write a field such as {Customer:4} or a number such as {####}");
         if (next == L'#') return ReadNumber(part);
         if (IsCapital(next) && Peek(1) == L'.' && Peek(2) == L'.') return ReadLetter(part);
         if (next == L'=') return ReadFormula(part);
@@ -165,13 +121,12 @@ class Reader {
 
     [[noreturn]] void FailUnexpected() const {
         if (AtEnd()) Fail(mvarOpened, L"this brace is never closed; write }} at the end of a band, or {{ for a brace");
-        Fail(mvarAt,
-             std::wstring(L"\"") + Peek() + L"\" is not expected here; a band ends with } or with \" as NAME}\"");
+        Fail(At(), std::wstring(L"\"") + Peek() + L"\" is not expected here; a band ends with } or with \" as NAME}\"");
     }
 
     void ReadNumber(PatternPart& part) {
         part.kind = PartKind::Number;
-        for (; Peek() == L'#'; ++mvarAt)
+        for (; Peek() == L'#'; Advance())
             ++part.length;
         if (part.length > MostDigits)
             Fail(part.position, L"the number has " + std::to_wstring(part.length) +
@@ -183,27 +138,20 @@ class Reader {
 
     void ReadRange(PatternPart& part) {
         SkipBlanks();
-        const std::size_t position = mvarAt;
+        const std::size_t position = At();
         const std::wstring first = ReadDigits();
         if (!first.empty()) part.first = Bounded(first, part.length, position);
         SkipBlanks();
         if (Peek() == L'.' && Peek(1) == L'.') {
-            mvarAt += 2;
+            Advance(2);
             SkipBlanks();
-            const std::size_t end = mvarAt;
+            const std::size_t end = At();
             part.last = Bounded(ReadDigits(), part.length, end);
             if (IsBelow(part.last, part.first))
                 Fail(end, L"the last number " + part.last + L" lies below the first one, " + part.first);
         } else if (first.empty()) {
             Fail(position, L"a number's range is expected, such as 1000 or 1000..4999");
         }
-    }
-
-    std::wstring ReadDigits() {
-        const std::size_t begin = mvarAt;
-        while (IsDigit(Peek()))
-            ++mvarAt;
-        return std::wstring(mvarText.substr(begin, mvarAt - begin));
     }
 
     static std::wstring Bounded(const std::wstring& digits, std::size_t room, std::size_t position) {
@@ -219,7 +167,7 @@ class Reader {
         part.kind = PartKind::Letter;
         part.length = 1;
         part.first = Peek();
-        mvarAt += 3;
+        Advance(3);
         part.last = ReadCapital(part.first, L"Z");
         part.text = part.first;
         if (Take(L':')) part.text = ReadCapital(part.first, part.last);
@@ -229,8 +177,8 @@ class Reader {
     std::wstring ReadCapital(const std::wstring& from, const std::wstring& to) {
         SkipBlanks();
         std::wstring letter(1, Peek());
-        if (letter < from || letter > to) Fail(mvarAt, L"a letter from " + from + L" to " + to + L" is expected");
-        ++mvarAt;
+        if (letter < from || letter > to) Fail(At(), L"a letter from " + from + L" to " + to + L" is expected");
+        Advance();
         return letter;
     }
 
@@ -240,16 +188,16 @@ class Reader {
         if (IsNext(L'}') || AtAs()) return;
         do {
             SkipBlanks();
-            const std::size_t position = mvarAt;
+            const std::size_t position = At();
             part.tracked->push_back({ReadName(), position});
         } while (Take(L','));
     }
 
     void ReadQuoted(PatternPart& part) {
-        const std::size_t begin = mvarAt;
+        const std::size_t begin = At();
         const std::wstring text = ReadQuotes();
         if (IsNext(L':') || IsNext(L'=')) {
-            mvarAt = begin;
+            GoTo(begin);
             return ReadBound(part);
         }
         if (text.empty()) Fail(begin, L"the fixed text is empty");
@@ -259,9 +207,9 @@ class Reader {
     void ReadBound(PatternPart& part) {
         part.kind = Take(L'@') ? PartKind::Macro : PartKind::Field;
         SkipBlanks();
-        const std::size_t position = mvarAt;
+        const std::size_t position = At();
         part.text = ReadName();
-        if (Peek() == L'/') Fail(mvarAt, L"only numbers and letters track bands, such as {###/Country}");
+        if (Peek() == L'/') Fail(At(), L"only numbers and letters track bands, such as {###/Country}");
         if (AtFormula()) {
             if (part.kind == PartKind::Macro) Fail(part.position, L"a formula makes its macro itself; leave out the @");
             return ReadFormula(part);
@@ -277,24 +225,13 @@ class Reader {
 
     // -------------------------------------------------------------------------------------------------- formulas
 
-    // A formula begins with the name of a function and a bracket.
-    [[nodiscard]] bool AtFormula() const {
-        if (!IsNext(L'=')) return false;
-        const std::size_t begin =
-            std::min(mvarText.find_first_not_of(L' ', mvarText.find(L'=', mvarAt) + 1), mvarText.size());
-        std::size_t at = begin;
-        while (at < mvarText.size() && IsNameOfFunction(mvarText[at]))
-            ++at;
-        return at > begin && at < mvarText.size() && mvarText[at] == L'(';
-    }
-
     void ReadFormula(PatternPart& part) {
-        const std::size_t equals = mvarAt;
+        const std::size_t equals = At();
         if (!AtFormula()) Fail(equals, L"a formula is expected, such as {=year(Date)} or {Year=year(Date)}");
         part.kind = PartKind::Formula;
         Take(L'=');
         SkipBlanks();
-        const std::size_t position = mvarAt;
+        const std::size_t position = At();
         part.formula = ReadBrackets();
         RefuseUnfit(part.formula, position);
         ReadForm(part);
@@ -304,35 +241,12 @@ class Reader {
             Fail(position, L"say how long the result is, as in {=" + part.formula + L":4}");
     }
 
-    std::wstring ReadBrackets() {
-        const std::size_t begin = mvarAt;
-        std::size_t depth = 0;
-        wchar_t quote = L'\0'; // the one that is open
-        for (; !AtEnd(); ++mvarAt) {
-            const wchar_t character = Peek();
-            if (character == L',' || character == L';')
-                Fail(mvarAt, L"a formula holds no comma and no semicolon; put blanks between its arguments");
-            if (quote == L'\0' && (character == L'"' || character == L'\''))
-                quote = character;
-            else if (quote == character)
-                quote = L'\0';
-            if (quote != L'\0') continue;
-            if (character == L'{' || character == L'}') break;
-            if (character == L'(') ++depth;
-            if (character == L')' && --depth == 0) {
-                ++mvarAt;
-                return std::wstring(mvarText.substr(begin, mvarAt - begin));
-            }
-        }
-        Fail(begin, L"the formula's brackets are not closed");
-    }
-
     // ---------------------------------------------------------------------------------------- lengths and formats
 
     void ReadForm(PatternPart& part) {
         if (!Take(L':')) return;
         SkipBlanks();
-        const std::size_t position = mvarAt;
+        const std::size_t position = At();
         const bool isQuoted = Peek() == L'"';
         const std::wstring form = isQuoted ? ReadQuotes() : ReadWord(L":={}\"");
         if (form.empty()) Fail(position, L"a length or a format is expected, such as 4 or yyyy");
@@ -344,7 +258,7 @@ class Reader {
         part.format = form;
         if (Take(L':')) {
             SkipBlanks();
-            const std::size_t at = mvarAt;
+            const std::size_t at = At();
             part.length = LengthOf(ReadDigits(), at);
             return;
         }
@@ -366,12 +280,12 @@ class Reader {
     void ReadCodes(PatternPart& part) {
         if (!Take(L'=')) return;
         SkipBlanks();
-        const std::size_t position = mvarAt;
+        const std::size_t position = At();
         part.file = Peek() == L'"' ? ReadQuotes() : ReadWord(L"|{}");
         if (part.file.empty()) Fail(position, L"a file with codes and values is expected, such as codes.csv");
         if (!Take(L'|')) return;
         SkipBlanks();
-        const std::size_t at = mvarAt;
+        const std::size_t at = At();
         part.layer = LengthOf(ReadDigits(), at);
     }
 
@@ -379,7 +293,7 @@ class Reader {
 
     std::wstring ReadName() {
         SkipBlanks();
-        const std::size_t position = mvarAt;
+        const std::size_t position = At();
         std::wstring name = Peek() == L'"' ? Trimmed(ReadQuotes()) : ReadWord(L":=/|,{}\"");
         if (name.empty()) {
             if (AtEnd()) FailUnexpected();
@@ -395,30 +309,6 @@ class Reader {
         return name;
     }
 
-    // Up to one of the characters, " as " or the end, without the blanks around it.
-    std::wstring ReadWord(std::wstring_view ends) {
-        const std::size_t begin = mvarAt;
-        while (!AtEnd() && ends.find(Peek()) == std::wstring_view::npos && !AtAs())
-            ++mvarAt;
-        return Trimmed(mvarText.substr(begin, mvarAt - begin));
-    }
-
-    std::wstring ReadQuotes() {
-        const std::size_t opened = mvarAt++;
-        std::wstring text;
-        while (!AtEnd() && (Peek() != L'"' || Peek(1) == L'"')) {
-            mvarAt += Peek() == L'"' ? 1 : 0;
-            text += Peek();
-            ++mvarAt;
-        }
-        if (AtEnd()) Fail(opened, L"this quote is never closed; double a quote inside of quotes");
-        ++mvarAt;
-        RefuseUnfit(text, opened);
-        return text;
-    }
-
-    std::wstring_view mvarText;
-    std::size_t mvarAt = 0;
     std::size_t mvarOpened = 0; // the brace of the band that is read
     Pattern mvarParts;
 };
@@ -428,7 +318,7 @@ class Reader {
 std::wstring QuotedIf(const std::wstring& text, bool must) { return must ? Quoted(text) : text; }
 
 bool HoldsAny(const std::wstring& text, std::wstring_view characters) {
-    return text.find_first_of(characters) != std::wstring::npos || text.find(As) != std::wstring::npos ||
+    return text.find_first_of(characters) != std::wstring::npos || text.find(PatternAs) != std::wstring::npos ||
            Trimmed(text) != text;
 }
 
@@ -526,24 +416,9 @@ std::wstring WritePattern(const Pattern& pattern) {
         if (isPlain)
             text += PlainText(part.text);
         else
-            text += L"{" + BandText(part) + (part.name.empty() ? L"" : As.data() + NameText(part.name)) + L"}";
+            text += L"{" + BandText(part) + (part.name.empty() ? L"" : PatternAs.data() + NameText(part.name)) + L"}";
     }
     return text;
-}
-
-std::vector<std::wstring> CaretLines(std::wstring_view text, std::size_t position) {
-    constexpr std::size_t before = 50;
-    constexpr std::size_t width = 76;
-    const std::size_t begin = position > before ? position - before : 0;
-    std::wstring line(text.substr(begin, width));
-    // One character each, so that the mark stands where it belongs.
-    std::ranges::replace_if(
-        line,
-        [](wchar_t character) {
-            return hosts::HasControl({&character, 1});
-        },
-        L'?');
-    return {line, std::wstring(position - begin, L' ') + L"^"};
 }
 
 } // namespace ledger

@@ -3,7 +3,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "ledger/core/pattern/Pattern.h"
 
@@ -20,8 +19,5 @@ inline constexpr std::size_t MostDigits = 18;
 
 // The text that ParsePattern reads these bands from: names and tracked bands that are not given stay so.
 [[nodiscard]] std::wstring WritePattern(const Pattern& pattern);
-
-// Two lines for people: what stands around the place, and a mark below the place itself.
-[[nodiscard]] std::vector<std::wstring> CaretLines(std::wstring_view text, std::size_t position);
 
 } // namespace ledger
