@@ -6,7 +6,7 @@ import types
 import unittest
 import unittest.mock
 
-from rig.checks import Row, findings, told
+from rig.checks import Row, findings, gaps, told
 from rig.programs import Programs
 from rig.requests import Book
 
@@ -74,6 +74,25 @@ class ChecksTest(unittest.TestCase):
         self.assertEqual(self.found(), {"gaps in gapless"})
         self.assertEqual(told(findings(self.book, self.rows, ("gapless",), True)),
                          ["1 gaps in gapless: gapless 2024-000002"])
+
+    def test_numbers_count_as_their_rule_says(self):
+        for rule, codes, missing in (("stepped", ("2024-000001", "2024-000011", "2024-000031"), ["2024-000021"]),
+                                     ("untracked", ("2023-000001", "2024-000002", "2023-000004"), ["000003"]),
+                                     ("numbered", ("2024-99", "2024-101", "2023-01"), ["2024-000100"])):
+            self.assertEqual(gaps(rule, codes)[-1:], missing, rule)
+
+    def test_a_number_that_was_given_again(self):
+        self.book.voided["gapless", "2024-000001"] = "why"
+        self.rows.append(self.rows[0]._replace(act="void", reason="why", given_away="yes"))
+        self.change(0, ticket="later", key="later")
+        self.book.rules["later"] = "gapless"
+        self.book.answer("later", "2024-000001")
+        self.assertEqual(self.found(), set())
+        self.rows.append(self.rows[0])
+        self.assertEqual(self.found(), {"codes stored twice", "requests with several codes"})
+        del self.rows[-2:]
+        self.assertEqual(self.found(), {"requests without a code", "answers of other requests", "voids that are lost",
+                                        "codes told to several requests"})
 
     def test_an_adopted_code_that_is_lost(self):
         del self.rows[3]

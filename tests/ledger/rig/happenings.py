@@ -3,7 +3,7 @@ how often it happened."""
 import threading
 import time
 
-from rig.programs import RULES
+from rig.programs import RULES, YEARS, rule_of
 from windows_program import path
 
 DASHES = "-/.:"
@@ -11,6 +11,10 @@ CHANGED_RULES = ("gapless1", "fast1")
 ADOPTING_RULE = "gapless2"  # what is adopted has the form of its first definition, so that one stays
 ADOPTED_AT_ONCE = 5
 IMPORTS_AT_ONCE = 2
+SKIPPING_RULE = "fast2"
+SKIPPED = 2000  # numbers, so that programs at work do not come so far meanwhile
+# One may have come so far all the same.
+PASSED = "is not beyond what is used or set aside"
 
 
 class Happenings:
@@ -47,14 +51,16 @@ class Happenings:
         return IMPORTS_AT_ONCE
 
     def voids(self, number, generator):
-        rule = generator.choice(RULES)
-        codes = [code for code in self.book.answered_codes(rule) if (rule, code) not in self.book.voided]
+        rule = RULES[number % len(RULES)]
+        # Where numbers are given again, whoever asks again for one that is void is refused: nobody may have to.
+        answered = self.book.settled_codes(rule) if rule == "reused" else self.book.answered_codes(rule)
+        codes = [code for code in answered if (rule, code) not in self.book.voided]
         if not codes:
             time.sleep(0.2)
             return 0
         code, reason = generator.choice(codes), f"reason {number}"
         self.book.voided[rule, code] = reason
-        self.programs.must(number, "void", code, "--rule", rule, "--reason", reason)
+        self.programs.must(number, "void", code, "--rule", rule_of(rule, code), "--reason", reason)
         return 1
 
     def adoptions(self, number, _):
@@ -65,6 +71,15 @@ class Happenings:
         file.write_text("Code\n" + "".join(f"{code}\n" for code in codes))
         self.book.adopted.update((ADOPTING_RULE, code) for code in codes)
         self.programs.must(number, "adopt", path(file), "--rule", ADOPTING_RULE)
+        return 1
+
+    def sets(self, number, generator):
+        """Numbers that are left out on purpose."""
+        time.sleep(generator.uniform(0.5, 2.0))
+        year = generator.choice(YEARS)
+        reached = [int(code[len("2024-"):]) for code in self.book.answered_codes(SKIPPING_RULE) if code.startswith(year)]
+        self.programs.must(number, "next", SKIPPING_RULE, "--field", f"Year={year}", "--set",
+                           max(reached, default=0) + SKIPPED, unless=PASSED)
         return 1
 
     def audits(self, number, _):

@@ -5,14 +5,27 @@ import threading
 import rules
 from windows_program import command, path, run
 
-GAPLESS, FAST = ("gapless1", "gapless2"), ("fast1", "fast2")
-RULES = GAPLESS + FAST
+GAPLESS, FAST = ("gapless1", "gapless2", "stepped", "reused", "untracked", "numbered"), ("fast1", "fast2")
+RULES = GAPLESS + FAST  # what is asked for codes; one of them is a numbering
+STEP = 10  # of the stepped rule
+WIDTHS = range(2, 7)  # of the numbers of the numbering, for each of which it has a rule
+OPTIONS = {"stepped": ("--step", STEP), "reused": ("--reuse",)}
 PATIENCE = 60  # seconds that a program is told to wait
 HUNG_AFTER = PATIENCE + 40
 FILE_TAKES = 60  # seconds at the very most
 YEARS = ("2023", "2024")
 # The one reason for which a program may end without having done all.
 CHANGED = "was changed meanwhile; start again"
+
+
+def stored_rules(rule):
+    """The rules that codes are stored for when that one is asked."""
+    return [f"{rule}-{width}" for width in WIDTHS] if rule == "numbered" else [rule]
+
+
+def rule_of(rule, code):
+    """Which of them has the code."""
+    return f"{rule}-{len(code) - len('2024-')}" if rule == "numbered" else rule
 
 
 class Programs:
@@ -47,13 +60,24 @@ class Programs:
 
     def import_rule(self, number, rule, dash, file_name):
         file = self.folder / file_name
-        file.write_bytes(rules.numbered(dash=dash).encode())
+        tracks = () if rule == "untracked" else ("Year",)
+        file.write_bytes(rules.numbered(dash=dash, tracks=tracks).encode())
         policy = "gapless" if rule in GAPLESS else "fast"
         self.must(number, "rule", "import", path(file), "--name", rule, "--policy", policy, "--lease", "50",
-                  unless=CHANGED)  # of two at once the one that comes later
+                  *OPTIONS.get(rule, ()), unless=CHANGED)  # of two at once the one that comes later
+
+    def make(self, rule, dash):
+        """For the first time; the numbers of the numbering grow from rule to rule."""
+        if rule != "numbered":
+            return self.import_rule(0, rule, dash, "first.rule")
+        pattern = "{Year:4}" + dash + "{" + "#" * WIDTHS[0] + "}"
+        return self.must(0, "rule", "new", rule, pattern, "--grow", f"{WIDTHS[0]}..{WIDTHS[-1]}")
 
     def audit(self, number, rule):
-        """The audit's findings, none where all is well."""
+        """The findings of the audit of all rules that it has, none where all is well."""
+        return [line for one in stored_rules(rule) for line in self._audit_one(number, one)]
+
+    def _audit_one(self, number, rule):
         audit = self._run(number, "--json", "audit", "--rule", rule)
         if audit.returncode == 0:
             return []

@@ -9,6 +9,7 @@ class Book:
     def __init__(self):
         self.lock = threading.Lock()
         self.rules = {}  # key -> rule
+        self.settled = set()  # keys that nobody asks for any more
         self.answers = {}  # key -> the codes printed for it, which should be one, however often it was asked for
         self.adopted = set()  # (rule, code) of those taken over from elsewhere
         self.voided = {}  # (rule, code) -> the reason
@@ -37,6 +38,10 @@ class Book:
             elif "refused" in told and "line" in told:
                 self.refused.append(f"{keys[told['line'] - 2]}: {told['refused']}")
 
+    def settle(self, keys):
+        with self.lock:
+            self.settled.update(keys)
+
     def unanswered(self, keys):
         with self.lock:
             return [key for key in keys if key not in self.answers]
@@ -44,3 +49,7 @@ class Book:
     def answered_codes(self, rule):
         with self.lock:
             return [code for key, codes in self.answers.items() if self.rules[key] == rule for code in codes]
+
+    def settled_codes(self, rule):
+        with self.lock:
+            return [code for key in self.settled if self.rules[key] == rule for code in self.answers[key]]
