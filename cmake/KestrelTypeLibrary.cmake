@@ -34,13 +34,14 @@ function(kestrel_add_type_library idl tlb header)
     if(CMAKE_SIZEOF_VOID_P EQUAL 8)
         set(environment --win64)
     endif()
-    # The same input gives the same bytes.
+    # The same input gives the same bytes, wherever it lies: widl writes the name that it was given into the header.
+    file(RELATIVE_PATH description ${CMAKE_SOURCE_DIR} ${idl})
     set(widl ${CMAKE_COMMAND} -E env WIDL_TIME_OVERRIDE=0 ${KESTREL_WIDL} ${environment}
         -I ${KESTREL_WIDL_INCLUDES} -L ${KESTREL_WIDL_LIBRARIES})
     add_custom_command(
         OUTPUT ${tlb} ${folder}/${header}
-        COMMAND ${widl} -t -o ${tlb} ${idl}
+        COMMAND ${widl} -t -o ${tlb} ${description}
         COMMAND ${Python3_EXECUTABLE} ${KESTREL_EVENT_FLAGS} ${tlb}
-        COMMAND ${widl} -h -o ${folder}/${header} ${idl}
-        DEPENDS ${idl} ${KESTREL_EVENT_FLAGS} VERBATIM)
+        COMMAND ${widl} -h -o ${folder}/${header} ${description}
+        DEPENDS ${idl} ${KESTREL_EVENT_FLAGS} WORKING_DIRECTORY ${CMAKE_SOURCE_DIR} VERBATIM)
 endfunction()

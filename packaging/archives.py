@@ -18,7 +18,7 @@ def write_zip(path, top, entries, epoch):
             info.create_system = 3  # so that the rights below are read as such everywhere
             info.external_attr = EXECUTABLE if entry.place.endswith((".exe", ".py")) else READABLE
             info.compress_type = zipfile.ZIP_DEFLATED
-            archive.writestr(info, entry.source.read_bytes(), compresslevel=9)
+            archive.writestr(info, entry.source.read_bytes(), compresslevel=6)
 
 
 def write_checksums(folder):

@@ -262,7 +262,7 @@ class Installer:
             ["Action"],
         )
         table.add("RefuseOlder", FAIL_WITH_TEXT, "", NEWER_IS_THERE, "")
-        folder = f"[LocalAppDataFolder]Programs\\Kestrel\\{'x64' if self.bits == 64 else 'x86'}\\"
+        folder = f"[LocalAppDataFolder]Programs\\Kestrel {'x64' if self.bits == 64 else 'x86'}\\"
         table.add("FolderOfUser", SET_PROPERTY, "INSTALLDIR", folder, "")
         return table
 

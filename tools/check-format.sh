@@ -5,5 +5,5 @@
 
 need_tools clang-format-14
 cd "$ROOT"
-find src tests hosts ledger bench \( -name '*.cpp' -o -name '*.h' \) -print0 |
+find src tests hosts ledger bench packaging \( -name '*.cpp' -o -name '*.h' \) -print0 |
     xargs -0 -n 20 -P "$JOBS" clang-format-14 --dry-run --Werror

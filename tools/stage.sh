@@ -26,10 +26,12 @@ start_display() {
 start_keep_alive() {
     end_wine_server "$PREFIX"
     { tail --pid=$$ -f /dev/null | "$ROOT/tools/wine.sh" cmd /c pause; } >/dev/null 2>&1 &
-    # The first program to come back finds the services up.
-    "$ROOT/tools/wine.sh" cmd /c exit 0 >/dev/null 2>&1 </dev/null || fail "Wine does not run (tools/wine.sh cmd /c exit 0)"
+    # The first program to come back finds the services up. Seldom it never comes back, and a second one does.
+    timeout 60 "$ROOT/tools/wine.sh" cmd /c exit 0 >/dev/null 2>&1 </dev/null ||
+        timeout 120 "$ROOT/tools/wine.sh" cmd /c exit 0 >/dev/null 2>&1 </dev/null ||
+        fail "Wine does not run (tools/wine.sh cmd /c exit 0)"
     # Calls between processes start their service, and that keeps the desktop's process, which the first program with
     # windows starts and which inherits its output pipe: neither may begin with a test.
-    "$ROOT/tools/wine.sh" net start RpcSs >/dev/null 2>&1 </dev/null || true
+    timeout 60 "$ROOT/tools/wine.sh" net start RpcSs >/dev/null 2>&1 </dev/null || true
     "$ROOT/tools/wine.sh" explorer /desktop >/dev/null 2>&1 </dev/null &
 }

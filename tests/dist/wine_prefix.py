@@ -45,9 +45,9 @@ class Prefix:
 
     # --- Installing ---
 
-    def msiexec(self, *arguments):
-        """The exit code; nothing is shown."""
-        return self.run("msiexec", *arguments, "/qn").returncode
+    def msiexec(self, *arguments, showing="/qn"):
+        """The exit code; nothing is shown, or what the option says."""
+        return self.run("msiexec", *arguments, showing).returncode
 
     # --- Using ---
 

@@ -1,6 +1,6 @@
 // A program that brings the component along: portable.exe.manifest names it, the library lies in the same folder, and
 // nothing is registered. Copy the folder anywhere and run portable.exe; it prints three codes and where the library was
-// found.
+// found. It keeps its codes for as long as it runs; one that keeps them for good is in the sample hosting.
 #include <cstdio>
 
 #include "Kestrel.h"
@@ -27,14 +27,20 @@ void PrepareRule(const Object<_CodeClass>& rule) {
     Check(tracked->Add(Text(L"Prefix").Get(), key.Out()));
 }
 
+constexpr DISPID getLastCode = 11;
+
 void Run() {
     const Apartment apartment;
     const auto rule = Create<_CodeClass>(L"Kestrel.CodeClass");
     PrepareRule(rule);
+    std::wstring last;
+    Events events(rule.Get(), __uuidof(__CodeClass));
+    events.On(getLastCode, [&last](const Arguments& arguments) { arguments.SetTextAt(1, last); });
     for (int i = 0; i < 3; ++i) {
         Text code;
         Check(rule->GetCode(gsNewCode, code.Out()));
-        std::printf("%ls\n", code.Value().c_str());
+        last = code.Value();
+        std::printf("%ls\n", last.c_str());
     }
     wchar_t path[MAX_PATH];
     GetModuleFileNameW(GetModuleHandleW(L"Kestrel.dll"), path, MAX_PATH);
