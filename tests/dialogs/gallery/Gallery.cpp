@@ -202,6 +202,6 @@ int wmain(int argc, wchar_t** argv) {
     // A tip comes when the pointer has rested for a while.
     SetTimer(nullptr, 0, theDialog == L"tip" ? 4 * settleMilliseconds : settleMilliseconds, PictureAndClose);
     const std::set<std::wstring> states{L"number", L"drag", L"findings", L"tip", L"refusal"};
-    test::ShowDialog(*rule, states.count(theDialog) != 0 ? L"designer" : theDialog);
+    test::ShowDialog(*rule, states.contains(theDialog) ? L"designer" : theDialog);
     return 1; // closed by someone else
 }
