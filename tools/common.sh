@@ -23,7 +23,7 @@ fail() {
 need_tools() {
     local tool
     for tool in "$@"; do
-        command -v "$tool" >/dev/null || fail "$tool is not installed (tools/packages.sh installs it)"
+        command -v "$tool" >/dev/null || fail "$tool is not installed (tools/packages.sh --all installs it)"
     done
 }
 

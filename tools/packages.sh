@@ -1,19 +1,24 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building and testing need, and nothing when all are there already.
+# Installs the Debian packages that are missing: what building and the main job need, or what testing needs as well.
+# usage: tools/packages.sh [--all]   (--all: also compilers and tools for checking, servers, and what the tests drive)
 # shellcheck source=tools/common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-PACKAGES_NATIVE=(
-    build-essential cmake ninja-build ccache clang clang-format clang-tidy libclang-rt-14-dev googletest shellcheck procps
-    clang-tools llvm wixl msitools
-    g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev
-    wine wine64 xvfb xdotool imagemagick fonts-wine fonts-liberation iso-codes
-    python3 libcli11-dev nlohmann-json3-dev unixodbc libodbc2 odbc-postgresql postgresql tcl
-    mariadb-server mariadb-client libmariadb3 galera-4 rsync chromium
+PACKAGES_BUILD=(
+    build-essential cmake ninja-build ccache procps googletest tcl python3
+    g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev libcli11-dev nlohmann-json3-dev
+    wine wine64 wine32:i386 libwine:i386 xvfb fonts-wine fonts-liberation iso-codes
 )
-PACKAGES_I386=(wine32:i386 libwine:i386 libodbc2:i386 odbc-postgresql:i386 libmariadb3:i386)
+PACKAGES_TEST=(
+    clang clang-format clang-tidy clang-tools llvm libclang-rt-14-dev shellcheck wixl msitools
+    xdotool imagemagick chromium unixodbc libodbc2 libodbc2:i386
+    odbc-postgresql odbc-postgresql:i386 postgresql mariadb-server mariadb-client libmariadb3 libmariadb3:i386 galera-4 rsync
+)
+SERVICES=(postgresql mariadb)
 DRIVERS=(amd64 i386)
-POLICY=/usr/sbin/policy-rc.d
+# Where the system looks whether packages may start services, and for the services themselves; tests name other places.
+POLICY="${KESTREL_POLICY:-/usr/sbin/policy-rc.d}"
+UNITS="${KESTREL_UNITS:-/lib/systemd/system}"
 
 # Prints those of the packages that are not installed. usage: missing_packages PACKAGE...
 missing_packages() {
@@ -50,6 +55,23 @@ keep_services_down() {
     chmod 755 "$POLICY"
     trap 'rm -f "$POLICY"' EXIT
     trap 'exit 130' INT TERM HUP
+}
+
+# Nor when the machine starts again. A service that was there before stays as it is. usage: keep_services_off SERVICE...
+keep_services_off() {
+    local service
+    command -v systemctl >/dev/null || return 0
+    for service in "$@"; do
+        systemctl disable --quiet "$service" >/dev/null 2>&1 || note "the service $service could not be switched off"
+    done
+}
+
+# Prints those services that no package has brought yet.
+services_to_come() {
+    local service
+    for service in "${SERVICES[@]}"; do
+        [ -f "$UNITS/$service.service" ] || printf '%s\n' "$service"
+    done
 }
 
 # The ODBC driver for MariaDB, which is not installable for two architectures at once, is unpacked for each.
@@ -103,18 +125,26 @@ install_without_security() {
 }
 
 main() {
-    local missing wanted=("${PACKAGES_NATIVE[@]}" "${PACKAGES_I386[@]}")
+    local missing services wanted=("${PACKAGES_BUILD[@]}")
+    case "${1:-}" in
+    "") DRIVERS=() ;;
+    --all) wanted+=("${PACKAGES_TEST[@]}") ;;
+    *) fail "usage: tools/packages.sh [--all]" ;;
+    esac
     mapfile -t missing < <(missing_packages "${wanted[@]}")
     [ "${#missing[@]}" -eq 0 ] && drivers_are_there && return 0
     say "Installing ${missing[*]:-the driver for MariaDB}"
     command -v apt-get >/dev/null || fail "packages are missing and there is no apt-get here: ${missing[*]:-odbc-mariadb}"
     [ "$(id -u)" -eq 0 ] || fail "not root, so packages cannot be installed: ${missing[*]:-odbc-mariadb}"
+    mapfile -t services < <(services_to_come)
     dpkg --add-architecture i386
     keep_services_down
-    with_log packages install_from -- "${missing[@]}" 2>/dev/null && return 0
-    note "the plain way failed; once more without the security suites"
-    with_log packages-retry install_without_security "${missing[@]}" ||
-        fail "no package source has these packages, see build/logs/packages-retry.log: ${missing[*]:-odbc-mariadb}"
+    if ! with_log packages install_from -- "${missing[@]}" 2>/dev/null; then
+        note "the plain way failed; once more without the security suites"
+        with_log packages-retry install_without_security "${missing[@]}" ||
+            fail "no package source has these packages, see build/logs/packages-retry.log: ${missing[*]:-odbc-mariadb}"
+    fi
+    [ "${1:-}" != --all ] || keep_services_off "${services[@]}"
 }
 
 main "$@"

@@ -64,7 +64,7 @@ class RefusalTest(Clone):
         tools.mkdir()
         for tool in NEEDED:
             (tools / tool).symlink_to(shutil.which(tool))
-        self.expect_refused(self.dist("--untagged", PATH=str(tools)), "wixl is not installed (tools/packages.sh installs it)")
+        self.expect_refused(self.dist("--untagged", PATH=str(tools)), "wixl is not installed (tools/packages.sh --all installs it)")
 
     def test_with_a_version_that_the_changelog_does_not_know(self):
         lists = self.tree / "CMakeLists.txt"

@@ -25,7 +25,7 @@ class Browser:
     def __init__(self):
         program = shutil.which("chromium")
         if program is None:
-            raise RuntimeError("Chromium is not installed (tools/packages.sh installs it)")
+            raise RuntimeError("Chromium is not installed (tools/packages.sh --all installs it)")
         self.folder = pathlib.Path(tempfile.mkdtemp())
         to_browser, self.out = map(out_of_the_way, os.pipe())
         self.answers, from_browser = map(out_of_the_way, os.pipe())

@@ -18,7 +18,7 @@ def driver(bits):
     """The ODBC driver's file, which a connection string names in the place of an installed driver."""
     file = ROOT / "build" / "odbc" / {32: "i386", 64: "amd64"}[bits] / "libmaodbc.so"
     if not file.exists():
-        raise RuntimeError("the ODBC driver for MariaDB is not there (tools/packages.sh unpacks it)")
+        raise RuntimeError("the ODBC driver for MariaDB is not there (tools/packages.sh --all unpacks it)")
     return file
 
 
@@ -142,7 +142,7 @@ class GaleraCluster(Started):
 
     def __init__(self, nodes=3):
         if not GALERA.exists() or not os.path.exists("/usr/bin/rsync"):
-            raise RuntimeError("Galera is not installed (tools/packages.sh installs it)")
+            raise RuntimeError("Galera is not installed (tools/packages.sh --all installs it)")
         super().__init__()
         try:
             self.servers = [GaleraNode(self.place, f"galera{number}") for number in range(1, nodes + 1)]

@@ -15,7 +15,7 @@ CAUGHT_UP_WITHIN = 60  # seconds
 def programs():
     found = sorted(glob.glob("/usr/lib/postgresql/*/bin"))
     if not found:
-        raise RuntimeError("PostgreSQL is not installed (tools/packages.sh installs it)")
+        raise RuntimeError("PostgreSQL is not installed (tools/packages.sh --all installs it)")
     return pathlib.Path(found[-1])
 
 
