@@ -20,7 +20,8 @@ def binaries(root, preset, folder=""):
 
 
 def documents(root):
-    files = [root / "README.md", root / "CHANGELOG.md", *(root / "docs").rglob("*.md"), *(root / "docs").rglob("*.png")]
+    names = ("README.md", "CHANGELOG.md", "CONTRIBUTING.md")
+    files = [*(root / name for name in names), *(root / "docs").rglob("*.md"), *(root / "docs").rglob("*.png")]
     return [Entry(file.relative_to(root).as_posix(), file) for file in files]
 
 

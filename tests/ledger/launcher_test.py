@@ -56,7 +56,7 @@ class LauncherTest(unittest.TestCase):
 
     def test_the_readmes_first_five_commands(self):
         """From an empty folder to ten codes, one of them explained, and a clean audit."""
-        section = (ROOT / "README.md").read_text(encoding="utf-8").split("## The ledger")[1]
+        section = (ROOT / "README.md").read_text(encoding="utf-8").split("## The first codes")[1]
         block = re.search(r"\n\n((?: {4}kledger .*\n)+)", section).group(1)
         commands = [shlex.split(line)[1:] for line in block.splitlines()]
         self.assertEqual(len(commands), 5)

@@ -1,0 +1,119 @@
+' What the guides say about rules (docs/hosting.md: "What a rule does", "The definition string", "Threads and collections"),
+' statement by statement.
+Option Explicit
+Dim rule, band, macro, node, asked, lastCode, text, copy, number, walked, one
+
+Sub rule_GetLastCode(Filter, Value)
+    asked = asked & Filter & " "
+    Value = lastCode
+End Sub
+
+Sub NewRule()
+    Set rule = WScript.CreateObject("Kestrel.CodeClass", "rule_")
+    asked = ""
+    lastCode = ""
+End Sub
+
+Function NewNumber()
+    rule.Add "Prefix", bsFixed, , "inv-"
+    Set NewNumber = rule.Add("Number", bsIncreaseNumber, , "1", , 4, "0000")
+End Function
+
+' A number counts only when it tracks a band; for one running number a fixed one.
+NewRule
+Set number = NewNumber()
+lastCode = "inv-0007"
+Check "a number that tracks nothing adds nothing", rule.GetCode(gsNewCode), "inv-"
+number.Value = "7"
+Check "until it has a value", rule.GetCode(gsNewCode), "inv-0007"
+Check "which stays", rule.GetCode(gsNewCode), "inv-0007"
+Check "and asks nobody", asked, ""
+number.TrackBands.Add "Prefix"
+Check "one that tracks a fixed band counts", rule.GetCode(gsNewCode), "inv-0008"
+Check "and asks for the series", asked, "inv-???? "
+
+' What is kept for the host.
+number.InitStart = "5"
+number.InitEnd = "8"
+number.IncrMode = imTrigered
+rule.ApplyMode = 1
+rule.SeparaOfYear = 4
+lastCode = "inv-0008"
+Check "ranges, raise modes, apply modes and separators are not acted on", rule.GetCode(gsNewCode), "inv-0009"
+Check "capitals do not reach fixed texts", rule.CodeUCased, True
+rule.Add("Letter", bsIncreaseAlpha, , "A").Value = "B"
+lastCode = "inv-0008B"
+Check "a letter is not raised", rule.GetCode(gsNewCode), "inv-0009B"
+rule.Remove "Letter"
+Set node = rule.Relations.Add(, , "n", "North")
+rule.CodeUCased = True
+Check "capitals reach the codes of relations", node.Text, "N"
+
+' Numbers that grow longer than their band.
+lastCode = "inv-9999"
+On Error Resume Next
+text = rule.GetCode(gsNewCode)
+CheckErrorNumber "a full series", LibraryError(2036)
+On Error GoTo 0
+lastCode = "inv-99"
+On Error Resume Next
+text = rule.GetCode(gsNewCode)
+CheckErrorNumber "a last code of another length", LibraryError(2035)
+On Error GoTo 0
+
+' A new rule.
+NewRule
+Check "bands may not be added by the designer", rule.AllowAddBand, False
+Check "nor removed", rule.AllowDropBand, False
+Check "nor fields managed", rule.AllowFieldManage, False
+
+' Years.
+Set macro = rule.UsrMacros.Add("Day", , "2024-05-06")
+Set band = rule.Add("Year", bsUsrMacro, , , macro, , "yyyy")
+Check "the length is 1 until set, also beside yyyy", band.Length, 1
+band.Length = 4
+Check "a date gives its year", rule.GetCode, "2024"
+rule.ExpCode "2024"
+Check "which cannot be taken apart again", band.Value, "1905"
+band.Formate = ""
+macro.Value = "2024"
+Check "the year itself", rule.GetCode, "2024"
+rule.ExpCode "2024"
+Check "can", band.Value, "2024"
+
+' The definition string.
+NewRule
+Set number = NewNumber()
+number.TrackBands.Add "Prefix"
+number.Value = "41"
+rule.Name = "Invoices"
+rule.Value = "noted"
+rule.Style = csSimple
+rule.UsrFields.Add "A,B", , "one"
+text = rule.Definition
+Set copy = WScript.CreateObject("Kestrel.CodeClass")
+copy.Load text
+Check "it brings the bands back", copy.Count, 2
+Check "and last values", copy.Band("Number").Value, "0041"
+Check "and what is tracked", copy.Band("Number").TrackBands.Count, 1
+Check "but not the name", copy.Name, ""
+Check "nor the value", copy.Value, ""
+Check "nor the style", copy.Style, csNormal
+Check "and a name with a comma becomes another", copy.UsrFields(1).Name, "A"
+copy.Load "no definition at all"
+Check "loading never fails", copy.Count, 0
+
+' Collections.
+walked = 0
+For Each one In rule
+    walked = walked + 1
+Next
+Check "For Each walks the bands", walked, 2
+On Error Resume Next
+For Each one In rule.Relations
+    walked = walked + 1
+Next
+Check "but not a tree", Err.Number <> 0, True
+Err.Clear
+On Error GoTo 0
+EndOfScript
