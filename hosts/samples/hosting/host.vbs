@@ -23,7 +23,8 @@ database.Close
 WScript.Quit 0
 
 ' [issue]
-' Each attempt is a transaction that reads, issues and stores. The loser of a key rolls back and reads again.
+' Each attempt is a transaction that reads, issues and stores. The loser of a key rolls back and reads again; what would
+' fail again is not tried again.
 Function Issue()
     Dim attempt, code
     For attempt = 1 To Attempts
@@ -37,9 +38,11 @@ Function Issue()
     Err.Raise vbObjectError + 1, "host.vbs", "the database stayed busy"
 End Function
 
+' Empty when somebody else was first.
 Function TryToIssue()
-    Dim code
+    Dim code, number, description, retry
     On Error Resume Next
+    database.Errors.Clear
     database.BeginTrans
     code = rule.GetCode(gsNewCode)
     If Err.Number = 0 Then Store code
@@ -47,10 +50,26 @@ Function TryToIssue()
     If Err.Number = 0 Then
         If policy = "fast" Then nextNumber = nextNumber + 1
         TryToIssue = code
-    Else
-        database.RollbackTrans
-        TryToIssue = ""
+        Exit Function
     End If
+    number = Err.Number
+    description = Err.Description
+    retry = MayBeRetried()
+    database.RollbackTrans
+    On Error GoTo 0
+    If Not retry Then Err.Raise number, "host.vbs", description
+    TryToIssue = ""
+End Function
+
+' A unique key, a serialization failure and a deadlock, in the words of PostgreSQL and of other servers; and what PostgreSQL
+' says when such a failure came in the event already.
+Function MayBeRetried()
+    MayBeRetried = False
+    If database.Errors.Count = 0 Then Exit Function ' the rule refused, not the database
+    Select Case database.Errors.Item(0).SQLState
+        Case "23505", "23000", "40001", "40P01", "25P02"
+            MayBeRetried = True
+    End Select
 End Function
 
 Sub Store(code)
