@@ -30,6 +30,10 @@ int RunTask(const Task& task) {
 }
 
 int Body(const std::vector<std::wstring>& arguments) {
+    if (AsksForHelp(arguments)) {
+        PrintLine(Help());
+        return 0;
+    }
     Task task;
     try {
         task = TaskFrom(arguments);

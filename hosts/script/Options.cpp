@@ -57,6 +57,23 @@ std::wstring Usage() {
            L"[--include FILE]... SCRIPT.vbs|SCRIPT.js [ARGUMENT]...";
 }
 
+std::wstring Help() {
+    return Usage() +
+           L"\n\n"
+           L"Runs a script and hands it the arguments. WScript.CreateObject(name, prefix) connects the events of an\n"
+           L"object to subs that are named after the prefix and the event.\n\n"
+           L"  --include FILE         runs the file before the script; may stand several times\n"
+           L"  --answer yes|no        answers message boxes so, says which, and closes dialogs\n"
+           L"  --check-heap           fails when the script has damaged the memory of the program\n"
+           L"  --check-released DLL   fails when objects of the library are left at the end\n"
+           L"  --help                 prints this\n\n"
+           L"Exit codes: that of WScript.Quit, else 0; 1 for an error of the script, 2 for a wrong call.";
+}
+
+bool AsksForHelp(const std::vector<std::wstring>& arguments) {
+    return !arguments.empty() && (arguments.front() == L"--help" || arguments.front() == L"-h");
+}
+
 std::optional<Language> LanguageOf(const std::wstring& path) {
     const std::wstring extension = std::filesystem::path(path).extension().wstring();
     if (lstrcmpiW(extension.c_str(), L".vbs") == 0) return Language::VBScript;

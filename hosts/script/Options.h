@@ -23,6 +23,10 @@ struct Options {
 
 // How to call the program, on one line.
 [[nodiscard]] std::wstring Usage();
+// The same with what each option does, several lines.
+[[nodiscard]] std::wstring Help();
+// Whether help is asked for, before any script is named.
+[[nodiscard]] bool AsksForHelp(const std::vector<std::wstring>& arguments);
 
 // By the file's extension, .vbs or .js in any letter case; nothing for any other.
 [[nodiscard]] std::optional<Language> LanguageOf(const std::wstring& path);
