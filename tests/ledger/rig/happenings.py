@@ -51,10 +51,9 @@ class Happenings:
         return IMPORTS_AT_ONCE
 
     def voids(self, number, generator):
-        rule = RULES[number % len(RULES)]
-        # Where numbers are given again, whoever asks again for one that is void is refused: nobody may have to.
-        answered = self.book.settled_codes(rule) if rule == "reused" else self.book.answered_codes(rule)
-        codes = [code for code in answered if (rule, code) not in self.book.voided]
+        first = number % len(RULES)
+        rule, codes = next(((rule, codes) for rule in RULES[first:] + RULES[:first] if (codes := self._codes(rule))),
+                           (None, []))
         if not codes:
             time.sleep(0.2)
             return 0
@@ -62,6 +61,12 @@ class Happenings:
         self.book.voided[rule, code] = reason
         self.programs.must(number, "void", code, "--rule", rule_of(rule, code), "--reason", reason)
         return 1
+
+    def _codes(self, rule):
+        """Those that can be made void. Where numbers are given again, whoever asks again for one that is void is
+        refused: nobody may have to."""
+        answered = self.book.settled_codes(rule) if rule == "reused" else self.book.answered_codes(rule)
+        return [code for code in answered if (rule, code) not in self.book.voided]
 
     def adoptions(self, number, _):
         """Codes of a year that nobody issues in, in the order of their numbers."""
