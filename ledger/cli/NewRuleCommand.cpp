@@ -85,6 +85,7 @@ std::vector<LookedOver> GrowingRulesOf(Session& session, const NewRuleOptions& o
 int NewGrowing(Session& session, const NewRuleOptions& options) {
     const std::vector<LookedOver> looked = GrowingRulesOf(session, options);
     std::vector<std::unique_ptr<GrowingRule>> rules;
+    rules.reserve(looked.size());
     for (const LookedOver& rule : looked)
         rules.push_back(std::make_unique<GrowingRule>(rule.change));
     const auto reports = StoreGrowingRules(session.database, session.patience, options.name, rules);
