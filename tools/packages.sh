@@ -10,7 +10,7 @@ PACKAGES_BUILD=(
     wine wine64 wine32:i386 libwine:i386 xvfb fonts-wine fonts-liberation iso-codes
 )
 PACKAGES_TEST=(
-    clang clang-format clang-tidy clang-tools llvm libclang-rt-14-dev shellcheck wixl msitools
+    git clang clang-format clang-tidy clang-tools llvm libclang-rt-14-dev shellcheck wixl msitools
     xdotool imagemagick chromium unixodbc libodbc2 libodbc2:i386
     odbc-postgresql odbc-postgresql:i386 postgresql mariadb-server mariadb-client libmariadb3 libmariadb3:i386 galera-4 rsync
 )
