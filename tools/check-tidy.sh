@@ -36,6 +36,13 @@ mingw_options() {
         done
 }
 
+# The compile database of a build without the options that only the compiler of Windows' builds knows. usage: readable PRESET
+readable() {
+    mkdir -p "$WORK/database-$1"
+    sed -E 's/ -fno-(align-[a-z]+|reorder-blocks-and-partition)//g' "$BUILD/$1/compile_commands.json" \
+        >"$WORK/database-$1/compile_commands.json"
+}
+
 # "source TAB dependency" for every file of the project that a source includes, as the compiler recorded it.
 dependencies() {
     ninja -C "$BUILD/$1" -t deps | awk -v root="$ROOT/" -v build="$BUILD/$1/" '
@@ -75,7 +82,7 @@ check_one() {
     local preset="$1" source="$2" key="$3" options=() option output
     while read -r option; do options+=("--extra-arg-before=$option"); done <"$WORK/options-$preset"
     printf '[%s/%s] %s\n' "$4" "$5" "${source#"$ROOT"/}"
-    if output="$("$TIDY" --quiet -p "$BUILD/$preset" "${options[@]}" "$source" 2>"$WORK/errors.$$")"; then
+    if output="$("$TIDY" --quiet -p "$WORK/database-$preset" "${options[@]}" "$source" 2>"$WORK/errors.$$")"; then
         : >"$CLEAN/$key"
         rm -f "$WORK/errors.$$"
         return 0
@@ -117,6 +124,7 @@ main() {
         [ -f "$BUILD/$preset/compile_commands.json" ] || fail "build/$preset is not configured (tools/build.sh $preset)"
     done
     mkdir -p "$WORK" "$CLEAN"
+    for preset in native-clang x86; do readable "$preset"; done
     find "$CLEAN" -type f -mtime +30 -delete
     : >"$WORK/options-native-clang"
     mingw_options >"$WORK/options-x86"

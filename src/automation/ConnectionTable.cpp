@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <utility>
 
 namespace kestrel {
 
@@ -46,8 +47,8 @@ DWORD ConnectionTable::Advise(IUnknown& sink) {
 void ConnectionTable::Unadvise(DWORD cookie) {
     if (!IsAdvised(cookie)) throw ComFailure{CONNECT_E_NOCONNECTION};
     auto& connections = ListToChange();
-    const auto found = Find(connections, cookie);
-    const Connection leaving = *found; // letting go of the sink runs the host's code: last
+    const auto found = connections.begin() + (Find(connections, cookie) - connections.cbegin());
+    const Connection leaving = std::move(*found); // letting go of the sink runs the host's code: last
     connections.erase(found);
     if (connections.empty()) mvarSubscriptions.clear();
 }

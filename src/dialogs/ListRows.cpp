@@ -48,7 +48,7 @@ Ref<List> BoundItem(const Band& band, int row) {
 }
 
 String BoundDescription(const Band& band) {
-    const auto field = band.BoundField();
+    const auto& field = band.BoundField();
     return field && field->Description() ? field->Description()->Text() : String();
 }
 

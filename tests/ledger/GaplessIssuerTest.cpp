@@ -84,7 +84,7 @@ class GaplessIssuerTest : public testing::Test {
         });
         ledger::GaplessIssuer issuer({database, rule, maker, Wait});
         const ledger::Request request{{{L"Year", L"2024"}}, L"{\"Year\":\"2024\"}", L"ours", false};
-        const Outcome outcome = issuer.Issue({&request, 1}, 0).front();
+        Outcome outcome = issuer.Issue({&request, 1}, 0).front();
         EXPECT_TRUE(stored);
         return outcome;
     }
