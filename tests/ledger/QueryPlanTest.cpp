@@ -73,7 +73,9 @@ TEST_F(QueryPlanTest, TheLowestNumberToGiveAgainIsFoundThroughTheKey) {
 
 TEST_F(QueryPlanTest, TheClaimOfACodeIsFoundThroughItsKey) {
     const std::vector<std::wstring> reads = Plan(ledger::RemoveClaimQuery);
-    const auto isClaims = [](const std::wstring& read) { return read.find(L"numbering_id=? AND code=?") != read.npos; };
+    const auto isClaims = [](const std::wstring& read) {
+        return read.find(L"numbering_id=? AND code=?") != std::wstring::npos;
+    };
     EXPECT_TRUE(std::ranges::any_of(reads, isClaims)) << std::string(reads.back().begin(), reads.back().end());
 }
 
