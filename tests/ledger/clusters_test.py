@@ -2,7 +2,7 @@
 worth that no commit waits for."""
 import unittest
 
-from concurrency_test import ConcurrencyCase
+from concurrency_test import ConcurrencyCase, ServedByMariaDb
 from databases import OnGalera
 from ledger_case import LedgerCase
 from ledger_test import LedgerTests
@@ -43,7 +43,7 @@ class GaleraLedgerTest(OnGalera, LedgerCase):
     issue_keys = PromiseTests.issue_keys
 
 
-class GaleraConcurrencyTest(OnGalera, ConcurrencyCase):
+class GaleraConcurrencyTest(OnGalera, ServedByMariaDb, ConcurrencyCase):
     def test_gapless_programs_at_once(self):
         self.issue_at_once("gapless")
 
