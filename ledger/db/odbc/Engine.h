@@ -41,6 +41,9 @@ struct OdbcEngine {
     // A prepared statement that failed waits for ever for an answer when it is executed again: the server leaves out
     // what it has told of the columns before, and the driver has forgotten it.
     bool failureSpoils;
+    // The server takes the key for as good as an index whose first column is not the key's, and reads all of the rule
+    // by it.
+    bool wantsRuleFirst;
     bool needsCatalogue; // tables are looked for in the current database only when it is named
     // What the server tells of itself, through a function that returns the first column of a query's first row, or
     // nothing when the server does not know it.

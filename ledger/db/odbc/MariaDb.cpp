@@ -112,6 +112,7 @@ const OdbcEngine& MariaDb() {
         true,
         true,
         true,
+        true,
         Facts};
     return engine;
 }

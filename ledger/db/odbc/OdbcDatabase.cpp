@@ -169,6 +169,7 @@ std::wstring OdbcDatabase::TableText(std::wstring definition) const {
     Replace(definition, L"LONGTEXT", L"\1");
     ReplaceShortTexts(definition, mvarEngine.shortText);
     Replace(definition, L"\1", mvarEngine.longText);
+    if (mvarEngine.wantsRuleFirst) Replace(definition, L"(code, rule_id)", L"(rule_id, code)");
     return definition.starts_with(L"CREATE TABLE") ? definition + mvarEngine.tableEnd : definition;
 }
 

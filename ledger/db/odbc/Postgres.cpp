@@ -123,6 +123,7 @@ const OdbcEngine& Postgres() {
         false,
         false,
         false,
+        false,
         Facts};
     return engine;
 }
