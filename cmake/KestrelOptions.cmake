@@ -31,8 +31,10 @@ if(WIN32)
     target_compile_definitions(kestrel_options INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
 endif()
 if(MINGW)
-    # The same sources give the same bytes wherever they lie and whenever they are built.
-    add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
+    # The same sources give the same bytes wherever they lie and whenever they are built. ccache hands the compiler paths
+    # that count from the build folder, so those that count from the root are made the same; the last that fits is taken.
+    add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}/=
+        -ffile-prefix-map=../=./build/ -ffile-prefix-map=../../=./)
     add_link_options(-Wl,--no-insert-timestamp)
     target_compile_options(kestrel_options INTERFACE -fstack-protector-strong)
     target_link_options(kestrel_options INTERFACE -static -fstack-protector-strong)
