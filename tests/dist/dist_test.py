@@ -130,6 +130,31 @@ class ContentTest(unittest.TestCase):
         self.assertEqual(found, [])
 
 
+class CacheTest(unittest.TestCase):
+    """What a machine without a compiler cache makes; the whole of it is compared by SameBytesTest."""
+
+    OBJECTS = (
+        "hosts/CMakeFiles/portable.dir/samples/portable/portable.cpp.obj",
+        "src/CMakeFiles/Kestrel.dir/automation/faces/ListFace.cpp.obj",  # with headers that the build made
+        "ledger/CMakeFiles/kledger.dir/cli/Main.cpp.obj",
+    )
+
+    def test_objects_are_the_same_with_and_without_a_compiler_cache(self):
+        build = ROOT / "build" / "x86"
+        with tempfile.TemporaryDirectory() as work:
+            made = pathlib.Path(work, "made.obj")
+            for name in self.OBJECTS:
+                commands = subprocess.run(["ninja", "-t", "commands", name], cwd=build, check=True, capture_output=True, text=True)
+                line = commands.stdout.strip().split("\n")[-1].replace(f" -o {name} ", f" -o '{made}' ")
+                self.assertIn("ccache", line)
+                results = []
+                for setting in ("CCACHE_DISABLE", "CCACHE_RECACHE"):
+                    subprocess.run(line, cwd=build, env={**os.environ, setting: "1"}, shell=True, check=True)
+                    results.append(made.read_bytes())
+                    made.unlink()
+                self.assertTrue(results[0] == results[1], name)
+
+
 class SameBytesTest(Tree):
     def make(self):
         git(self.work, "clone", "--quiet", "--no-local", str(ROOT), str(self.tree))
