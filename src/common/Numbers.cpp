@@ -14,6 +14,8 @@ namespace {
 
 // Up to here, two to the power of 53, each whole number is a double.
 constexpr double ExactIntegers = 9007199254740992.0;
+// And of so many digits, whatever they are.
+constexpr std::size_t ExactDigits = 15;
 
 bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
 
@@ -134,7 +136,10 @@ String CanonicalText(double number) {
 
 std::optional<double> NumericValue(const String& text) {
     const auto number = WholeNumber(text);
-    return number && CanonicalText(*number) == text ? number : TheText().Number(text);
+    // A few digits, with zeros in front or not, are the same number to every user.
+    const bool isPlain =
+        number && ((text.size() <= ExactDigits && IsAllDigits(text)) || CanonicalText(*number) == text);
+    return isPlain ? number : TheText().Number(text);
 }
 
 String Increased(StringView text, std::uint32_t step) {

@@ -11,6 +11,8 @@ namespace {
 // Beyond these the platform's own number types lose digits.
 constexpr std::size_t MostDigits = 28;
 constexpr StringView Digits = L"0123456789";
+constexpr std::size_t DateLength = 10;
+constexpr std::size_t DateAndTimeLength = 19;
 
 bool IsAll(StringView text, StringView characters) noexcept {
     return text.find_first_not_of(characters) == StringView::npos;
@@ -43,8 +45,18 @@ int DaysOf(int year, int month) noexcept {
     return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
 }
 
+// " hh:nn:ss"
+bool IsTime(StringView text) noexcept {
+    const auto isBelow = [text](std::size_t place, int limit) {
+        const StringView number = text.substr(place, 2);
+        return IsAll(number, Digits) && NumberOf(number) < limit;
+    };
+    return text[0] == L' ' && text[3] == L':' && text[6] == L':' && isBelow(1, 24) && isBelow(4, 60) && isBelow(7, 60);
+}
+
 std::optional<PlainDate> ReadDate(StringView value) noexcept {
-    if (value.size() != 10 || value[4] != L'-' || value[7] != L'-') return std::nullopt;
+    if (value.size() == DateAndTimeLength && IsTime(value.substr(DateLength))) value = value.substr(0, DateLength);
+    if (value.size() != DateLength || value[4] != L'-' || value[7] != L'-') return std::nullopt;
     const PlainDate date{value.substr(0, 4), value.substr(5, 2), value.substr(8, 2)};
     if (!IsAll(date.year, Digits) || !IsAll(date.month, Digits) || !IsAll(date.day, Digits)) return std::nullopt;
     const int month = NumberOf(date.month);

@@ -11,8 +11,6 @@ namespace kestrel {
 
 namespace {
 
-constexpr int WeekBeginsOnSunday = 1;
-constexpr int YearBeginsOnFirstOfJanuary = 1;
 // A double holds every number of so many digits, a decimal of so many.
 constexpr std::size_t DigitsOfDouble = 15;
 constexpr std::size_t DigitsOfDecimal = 28;
@@ -84,19 +82,30 @@ String Mapped(const String& text, DWORD mapping) {
 // The runtime's functions take texts that they only read without const.
 LPOLESTR ForReading(const String& text) noexcept { return const_cast<LPOLESTR>(text.c_str()); }
 
+// What apply(variant, text) makes of the value; the value where it fails.
+template <class Apply>
+String Formatted(const String& value, const String& format, Apply apply) {
+    Variant variant = ValueToFormat(value, format);
+    Bstr text;
+    return SUCCEEDED(apply(variant.Out(), text.Out())) ? text.Text() : value;
+}
+
 } // namespace
 
 String WindowsText::Format(const String& value, const String& format) const {
-    auto plain = PlainlyFormatted(value, format);
-    return plain ? *std::move(plain) : FormatByPlatform(value, format);
+    if (auto plain = PlainlyFormatted(value, format)) return *std::move(plain);
+    PreparedFormats::Tokens tokens{};
+    if (!mvarPrepared.Prepare(format, GetUserDefaultLCID(), tokens)) return FormatByPlatform(value, format);
+    return Formatted(value, format, [&](VARIANT* variant, BSTR* text) {
+        return VarFormatFromTokens(variant, ForReading(format), tokens.data(), 0, text, LOCALE_USER_DEFAULT);
+    });
 }
 
 String WindowsText::FormatByPlatform(const String& value, const String& format) {
-    Variant variant = ValueToFormat(value, format);
-    Bstr formatted;
-    const HRESULT result = VarFormat(variant.Out(), ForReading(format), WeekBeginsOnSunday, YearBeginsOnFirstOfJanuary,
-                                     0, formatted.Out());
-    return SUCCEEDED(result) ? formatted.Text() : value;
+    return Formatted(value, format, [&format](VARIANT* variant, BSTR* text) {
+        return VarFormat(variant, ForReading(format), PreparedFormats::WeekBeginsOnSunday,
+                         PreparedFormats::YearBeginsOnFirstOfJanuary, 0, text);
+    });
 }
 
 std::optional<double> WindowsText::Number(const String& text) const {
