@@ -1,7 +1,7 @@
 #include "hosts/common/Csv.h"
 
 #include <algorithm>
-#include <optional>
+#include <utility>
 
 #include "hosts/common/HostError.h"
 
@@ -12,75 +12,6 @@ namespace {
 [[noreturn]] void Fail(std::size_t line, const std::wstring& cause) {
     throw HostError(L"line " + std::to_wstring(line) + L": " + cause);
 }
-
-class Reader {
-  public:
-    Reader(std::wstring_view text, wchar_t separator) : mvarText(text), mvarSeparator(separator) {}
-
-    // The next line that holds anything.
-    std::optional<CsvRecord> Next() {
-        while (mvarAt < mvarText.size()) {
-            CsvRecord record = Record();
-            if (record.fields.size() > 1 || !record.fields[0].empty()) return record;
-        }
-        return std::nullopt;
-    }
-
-  private:
-    [[nodiscard]] bool AtEnd() const { return mvarAt == mvarText.size(); }
-    [[nodiscard]] bool AtLineEnd() const { return AtEnd() || mvarText[mvarAt] == L'\r' || mvarText[mvarAt] == L'\n'; }
-    [[nodiscard]] bool AtFieldEnd() const { return AtLineEnd() || mvarText[mvarAt] == mvarSeparator; }
-
-    CsvRecord Record() {
-        CsvRecord record{mvarLine, {Field()}};
-        while (!AtLineEnd()) {
-            ++mvarAt;
-            record.fields.push_back(Field());
-        }
-        SkipLineEnd();
-        return record;
-    }
-
-    std::wstring Field() {
-        if (!AtEnd() && mvarText[mvarAt] == L'"') return QuotedField();
-        const std::size_t begin = mvarAt;
-        while (!AtFieldEnd())
-            ++mvarAt;
-        return std::wstring(mvarText.substr(begin, mvarAt - begin));
-    }
-
-    std::wstring QuotedField() {
-        const std::size_t opened = mvarLine;
-        std::wstring field;
-        for (++mvarAt; !ClosesQuote(opened); ++mvarAt) {
-            if (mvarText[mvarAt] == L'\n') ++mvarLine;
-            field.push_back(mvarText[mvarAt]);
-        }
-        ++mvarAt;
-        if (!AtFieldEnd()) Fail(mvarLine, L"text follows a closed quote; double the quotes inside a quoted field");
-        return field;
-    }
-
-    // Steps over the first of two quotes, which stand for one.
-    bool ClosesQuote(std::size_t opened) {
-        if (AtEnd()) Fail(opened, L"a quote is opened and never closed");
-        if (mvarText[mvarAt] != L'"') return false;
-        if (mvarAt + 1 == mvarText.size() || mvarText[mvarAt + 1] != L'"') return true;
-        ++mvarAt;
-        return false;
-    }
-
-    void SkipLineEnd() {
-        if (!AtEnd() && mvarText[mvarAt] == L'\r') ++mvarAt;
-        if (!AtEnd() && mvarText[mvarAt] == L'\n') ++mvarAt;
-        ++mvarLine;
-    }
-
-    std::wstring_view mvarText;
-    wchar_t mvarSeparator;
-    std::size_t mvarAt = 0;
-    std::size_t mvarLine = 1;
-};
 
 std::vector<std::wstring> ColumnNames(CsvRecord header) {
     for (std::wstring& name : header.fields) {
@@ -94,11 +25,77 @@ std::vector<std::wstring> ColumnNames(CsvRecord header) {
 
 } // namespace
 
-CsvTable ParseCsv(std::wstring_view text, wchar_t separator) {
-    Reader reader(text, separator);
-    std::optional<CsvRecord> header = reader.Next();
+CsvReader::CsvReader(Pieces pieces, wchar_t separator) : mvarPieces(std::move(pieces)), mvarSeparator(separator) {
+    std::optional<CsvRecord> header = Next();
     if (!header) throw HostError(L"the first line must name the columns, and there is none");
-    CsvTable table{ColumnNames(*std::move(header)), {}};
+    mvarColumns = ColumnNames(*std::move(header));
+}
+
+std::optional<CsvRecord> CsvReader::Next() {
+    while (!AtEnd()) {
+        CsvRecord record = Record();
+        if (record.fields.size() > 1 || !record.fields[0].empty()) return record;
+    }
+    return std::nullopt;
+}
+
+// Gets the next piece where one is read to its end.
+bool CsvReader::AtEnd() {
+    if (mvarAt < mvarPiece.size()) return false;
+    mvarPiece = mvarPieces();
+    mvarAt = 0;
+    return mvarPiece.empty();
+}
+
+bool CsvReader::AtLineEnd() { return AtEnd() || mvarPiece[mvarAt] == L'\r' || mvarPiece[mvarAt] == L'\n'; }
+bool CsvReader::AtFieldEnd() { return AtLineEnd() || mvarPiece[mvarAt] == mvarSeparator; }
+
+CsvRecord CsvReader::Record() {
+    CsvRecord record{mvarLine, {Field()}};
+    while (!AtLineEnd()) {
+        ++mvarAt;
+        record.fields.push_back(Field());
+    }
+    SkipLineEnd();
+    return record;
+}
+
+std::wstring CsvReader::Field() {
+    if (!AtEnd() && mvarPiece[mvarAt] == L'"') return QuotedField();
+    std::wstring field;
+    for (; !AtFieldEnd(); ++mvarAt)
+        field.push_back(mvarPiece[mvarAt]);
+    return field;
+}
+
+std::wstring CsvReader::QuotedField() {
+    const std::size_t opened = mvarLine;
+    std::wstring field;
+    for (++mvarAt; !ClosesQuote(opened); ++mvarAt) {
+        if (mvarPiece[mvarAt] == L'\n') ++mvarLine;
+        field.push_back(mvarPiece[mvarAt]);
+    }
+    if (!AtFieldEnd()) Fail(mvarLine, L"text follows a closed quote; double the quotes inside a quoted field");
+    return field;
+}
+
+// Steps over a quote that closes, and over the first of two, which stand for one.
+bool CsvReader::ClosesQuote(std::size_t opened) {
+    if (AtEnd()) Fail(opened, L"a quote is opened and never closed");
+    if (mvarPiece[mvarAt] != L'"') return false;
+    ++mvarAt;
+    return AtEnd() || mvarPiece[mvarAt] != L'"';
+}
+
+void CsvReader::SkipLineEnd() {
+    if (!AtEnd() && mvarPiece[mvarAt] == L'\r') ++mvarAt;
+    if (!AtEnd() && mvarPiece[mvarAt] == L'\n') ++mvarAt;
+    ++mvarLine;
+}
+
+CsvTable ParseCsv(std::wstring text, wchar_t separator) {
+    CsvReader reader([&text] { return std::exchange(text, {}); }, separator);
+    CsvTable table{reader.Columns(), {}};
     while (std::optional<CsvRecord> record = reader.Next())
         table.records.push_back(*std::move(record));
     return table;

@@ -19,4 +19,12 @@ namespace hosts {
 // Whether the text is whole: no NUL, and no half of a surrogate pair.
 [[nodiscard]] bool IsWhole(std::wstring_view text) noexcept;
 
+// "1 code", "2 codes".
+template <class Number>
+[[nodiscard]] std::wstring Counted(Number number, std::wstring_view one) {
+    std::wstring text = std::to_wstring(number) + L' ';
+    text += one;
+    return number == 1 ? text : text + L's';
+}
+
 } // namespace hosts

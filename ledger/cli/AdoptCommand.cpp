@@ -27,7 +27,7 @@ bool NamesFile(const AdoptOptions& options) {
 
 hosts::CsvTable TableOf(const AdoptOptions& options) {
     if (NamesFile(options))
-        return hosts::ParseCsv(hosts::ReadTextInput(options.what.front(), options.codePage), options.separator);
+        return hosts::ParseCsv(hosts::ReadTextFile(options.what.front(), options.codePage), options.separator);
     if (!options.column.empty()) throw hosts::HostError(L"--column is for a file; name one file, or codes without it");
     hosts::CsvTable table{{L"Code"}, {}};
     for (const std::wstring& code : options.what)
@@ -48,7 +48,7 @@ void CheckRecords(const hosts::CsvTable& table) {
     for (const hosts::CsvRecord& record : table.records)
         if (record.fields.size() != table.columns.size())
             throw hosts::HostError(L"line " + std::to_wstring(record.line) + L": " +
-                                   std::to_wstring(record.fields.size()) + L" fields where the first line names " +
+                                   hosts::Counted(record.fields.size(), L"field") + L" where the first line names " +
                                    std::to_wstring(table.columns.size()));
 }
 
@@ -99,7 +99,7 @@ int AdoptCodes(Session& session, const AdoptOptions& options) {
     if (foreign > 0 && options.what.size() == 1 && !NamesFile(options))
         session.output.Note(L"there is no file \"" + options.what.front() + L"\" either");
     const std::int64_t duplicate = CountOf(findings, L"duplicate");
-    session.output.Line(std::to_wstring(adopted) + L" codes adopted, " + std::to_wstring(foreign) + L" foreign, " +
+    session.output.Line(hosts::Counted(adopted, L"code") + L" adopted, " + std::to_wstring(foreign) + L" foreign, " +
                             std::to_wstring(duplicate) + L" duplicate",
                         {{"adopted", adopted}, {"foreign", foreign}, {"duplicate", duplicate}});
     return foreign + duplicate == 0 ? ExitDone : ExitSomeRefused;

@@ -91,7 +91,7 @@ class Report {
 
     // The number of findings.
     [[nodiscard]] std::size_t Close() const {
-        mvarSession.output.Line(std::to_wstring(mvarCodes) + L" codes, " + std::to_wstring(mvarFindings) + L" findings",
+        mvarSession.output.Line(hosts::Counted(mvarCodes, L"code") + L", " + hosts::Counted(mvarFindings, L"finding"),
                                 {{"codes", mvarCodes}, {"findings", mvarFindings}});
         return mvarFindings;
     }
@@ -190,7 +190,7 @@ class Report {
 
 void Repair(Session& session) {
     const std::int64_t repaired = RepairLedger(session.database, session.patience);
-    session.output.Line(std::to_wstring(repaired) + L" rows put right", {{"repaired", repaired}});
+    session.output.Line(hosts::Counted(repaired, L"row") + L" put right", {{"repaired", repaired}});
 }
 
 } // namespace

@@ -132,7 +132,7 @@ int CloseLeases(Session& session, const LeaseOptions& options) {
             const bool named = !options.owner.empty() && options.owner == open.lease.owner;
             const bool gone = options.owner.empty() && IsAtWork(open.lease) == std::optional(false);
             if (!named && !gone) continue;
-            Leases(session.database, open.rule.id).Close(open.lease, NextOf(session, open));
+            Leases(session.database, open.rule.id).Close(open.lease, NextOf(session, open), open.rule.settings.step);
             done.push_back(std::move(open));
         }
         tried = done;
@@ -141,7 +141,7 @@ int CloseLeases(Session& session, const LeaseOptions& options) {
     for (const OpenLease& open : closed)
         session.output.Line(L"closed: " + NameOf(open),
                             {{"closed", ToJson(SubjectOf(open.lease))}, {"owner", ToJson(open.lease.owner)}});
-    session.output.Line(std::to_wstring(closed.size()) + L" leases closed", {{"leases", closed.size()}});
+    session.output.Line(hosts::Counted(closed.size(), L"lease") + L" closed", {{"leases", closed.size()}});
     return ExitDone;
 }
 
@@ -150,8 +150,8 @@ int Upgrade(Session& session) {
     const bool isNew = report.from == SchemaVersion;
     session.output.Line(isNew ? L"the ledger is up already (schema " + std::to_wstring(report.from) + L")"
                               : L"brought up from schema " + std::to_wstring(report.from) + L" to " +
-                                    std::to_wstring(SchemaVersion) + L": " + std::to_wstring(report.rules) +
-                                    L" rules, " + std::to_wstring(report.codes) + L" codes",
+                                    std::to_wstring(SchemaVersion) + L": " + hosts::Counted(report.rules, L"rule") +
+                                    L", " + hosts::Counted(report.codes, L"code"),
                         {{"from", report.from},
                          {"to", SchemaVersion},
                          {"rules", report.rules},
@@ -159,8 +159,8 @@ int Upgrade(Session& session) {
                          {"tickets", report.tickets}});
     if (report.tickets > 0)
         session.output.Note(
-            std::to_wstring(report.tickets) +
-            L" codes had the ticket of another one: one request had got two codes; look for them by their fields");
+            hosts::Counted(report.tickets, L"code") +
+            L" had the ticket of another one: one request had got two codes; look for them by their fields");
     return ExitDone;
 }
 

@@ -143,7 +143,7 @@ struct AuditOptions {
 // The numbering of that name, if there is one.
 [[nodiscard]] std::optional<Numbering> FindNumbering(Session& session, const std::wstring& name);
 int AddToNumbering(Session& session, const NumberingOptions& options);
-int RemoveNumbering(Session& session, const std::wstring& name);
+int RemoveFromNumbering(Session& session, const NumberingOptions& options);
 int ListNumberings(Session& session);
 int ShowNumbering(Session& session, const std::wstring& name);
 int SetRule(Session& session, const SetOptions& options);

@@ -67,7 +67,7 @@ void CheckColumns(const FieldNames& known, const std::vector<std::wstring>& colu
 
 FieldValues PairFields(const std::vector<std::wstring>& columns, const hosts::CsvRecord& record) {
     if (record.fields.size() != columns.size())
-        throw hosts::RecordError(std::to_wstring(record.fields.size()) + L" fields where the first line names " +
+        throw hosts::RecordError(hosts::Counted(record.fields.size(), L"field") + L" where the first line names " +
                                  std::to_wstring(columns.size()));
     FieldValues values;
     for (std::size_t column = 0; column < columns.size(); ++column)

@@ -4,11 +4,10 @@
 
 #include "hosts/common/Console.h"
 #include "hosts/common/Text.h"
-#include "hosts/common/TextFile.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
 #include "ledger/cli/Fields.h"
-#include "ledger/cli/PlainList.h"
+#include "ledger/cli/IssueLines.h"
 #include "ledger/cli/Progress.h"
 #include "ledger/cli/RoomWatch.h"
 #include "ledger/cli/StopSignal.h"
@@ -21,125 +20,40 @@ namespace ledger {
 
 namespace {
 
-constexpr std::size_t LongestKey = 120;
-
-struct Line {
-    std::size_t number = 0;
-    FieldValues values;
-    std::wstring key;
-    bool isGiven = false; // the key; otherwise it is the ledger's own
-    std::wstring refusal; // why it cannot even be tried
-};
-
 struct Totals {
     std::size_t issued = 0;
     std::size_t before = 0; // of them, those that had their code already
     std::size_t refused = 0;
 };
 
-void CheckKey(const std::wstring& key) {
-    if (key.empty()) throw hosts::RecordError(L"the key is empty; every record needs one of its own");
-    if (key.size() > LongestKey)
-        throw hosts::RecordError(L"the key is " + std::to_wstring(key.size()) +
-                                 L" characters long; the ledger keeps up to " + std::to_wstring(LongestKey));
-    if (hosts::HasControl(key)) throw hosts::RecordError(L"the key has a control character in it");
-    RefuseUnfit({{L"key", key}});
-}
-
-std::vector<std::wstring> WithoutKey(std::vector<std::wstring> columns, const std::wstring& keyColumn) {
-    std::erase(columns, keyColumn);
-    return columns;
-}
-
-Line OneLine(const FieldNames& known, const IssueOptions& options) {
-    Line line{1, ParseFields(known, options.fields), options.key, !options.key.empty(), {}};
-    if (line.isGiven) CheckKey(line.key);
-    RefuseUnfit(line.values);
-    return line;
-}
-
-Line LineOf(const hosts::CsvTable& table, const hosts::CsvRecord& record, const FieldValues& given,
-            const std::wstring& keyColumn) {
-    Line line{record.line, given, {}, !keyColumn.empty(), {}};
-    try {
-        std::ranges::move(PairFields(table.columns, record), std::back_inserter(line.values));
-        RefuseUnfit(line.values);
-        if (!line.isGiven) return line;
-        const auto at = std::ranges::find(table.columns, keyColumn) - table.columns.begin();
-        line.key = record.fields[static_cast<std::size_t>(at)];
-        CheckKey(line.key);
-    } catch (const hosts::RecordError& error) {
-        line.refusal = error.Message();
-    }
-    return line;
-}
-
-std::vector<Line> Repeated(const Line& line, std::size_t count) {
-    std::vector<Line> lines(count, line);
-    for (std::size_t at = 0; at < count; ++at)
-        lines[at].number = at + 1;
-    return lines;
-}
-
-// What stands in the lines of a list is kept with their codes.
-std::vector<Line> PlainLines(const std::wstring& text, const FieldValues& given) {
-    std::vector<Line> lines;
-    for (const auto& [number, entry] : EntriesOf(text)) {
-        Line line{number, given, {}, false, {}};
-        line.values.emplace_back(EntryName, entry);
-        if (!hosts::IsWhole(entry)) line.refusal = L"the line has a NUL or half a surrogate pair in it";
-        lines.push_back(std::move(line));
-    }
-    return lines;
-}
-
-std::vector<Line> ReadLines(const FieldNames& known, const IssueOptions& options) {
-    if (options.file.empty()) return Repeated(OneLine(known, options), options.count);
-    const std::wstring text = hosts::ReadTextInput(options.file, options.codePage);
-    if (options.keyColumn.empty() && !options.keepOtherColumns && IsPlainList(known, text, options))
-        return PlainLines(text, ParseFields(known, options.fields));
-    const hosts::CsvTable table = hosts::ParseCsv(text, options.separator);
-    if (!options.keyColumn.empty() && std::ranges::find(table.columns, options.keyColumn) == table.columns.end())
-        throw hosts::HostError(L"the file has no column \"" + options.keyColumn + L"\"; check --key-column");
-    CheckColumns(known, WithoutKey(table.columns, options.keyColumn), options.keepOtherColumns);
-    const FieldValues given = ParseFields(known, options.fields);
-    std::vector<Line> lines;
-    for (const hosts::CsvRecord& record : table.records)
-        lines.push_back(LineOf(table, record, given, options.keyColumn));
-    return lines;
-}
-
 // Issues the lines and shows what became of each; what is stored and could not be shown is named at the end.
 class Run {
   public:
-    Run(Session& session, const FieldNames& known, Issuer& issuer, std::vector<Line>& lines,
-        const IssueOptions& options)
+    Run(Session& session, const FieldNames& known, Issuer& issuer, IssueLines& lines, const IssueOptions& options)
         : mvarSession(session), mvarKnown(known), mvarIssuer(issuer), mvarLines(lines), mvarOptions(options),
           mvarWatch(session.output, options.quiet ? 0 : options.warnPercent) {}
 
     void Issue() {
-        Progress progress(mvarOptions.quiet ? 0 : mvarLines.size());
-        for (std::size_t begin = 0; begin < mvarLines.size() && !WasStopped() && !IsFutile();) {
-            const std::size_t end = std::min(begin + mvarIssuer.BatchSize(), mvarLines.size());
-            const std::vector<Outcome> outcomes = IssueBatch(begin, end);
-            Show(begin, outcomes);
-            progress.Advance(end - begin);
-            begin = end;
-            mvarDone = end;
+        Progress progress(mvarOptions.quiet ? 0 : mvarLines.Count());
+        while (!IsWhole() && !WasStopped() && !IsFutile()) {
+            std::vector<IssueLine> lines = mvarLines.Next(mvarIssuer.BatchSize());
+            const std::vector<Outcome> outcomes = IssueBatch(lines);
+            Show(lines, outcomes);
+            progress.Advance(lines.size());
+            mvarDone += lines.size();
         }
     }
 
     [[nodiscard]] const Totals& Counted() const noexcept { return mvarTotals; }
-    [[nodiscard]] bool IsWhole() const noexcept { return mvarDone == mvarLines.size(); }
+    [[nodiscard]] bool IsWhole() const noexcept { return mvarDone == mvarLines.Count(); }
     // The one record that wants so many codes was refused, and would be again.
     [[nodiscard]] bool IsFutile() const noexcept { return mvarOptions.count > 1 && mvarTotals.refused > 0; }
-    [[nodiscard]] std::size_t Left() const noexcept { return mvarLines.size() - mvarDone; }
+    [[nodiscard]] std::size_t Left() const noexcept { return mvarLines.Count() - mvarDone; }
 
   private:
-    std::vector<Outcome> IssueBatch(std::size_t begin, std::size_t end) {
+    std::vector<Outcome> IssueBatch(std::vector<IssueLine>& lines) {
         std::vector<Request> requests;
-        for (std::size_t at = begin; at < end; ++at) {
-            Line& line = mvarLines[at];
+        for (IssueLine& line : lines) {
             if (!line.refusal.empty()) continue;
             if (!line.isGiven) line.key = NewTicket();
             requests.push_back(
@@ -147,45 +61,44 @@ class Run {
         }
         std::vector<Outcome> issued;
         try {
-            issued = mvarIssuer.Issue(requests, mvarLines.size() - end);
+            issued = mvarIssuer.Issue(requests, Left() - lines.size());
         } catch (...) {
-            if (mvarSession.database.IsInDoubt()) NameOpen(begin, end);
+            if (mvarSession.database.IsInDoubt()) NameOpen(lines);
             throw;
         }
         std::vector<Outcome> outcomes;
         auto outcome = issued.begin();
-        for (std::size_t at = begin; at < end; ++at)
-            outcomes.push_back(mvarLines[at].refusal.empty() ? *outcome++ : Outcome{{}, mvarLines[at].refusal, false});
+        for (const IssueLine& line : lines)
+            outcomes.push_back(line.refusal.empty() ? *outcome++ : Outcome{{}, line.refusal, false});
         return outcomes;
     }
 
     // The server never answered a COMMIT: whether these have codes shows when it is back.
-    void NameOpen(std::size_t begin, std::size_t end) const {
-        for (std::size_t at = begin; at < end; ++at)
-            if (mvarLines[at].refusal.empty())
-                hosts::ReportLine(L"line " + std::to_wstring(mvarLines[at].number) +
-                                  L": may have a code; find out with: kledger find --ticket \"" + mvarLines[at].key +
-                                  L"\"");
+    static void NameOpen(const std::vector<IssueLine>& lines) {
+        for (const IssueLine& line : lines)
+            if (line.refusal.empty())
+                hosts::ReportLine(L"line " + std::to_wstring(line.number) +
+                                  L": may have a code; find out with: kledger find --ticket \"" + line.key + L"\"");
     }
 
-    void Show(std::size_t begin, const std::vector<Outcome>& outcomes) {
+    void Show(const std::vector<IssueLine>& lines, const std::vector<Outcome>& outcomes) {
         try {
             for (std::size_t at = 0; at < outcomes.size(); ++at)
-                ShowOne(mvarLines[begin + at], outcomes[at]);
+                ShowOne(lines[at], outcomes[at]);
             hosts::FlushOut();
         } catch (const hosts::OutputError&) {
             for (std::size_t at = 0; at < outcomes.size(); ++at)
                 if (!outcomes[at].code.empty())
-                    hosts::ReportLine(L"line " + std::to_wstring(mvarLines[begin + at].number) + L": code " +
+                    hosts::ReportLine(L"line " + std::to_wstring(lines[at].number) + L": code " +
                                       hosts::Shown(outcomes[at].code) +
                                       L" is stored and perhaps not shown; see: kledger find "
                                       L"--ticket \"" +
-                                      mvarLines[begin + at].key + L"\"");
+                                      lines[at].key + L"\"");
             throw;
         }
     }
 
-    void ShowOne(const Line& line, const Outcome& outcome) {
+    void ShowOne(const IssueLine& line, const Outcome& outcome) {
         if (outcome.code.empty()) {
             ++mvarTotals.refused;
             return ShowRefused(line, outcome.refusal);
@@ -206,7 +119,7 @@ class Run {
                               L" was issued before for key \"" + line.key + L"\"");
     }
 
-    void ShowRefused(const Line& line, const std::wstring& refusal) const {
+    void ShowRefused(const IssueLine& line, const std::wstring& refusal) const {
         const std::wstring text = hosts::Shown(hosts::OneLine(refusal));
         if (mvarSession.output.IsJson())
             hosts::PrintLine(JsonText({{"line", line.number}, {"refused", ToJson(text)}}));
@@ -217,7 +130,7 @@ class Run {
     Session& mvarSession;
     const FieldNames& mvarKnown;
     Issuer& mvarIssuer;
-    std::vector<Line>& mvarLines;
+    IssueLines& mvarLines;
     const IssueOptions& mvarOptions;
     RoomWatch mvarWatch;
     Totals mvarTotals;
@@ -247,9 +160,10 @@ void PrintSummary(const Session& session, const IssueOptions& options, const Tot
     if (options.file.empty() && options.count == 1) return;
     const auto perSecond = static_cast<std::size_t>(static_cast<double>(totals.issued) / std::max(seconds, 0.001));
     session.output.Note(
-        std::to_wstring(totals.issued) + L" codes issued" +
+        hosts::Counted(totals.issued, L"code") + L" issued" +
         (totals.before > 0 ? L" (" + std::to_wstring(totals.before) + L" of them before)" : std::wstring()) + L", " +
-        std::to_wstring(totals.refused) + L" records refused, " + std::to_wstring(perSecond) + L" codes per second");
+        hosts::Counted(totals.refused, L"record") + L" refused, " + hosts::Counted(perSecond, L"code") +
+        L" per second");
     if (session.output.IsJson())
         hosts::PrintLine(JsonText(
             {{"issued", totals.issued}, {"before", totals.before}, {"refused", totals.refused}, {"seconds", seconds}}));
@@ -315,7 +229,7 @@ int IssueCodes(Session& session, const IssueOptions& options) {
             L"--count is for codes of one record without a key: a key has one code, and a file has a "
             L"record for each");
     Front front = FrontOf(session, options);
-    std::vector<Line> lines = ReadLines(*front.known, options);
+    IssueLines lines(*front.known, options);
     if (front.rule.policy == Policy::Gapless && !options.dryRun) WarnOfLostCommits(session);
     if (!front.issuer) {
         const Workplace workplace{session.database, front.rule, *front.maker, session.patience};

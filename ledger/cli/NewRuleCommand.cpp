@@ -1,5 +1,6 @@
 // rule new: rules from one line
 #include "hosts/common/Console.h"
+#include "hosts/common/Text.h"
 #include "hosts/common/TextFile.h"
 #include "ledger/cli/Commands.h"
 #include "ledger/cli/ExitCode.h"
@@ -91,7 +92,7 @@ int NewGrowing(Session& session, const NewRuleOptions& options) {
     const auto reports = StoreGrowingRules(session.database, session.patience, options.name, rules);
     for (std::size_t at = 0; at < rules.size(); ++at)
         TellStored(session, reports[at], rules[at]->maker.Bands().size(), looked[at].review);
-    session.output.Line(L"numbering \"" + options.name + L"\": " + std::to_wstring(rules.size()) + L" parts",
+    session.output.Line(L"numbering \"" + options.name + L"\": " + hosts::Counted(rules.size(), L"part"),
                         {{"numbering", ToJson(options.name)}, {"parts", rules.size()}});
     NoteFindings(session, looked.front()); // of all: they differ in the digits of the number
     return ExitDone;

@@ -64,6 +64,18 @@ Numbering Existing(Session& session, const std::wstring& name) {
     return *std::move(numbering);
 }
 
+void TakeOut(Numbering& numbering, const StoredRule& rule) {
+    const auto removed =
+        std::erase_if(numbering.parts, [&](const NumberingPart& part) { return part.rule == rule.id; });
+    if (removed == 0)
+        throw HostError(L"numbering \"" + numbering.name + L"\" does not issue by rule \"" + rule.name + L"\"");
+}
+
+void PrintParts(const Session& session, const Numbering& numbering) {
+    session.output.Line(L"numbering \"" + numbering.name + L"\": " + hosts::Counted(numbering.parts.size(), L"part"),
+                        {{"numbering", ToJson(numbering.name)}, {"parts", numbering.parts.size()}});
+}
+
 } // namespace
 
 std::optional<Numbering> FindNumbering(Session& session, const std::wstring& name) {
@@ -81,16 +93,21 @@ int AddToNumbering(Session& session, const NumberingOptions& options) {
     numbering.fields.insert(numbering.fields.end(), options.fields.begin(), options.fields.end());
     numbering.parts.push_back(PartOf(options, rule));
     StoreNumbering(session.database, session.patience, numbering);
-    session.output.Line(L"numbering \"" + options.name + L"\": " + std::to_wstring(numbering.parts.size()) + L" parts",
-                        {{"numbering", ToJson(options.name)}, {"parts", numbering.parts.size()}});
+    PrintParts(session, numbering);
     return ExitDone;
 }
 
-int RemoveNumbering(Session& session, const std::wstring& name) {
-    Numbering numbering = Existing(session, name);
-    numbering.parts.clear();
+int RemoveFromNumbering(Session& session, const NumberingOptions& options) {
+    Numbering numbering = Existing(session, options.name);
+    if (options.rule.empty())
+        numbering.parts.clear();
+    else
+        TakeOut(numbering, ResolveRule(session, options.rule));
     StoreNumbering(session.database, session.patience, numbering);
-    session.output.Line(L"removed: " + name, {{"numbering", ToJson(name)}, {"removed", true}});
+    if (numbering.parts.empty())
+        session.output.Line(L"removed: " + options.name, {{"numbering", ToJson(options.name)}, {"removed", true}});
+    else
+        PrintParts(session, numbering);
     return ExitDone;
 }
 
@@ -98,7 +115,7 @@ int ListNumberings(Session& session) {
     const auto all = InSnapshot(session.database, session.patience, [&] { return Numberings(session.database).All(); });
     for (const Numbering& numbering : all)
         if (!numbering.parts.empty())
-            session.output.Line(numbering.name + L'\t' + std::to_wstring(numbering.parts.size()) + L" parts",
+            session.output.Line(numbering.name + L'\t' + hosts::Counted(numbering.parts.size(), L"part"),
                                 {{"numbering", ToJson(numbering.name)}, {"parts", numbering.parts.size()}});
     return ExitDone;
 }

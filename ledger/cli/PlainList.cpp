@@ -24,26 +24,37 @@ bool NamesColumns(const FieldNames& known, const std::wstring& line, wchar_t sep
 
 } // namespace
 
-bool IsPlainList(const FieldNames& known, const std::wstring& text, const IssueOptions& options) {
+std::optional<std::wstring> PlainReader::Line() {
+    std::wstring line;
+    bool isAny = false;
+    for (;;) {
+        if (mvarAt == mvarPiece.size()) {
+            mvarPiece = mvarPieces();
+            mvarAt = 0;
+            if (mvarPiece.empty()) return isAny ? std::optional(line) : std::nullopt;
+        }
+        isAny = true;
+        const std::size_t end = mvarPiece.find(L'\n', mvarAt);
+        line.append(mvarPiece, mvarAt, std::min(end, mvarPiece.size()) - mvarAt);
+        mvarAt = end == std::wstring::npos ? mvarPiece.size() : end + 1;
+        if (end != std::wstring::npos) return line;
+    }
+}
+
+std::optional<PlainEntry> PlainReader::Next() {
+    while (std::optional<std::wstring> line = Line()) {
+        ++mvarLine;
+        if (line->ends_with(L'\r')) line->pop_back();
+        if (!line->empty()) return PlainEntry{mvarLine, *std::move(line)};
+    }
+    return std::nullopt;
+}
+
+bool IsPlainList(const FieldNames& known, const std::optional<PlainEntry>& first, const IssueOptions& options) {
     if (known.Knows(EntryName)) return false;
     const auto given = [&options](const std::wstring& name) { return IsGiven(name, options); };
     if (!std::ranges::all_of(known.Needed(), given)) return false;
-    const auto entries = EntriesOf(text);
-    return entries.empty() || !NamesColumns(known, entries.front().second, options.separator);
-}
-
-std::vector<std::pair<std::size_t, std::wstring>> EntriesOf(const std::wstring& text) {
-    std::vector<std::pair<std::size_t, std::wstring>> entries;
-    std::size_t number = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t end = std::min(text.find(L'\n', at), text.size());
-        std::wstring entry = text.substr(at, end - at);
-        if (entry.ends_with(L'\r')) entry.pop_back();
-        ++number;
-        if (!entry.empty()) entries.emplace_back(number, std::move(entry));
-        at = end + 1;
-    }
-    return entries;
+    return !first || !NamesColumns(known, first->text, options.separator);
 }
 
 } // namespace ledger

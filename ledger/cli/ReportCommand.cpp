@@ -86,7 +86,7 @@ class ReportText {
             hosts::PrintLine(finding);
         for (const std::wstring& line : mvarOutput.IsJson() ? mvarSeries : mvarTable.Lines())
             hosts::PrintLine(line);
-        mvarOutput.Line(std::to_wstring(mvarCodes) + L" codes, " + std::to_wstring(mvarFound) + L" findings",
+        mvarOutput.Line(hosts::Counted(mvarCodes, L"code") + L", " + hosts::Counted(mvarFound, L"finding"),
                         {{"codes", mvarCodes}, {"findings", mvarFound}});
     }
 

@@ -84,10 +84,12 @@ void AddNumberings(CommandLine& line) {
     AddText(command, "--then", added->then,
             "when the rule is full, the next that fits begins anew or goes on counting; stop: the record is refused");
     command->get_option("--then")->check(CLI::IsMember({"stop", "anew", "on"}));
-    const auto removed = std::make_shared<std::wstring>();
-    command = line.Add<std::wstring>(*numbering, "remove", "forget a numbering; its rules and codes stay",
-                                     RemoveNumbering, removed);
-    AddText(command, "name", *removed, "the numbering", true);
+    const auto removed = std::make_shared<NumberingOptions>();
+    command = line.Add<NumberingOptions>(*numbering, "remove",
+                                         "take a rule out of a numbering, or forget all of it; rules and codes stay",
+                                         RemoveFromNumbering, removed);
+    AddText(command, "name", removed->name, "the numbering", true);
+    AddText(command, "rule", removed->rule, "the rule whose parts go; left out: all of it");
     const auto shown = std::make_shared<std::wstring>();
     command = line.Add<std::wstring>(*numbering, "show", "show the parts of a numbering", ShowNumbering, shown);
     AddText(command, "name", *shown, "the numbering", true);

@@ -35,18 +35,18 @@ void TellStored(const Session& session, const ChangeReport& report, std::size_t 
                        {"otherCodes", report.foreign},
                        {"sharedNumbers", report.shared},
                        {"findings", FindingsJson(review)}};
-    session.output.Line(L"rule \"" + hosts::Shown(rule.name) + L"\": " + std::to_wstring(bands) + L" bands, codes of " +
-                            std::to_wstring(rule.definition.codeLength) + L" characters, policy " +
+    session.output.Line(L"rule \"" + hosts::Shown(rule.name) + L"\": " + hosts::Counted(bands, L"band") +
+                            L", codes of " + hosts::Counted(rule.definition.codeLength, L"character") + L", policy " +
                             NameOf(rule.policy) + L", definition " + std::to_wstring(rule.definition.number) +
                             (report.changed ? L"" : L" (unchanged)"),
                         json);
     if (report.foreign > 0)
-        session.output.Note(std::to_wstring(report.foreign) + L" of " + std::to_wstring(report.codes) +
-                            L" codes issued before could not be made by this definition; they keep their numbers");
+        session.output.Note(L"issued before, and not to be made by this definition: " +
+                            std::to_wstring(report.foreign) + L" of " + hosts::Counted(report.codes, L"code") +
+                            L"; numbers are kept");
     if (report.shared > 0)
-        session.output.Note(
-            std::to_wstring(report.shared) + L" of " + std::to_wstring(report.codes) +
-            L" codes issued before have a number that another one has in the series of this definition");
+        session.output.Note(L"issued before, with a number that another one has in the series of this definition: " +
+                            std::to_wstring(report.shared) + L" of " + hosts::Counted(report.codes, L"code"));
 }
 
 void NoteFindings(const Session& session, const LookedOver& rule) {

@@ -40,7 +40,7 @@ class Adoption {
     std::wstring Store(const std::wstring& ticket) {
         if (mvarNew.empty()) return {};
         mvarCodes.Add(mvarNew);
-        mvarJournal.Write(acts::Adopt, std::to_wstring(mvarNew.size()) + L" codes", mvarSum.Text(), ticket);
+        mvarJournal.Write(acts::Adopt, hosts::Counted(mvarNew.size(), L"code"), mvarSum.Text(), ticket);
         return mvarSum.Text();
     }
 

@@ -22,6 +22,7 @@ AuditReport AuditRuleNow(Database& database, const StoredRule& rule, const Audit
     HeadAudit heads(request.against);
     NumberAudit numbers(leases, journal, reuse, heads, report);
     numbers.CheckEach(database);
+    leases.CheckUsedUp(database, journal.LongestStep());
     journal.CheckSums();
     codes.CheckUncounted();
     numbers.CheckSeries(IsFollowed(database, rule.id) ? 0 : request.warnPercent);

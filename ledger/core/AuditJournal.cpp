@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "hosts/common/Text.h"
+
 namespace ledger {
 
 JournalAudit::JournalAudit(Database& database, AuditReport& report)
@@ -83,7 +85,7 @@ void JournalAudit::CheckSums() {
     }
     for (const auto& [act, sum] : mvarSums)
         mvarReport.Find(FindingKind::Act,
-                        std::to_wstring(sum.Count()) + L" numbers came by act " + std::to_wstring(act) +
+                        hosts::Counted(sum.Count(), L"number") + L" came by act " + std::to_wstring(act) +
                             L", which is not there",
                         {{L"act", act}});
 }

@@ -5,6 +5,16 @@
 
 namespace ledger {
 
+namespace {
+
+std::wstring NameOf(const Lease& lease) { return L"the lease of " + SubjectOf(lease); }
+
+std::vector<Fact> FactsOf(const Lease& lease) {
+    return {{L"band", lease.band}, {L"series", lease.series}, {L"first", lease.first}};
+}
+
+} // namespace
+
 LeaseAudit::LeaseAudit(Database& database, const JournalAudit& journal, AuditReport& report) : mvarReport(report) {
     for (Lease& lease : Leases(database, report.rule.id).All()) {
         Check(lease, journal);
@@ -15,8 +25,8 @@ LeaseAudit::LeaseAudit(Database& database, const JournalAudit& journal, AuditRep
 }
 
 void LeaseAudit::Check(const Lease& lease, const JournalAudit& journal) {
-    const std::wstring name = L"the lease of " + SubjectOf(lease);
-    const std::vector<Fact> facts = {{L"band", lease.band}, {L"series", lease.series}, {L"first", lease.first}};
+    const std::wstring name = NameOf(lease);
+    const std::vector<Fact> facts = FactsOf(lease);
     if (lease.seal != SealOf(mvarReport.rule.id, lease))
         return mvarReport.Find(FindingKind::Lease, name + L" was changed", facts);
     const bool isWhole = lease.last == lease.grantedTo && lease.act == 0;
@@ -41,6 +51,25 @@ void LeaseAudit::CheckActs(const JournalAudit& journal) {
     for (const Act& act : journal.Acts())
         if (act.kind == acts::Lease && !subjects.contains(act.subject))
             mvarReport.Find(FindingKind::Lease, L"the lease of " + act.subject + L" is gone", {{L"act", act.number}});
+}
+
+void LeaseAudit::CheckUsedUp(Database& database, std::int64_t step) const {
+    const auto isStored = [&](const Lease& lease) {
+        return database
+            .Prepare(L"SELECT number FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? AND number > ? "
+                     L"AND number <= ? LIMIT 1")
+            .Set(mvarReport.rule.id)
+            .Set(lease.band)
+            .Set(lease.series)
+            .Set(std::max(lease.grantedTo - step, lease.first - 1))
+            .Set(lease.grantedTo)
+            .First([](const Statement&) { return true; });
+    };
+    for (const auto& [series, leases] : mvarLeases)
+        for (const Lease& lease : leases)
+            if (lease.state == L"used" && !isStored(lease))
+                mvarReport.Find(FindingKind::Lease, NameOf(lease) + L" is called used, and its last number is not",
+                                FactsOf(lease));
 }
 
 const Lease* LeaseAudit::Of(const NumberRow& row) const {

@@ -18,6 +18,9 @@ class LeaseAudit {
     [[nodiscard]] const Lease* Of(const NumberRow& row) const;
     // By their first numbers.
     [[nodiscard]] const std::vector<Lease>& OfSeries(const std::wstring& band, const std::wstring& series) const;
+    // Adds a finding for each lease that is said to be used up and whose last number is not stored; `step` is the
+    // longest that the rule ever had. Fails with DbError.
+    void CheckUsedUp(Database& database, std::int64_t step) const;
 
   private:
     void Check(const Lease& lease, const JournalAudit& journal);

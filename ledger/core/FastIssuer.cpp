@@ -174,6 +174,7 @@ bool FastIssuer::StoreTogether(std::vector<NewCode>& codes) {
     std::map<LeaseKey, std::wstring> heads = mvarHeads;
     for (NewCode& code : codes)
         SealNumbers(code, heads);
+    std::vector<Lease> wasted;
     bool tried = false;
     try {
         InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Fail, [&] {
@@ -183,7 +184,7 @@ bool FastIssuer::StoreTogether(std::vector<NewCode>& codes) {
             tried = true;
             mvarCodes.Add(codes);
             mvarClaims.Add(codes);
-            MarkUsedUp();
+            wasted = MarkUsedUp();
             return true;
         });
     } catch (const DbError& error) {
@@ -193,13 +194,16 @@ bool FastIssuer::StoreTogether(std::vector<NewCode>& codes) {
     mvarHeads = std::move(heads);
     for (const Lease& lease : mvarUsedUp)
         mvarHeads.erase({lease.band, lease.series, lease.first});
-    mvarUsedUp.clear();
+    mvarUsedUp = std::move(wasted);
     return true;
 }
 
-void FastIssuer::MarkUsedUp() {
-    for (const Lease& lease : mvarUsedUp)
-        mvarLeases.MarkUsed(lease);
+std::vector<Lease> FastIssuer::MarkUsedUp() {
+    std::vector<Lease> wasted;
+    std::ranges::copy_if(mvarUsedUp, std::back_inserter(wasted), [this](const Lease& lease) {
+        return !mvarLeases.MarkUsed(lease, mvarWorkplace.rule.settings.step);
+    });
+    return wasted;
 }
 
 void FastIssuer::StoreAll(std::vector<NewCode> codes, std::span<const Request> requests,
@@ -282,9 +286,11 @@ Outcome FastIssuer::StoreAlone(NewCode code, const Request& request) {
 
 void FastIssuer::Finish() {
     InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, [this] {
-        MarkUsedUp();
+        const std::int64_t step = mvarWorkplace.rule.settings.step;
+        for (const Lease& lease : mvarUsedUp)
+            mvarLeases.Close(lease, lease.grantedTo + 1, step);
         for (const auto& [key, block] : mvarBlocks)
-            if (!block.lease.band.empty()) mvarLeases.Close(block.lease, block.next);
+            if (!block.lease.band.empty()) mvarLeases.Close(block.lease, block.next, step);
         return true;
     });
     mvarUsedUp.clear();

@@ -44,7 +44,8 @@ class FastIssuer final : public Issuer {
     [[nodiscard]] Outcome StoreAlone(NewCode code, const Request& request);
     void SealNumbers(NewCode& code, std::map<LeaseKey, std::wstring>& heads) const;
     [[nodiscard]] std::map<LeaseKey, std::wstring> StoredHeads(const NewCode& code);
-    void MarkUsedUp();
+    // Those of which the last number was wasted; the others are used up now.
+    [[nodiscard]] std::vector<Lease> MarkUsedUp();
 
     Workplace mvarWorkplace;
     Codes mvarCodes;

@@ -103,7 +103,16 @@ Lease Leases::Take(const NumberBand& band, const std::wstring& series, std::int6
     return lease;
 }
 
-void Leases::MarkUsed(const Lease& lease) {
+bool Leases::MarkUsed(const Lease& lease, std::int64_t step) {
+    const auto owner = mvarDatabase
+                           .Prepare(L"SELECT lease FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? "
+                                    L"AND number = ?")
+                           .Set(mvarRuleId)
+                           .Set(lease.band)
+                           .Set(lease.series)
+                           .Set(lease.grantedTo - step + 1)
+                           .First([](const Statement& row) { return row.Number(1); });
+    if (owner != lease.first) return false;
     mvarDatabase
         .Prepare(L"UPDATE kestrel_leases SET state = 'used' WHERE rule_id = ? AND band = ? AND series = ? AND "
                  L"first_number = ? AND state = 'open'")
@@ -112,6 +121,7 @@ void Leases::MarkUsed(const Lease& lease) {
         .Set(lease.series)
         .Set(lease.first)
         .Execute();
+    return true;
 }
 
 // One that is unused and the last one: as if it had never been.
@@ -131,8 +141,8 @@ bool Leases::RemoveUnused(const Lease& lease) {
     return removal.Changed() == 1;
 }
 
-void Leases::Close(const Lease& lease, std::int64_t next) {
-    if (next > lease.grantedTo) return MarkUsed(lease);
+void Leases::Close(const Lease& lease, std::int64_t next, std::int64_t step) {
+    if (next > lease.grantedTo && MarkUsed(lease, step)) return;
     if (next == lease.first && RemoveUnused(lease)) return;
     Journal journal(mvarDatabase, mvarRuleId);
     const std::int64_t act = journal.NextNumber();

@@ -1,8 +1,9 @@
 // Blocks of numbers that one program has set aside for itself, so that it needs no transaction per number.
 //
-// A lease is open as long as its program runs. Used up, or closed with what is left of it going back where nobody has
-// taken numbers behind it since, it stays as the account of its numbers, which are chained from its seal on. A program
-// that ends without closing leaves its lease open, for the audit to find and for somebody to close.
+// A lease is open as long as its program runs. Used up, with its last number stored, or closed by an act of the
+// journal, what is left of it going back where nobody has taken numbers behind it since, it stays as the account of its
+// numbers, which are chained from its seal on. A program that ends without closing leaves its lease open, for the audit
+// to find and for somebody to close.
 #pragma once
 
 #include <array>
@@ -47,10 +48,11 @@ class Leases {
     // The lease that was taken with that ticket; reads all of the series.
     [[nodiscard]] std::optional<Lease> OfTicket(const NumberBand& band, const std::wstring& series,
                                                 const std::wstring& ticket);
-    // All numbers of it are stored.
-    void MarkUsed(const Lease& lease);
+    // Whether its last number, as its rule steps, is stored and it is used up now: one that was wasted leaves no trace,
+    // so an act has to tell of it.
+    bool MarkUsed(const Lease& lease, std::int64_t step);
     // `next` is the first number of the lease that was not used. Nothing happens to one that is not open any more.
-    void Close(const Lease& lease, std::int64_t next);
+    void Close(const Lease& lease, std::int64_t next, std::int64_t step);
     // All of the rule's, by band, series and first number.
     [[nodiscard]] std::vector<Lease> All();
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "hosts/common/Nearest.h"
+#include "hosts/common/Text.h"
 
 namespace ledger {
 
@@ -98,9 +99,8 @@ std::wstring WhyNotConverted(const hosts::Rule& rule, const std::vector<BoundBan
 } // namespace
 
 std::wstring LengthRefusal(const std::wstring& band, const std::wstring& text, std::size_t expected) {
-    return L"band " + band + L": " + std::to_wstring(text.size()) +
-           (text.size() == 1 ? L" character, " : L" characters, ") + std::to_wstring(expected) + L" expected: " +
-           Quoted(text);
+    return L"band " + band + L": " + hosts::Counted(text.size(), L"character") + L", " + std::to_wstring(expected) +
+           L" expected: " + Quoted(text);
 }
 
 std::wstring WhyValuesAreRefused(const hosts::Rule& rule, const std::vector<BoundBand>& bound) {
@@ -118,7 +118,7 @@ std::wstring WhyNotTakenApart(const hosts::Rule& rule, const std::vector<hosts::
                               const std::vector<BoundBand>& bound, const std::wstring& code) {
     const std::size_t length = rule.CodeLength();
     if (code.size() != length)
-        return L"code " + Quoted(code) + L": " + std::to_wstring(code.size()) + L" characters, " +
+        return L"code " + Quoted(code) + L": " + hosts::Counted(code.size(), L"character") + L", " +
                std::to_wstring(length) + L" expected";
     const auto partOf = [&code](const auto& band) { return code.substr(band.position, band.length); };
     for (const hosts::Band& band : bands) {

@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 
+#include "hosts/common/Text.h"
 #include "ledger/core/Journal.h"
 #include "ledger/core/Reuse.h"
 #include "ledger/core/Rules.h"
@@ -27,7 +28,7 @@ class RuleRepair {
         const std::int64_t voids = RepairVoids() + Reuse(mvarDatabase, mvarRuleId).Refill(GivesAgain());
         if (voids + settings > 0)
             mvarJournal.Write(acts::Repair,
-                              std::to_wstring(voids) + L" void marks, " + std::to_wstring(settings) + L" settings",
+                              hosts::Counted(voids, L"void mark") + L", " + hosts::Counted(settings, L"setting"),
                               SealSum().Text(), ticket);
         return voids + settings;
     }

@@ -30,7 +30,7 @@ void RefuseNumbered(Database& database, const StoredRule& rule) {
         if (numbering.Names(rule.id))
             throw HostError(L"numbering \"" + numbering.name + L"\" issues by rule \"" + rule.name +
                             L"\"; take the rule out of it first: kledger numbering remove \"" + numbering.name +
-                            L"\", and add its other rules again");
+                            L"\" \"" + rule.name + L"\"");
 }
 
 // The word says what was done; what the rule is after it stands behind, for the audit.

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "hosts/common/Text.h"
 #include "ledger/core/Codes.h"
 #include "ledger/core/Journal.h"
 #include "ledger/core/NumberingCheck.h"
@@ -19,9 +20,9 @@ void RefuseOtherLength(Database& database, const StoredRule& rule, const CodeMak
     if (length == rule.definition.codeLength) return;
     const std::int64_t codes = Codes(database, rule.id).Count();
     if (codes == 0) return;
-    throw hosts::HostError(L"rule \"" + rule.name + L"\" has issued " + std::to_wstring(codes) + L" codes of " +
-                           std::to_wstring(rule.definition.codeLength) +
-                           L" characters and the new definition makes codes of " + std::to_wstring(length) +
+    throw hosts::HostError(L"rule \"" + rule.name + L"\" has issued " + hosts::Counted(codes, L"code") + L" of " +
+                           hosts::Counted(rule.definition.codeLength, L"character") +
+                           L" and the new definition makes codes of " + std::to_wstring(length) +
                            L"; keep it as a rule of another name");
 }
 

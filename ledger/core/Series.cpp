@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "hosts/common/Text.h"
+
 namespace ledger {
 
 namespace {
@@ -29,7 +31,7 @@ std::optional<Gap> GapBefore(const Series& series, const std::vector<NumberBand>
 }
 
 std::wstring RoomText(const std::wstring& series, const std::wstring& band, std::int64_t left) {
-    return series + L" has " + std::to_wstring(left) + L" numbers left in band " + band;
+    return series + L" has " + hosts::Counted(left, L"number") + L" left in band " + band;
 }
 
 std::optional<Room> RoomLeft(const Series& series, const std::vector<NumberBand>& bands) {

@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <utility>
+
 #include "hosts/common/HostError.h"
 
+using hosts::CsvReader;
 using hosts::CsvTable;
 using hosts::HostError;
 using hosts::ParseCsv;
@@ -71,6 +75,21 @@ TEST(CsvTest, RefusesWithLineAndCause) {
             ADD_FAILURE() << row.name << " was accepted";
         } catch (const HostError& error) {
             EXPECT_EQ(error.Message(), row.message) << row.name;
+        }
+    }
+}
+
+TEST(CsvTest, APieceMayEndAnywhere) {
+    for (const Accepted& row : AcceptedRecords) {
+        const std::wstring text = row.text;
+        for (std::size_t size = 1; size <= text.size(); ++size) {
+            std::size_t at = 0;
+            CsvReader reader([&] { return text.substr(std::min(std::exchange(at, at + size), text.size()), size); });
+            EXPECT_EQ(reader.Columns(), (Fields{L"A", L"B"})) << row.name;
+            const auto record = reader.Next();
+            ASSERT_TRUE(record) << row.name << " in pieces of " << size;
+            EXPECT_EQ(record->fields, row.fields) << row.name << " in pieces of " << size;
+            EXPECT_FALSE(reader.Next()) << row.name << " in pieces of " << size;
         }
     }
 }

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "hosts/common/HostError.h"
+#include "hosts/common/TextSource.h"
 
 using namespace std::string_literals;
 using hosts::HostError;
@@ -69,6 +70,58 @@ TEST(TextFileTest, NamesTheFirstLineInAnotherEncoding) {
     const Scratch file("one\ntwo\nZ\xFCrich\n");
     EXPECT_EQ(MessageOf(file.Path()),
               L"\"" + file.Path() + L"\" is not UTF-8 (line 3); save it as UTF-8 or name its code page");
+}
+
+// More lines than are read at a time, in each encoding, and one line that is longer than that.
+TEST(TextFileTest, ReadsFilesOfAnyLength) {
+    std::string utf8;
+    std::wstring text;
+    for (int line = 0; line < 20'000; ++line) {
+        utf8 += std::to_string(line) + " Z\xC3\xBC\xE2\x82\xAC\n";
+        text += std::to_wstring(line) + L" Z\u00FC\u20AC\n";
+    }
+    utf8 += std::string(200'000, 'x') + "\nend";
+    text += std::wstring(200'000, L'x') + L"\nend";
+    std::string little = "\xFF\xFE";
+    std::string big = "\xFE\xFF";
+    for (const wchar_t character : text) {
+        const auto low = static_cast<char>(character & 0xFF);
+        const auto high = static_cast<char>(character >> 8);
+        little += {low, high};
+        big += {high, low};
+    }
+    for (const std::string& bytes : {utf8, "\xEF\xBB\xBF" + utf8, little, big})
+        EXPECT_TRUE(hosts::ReadTextFile(Scratch(bytes).Path()) == text);
+}
+
+TEST(TextFileTest, ALineFeedIsOneCharacterInUtf16) {
+    // Bytes that look like one across two characters, in a text that is read in pieces.
+    std::string little = "\xFF\xFE";
+    std::wstring text;
+    for (int count = 0; count < 40'000; ++count) {
+        little += "\x01\x0A\x00\x01"s;
+        text += L"\u0A01\u0100";
+    }
+    EXPECT_TRUE(hosts::ReadTextFile(Scratch(little).Path()) == text);
+}
+
+TEST(TextFileTest, ASourceBeginsAgain) {
+    const Scratch file("\xEF\xBB\xBF" + std::string(70'000, 'a') + "\nb");
+    hosts::TextSource source(file.Path());
+    for (int round = 0; round < 2; ++round, source.Rewind()) {
+        EXPECT_EQ(source.Next().size(), 70'001U);
+        EXPECT_EQ(source.Next(), L"b");
+        EXPECT_EQ(source.Next(), L"");
+        EXPECT_EQ(source.Next(), L"");
+    }
+}
+
+TEST(TextFileTest, NamesABadLineFarBehind) {
+    std::string bytes;
+    for (int line = 1; line < 30'000; ++line)
+        bytes += "a line\n";
+    const Scratch file(bytes + "Z\xFCrich\n");
+    EXPECT_NE(MessageOf(file.Path()).find(L"(line 30000)"), std::wstring::npos);
 }
 
 TEST(TextFileTest, TellsWhyAFileCannotBeRead) {

@@ -185,7 +185,8 @@ class AuditTest : public testing::Test {
         EXPECT_EQ(ledger::RepairLedger(*mvarDatabase, Wait), 1);
     }
 
-    // Leases that are used up, closed with a rest, closed without a number of theirs being used, and open.
+    // Leases that are used up, closed with a rest, closed without a number of theirs being used, closed with the last
+    // of them wasted, and open.
     void FillFast() {
         const StoredRule rule = Change(L"fast", NumberedRule(L"-", L"Year"), Policy::Fast, 4);
         Issue(rule, {L"2024", L"2024", L"2024", L"2024", L"2024", L"2023"});
@@ -194,8 +195,10 @@ class AuditTest : public testing::Test {
             const ledger::NumberBand band{L"Number", 5, 6, 1, 999'999, {}};
             const Lease unused = leases.Take(band, L"2024-??????", 4, L"one");
             const Lease behind = leases.Take(band, L"2024-??????", 4, L"two");
-            leases.Close(unused, unused.first);
-            leases.Close(behind, behind.first);
+            leases.Close(unused, unused.first, band.step);
+            leases.Close(behind, behind.first, band.step);
+            const Lease wasted = leases.Take(band, L"2024-??????", 4, L"three");
+            leases.Close(wasted, wasted.last + 1, band.step);
             return true;
         });
         Issue(rule, {L"2024", L"2024"}, false);
@@ -258,6 +261,20 @@ TEST_F(AuditTest, EveryChangeOfAColumnIsFound) {
             EXPECT_TRUE(IsFound({Setting(column, changed, cell.row)}))
                 << Narrow(column.table + L"." + column.name + L" of row " + std::to_wstring(cell.row));
         }
+}
+
+// One that is called open is shown as such, whatever it was: its program may be gone.
+TEST_F(AuditTest, EveryOtherStateOfALeaseIsFound) {
+    const Column column{L"kestrel_leases", L"state", false};
+    std::size_t tried = 0;
+    for (const Cell& cell : Cells(column))
+        for (const wchar_t* state : {L"used", L"closed"}) {
+            if (cell.value == state) continue;
+            ++tried;
+            EXPECT_TRUE(IsFound({Setting(column, Literal(column, {cell.row, state}), cell.row)}))
+                << Narrow(cell.value) << " to " << Narrow(state) << " of row " << cell.row;
+        }
+    EXPECT_GE(tried, 4U);
 }
 
 TEST_F(AuditTest, EveryRowThatIsRemovedIsFound) {

@@ -4,6 +4,7 @@
 
 #include "hosts/common/Utf8.h"
 #include "ledger/core/pattern/PatternText.h"
+#include "ledger/core/pattern/PatternWriter.h"
 
 namespace {
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "ledger/core/Codes.h"
 #include "ledger/core/Schema.h"
 #include "ledger/db/Open.h"
 
@@ -32,7 +33,11 @@ class LeasesTest : public testing::Test {
     std::optional<Lease> OfTicket(const std::wstring& series, const std::wstring& ticket) {
         return Leases(*mvarDatabase, 1).OfTicket(Band, series, ticket);
     }
-    void Close(const Lease& lease, std::int64_t next) { Leases(*mvarDatabase, 1).Close(lease, next); }
+    void Close(const Lease& lease, std::int64_t next) { Leases(*mvarDatabase, 1).Close(lease, next, Band.step); }
+    void Store(const Lease& lease, std::int64_t number) {
+        const ledger::NumberRow row{{Band.name, L"2024-?\?", number}, lease.first, 0, L"seal"};
+        ledger::Codes(*mvarDatabase, 1).AddNumbers(L"2024-" + std::to_wstring(number), {&row, 1});
+    }
     // First numbers and states, by first number.
     std::vector<std::pair<std::int64_t, std::wstring>> All() {
         std::vector<std::pair<std::int64_t, std::wstring>> all;
@@ -77,6 +82,21 @@ TEST_F(LeasesTest, WhatIsLeftOfTheLastOneGoesBack) {
     EXPECT_EQ(Take(5, L"b").first, 3);
     Close(Take(5, L"c"), 8);
     EXPECT_EQ(Take(5, L"d").first, 8) << "the unused one is as if it had never been";
+}
+
+TEST_F(LeasesTest, OneIsUsedUpWhenItsLastNumberIsStored) {
+    const Lease lease = Take(5, L"a");
+    Store(lease, 5);
+    Close(lease, 6);
+    EXPECT_EQ(All(), (std::vector<std::pair<std::int64_t, std::wstring>>{{1, L"used"}}));
+}
+
+TEST_F(LeasesTest, AnActTellsOfOneWhoseLastNumberWasWasted) {
+    const Lease lease = Take(5, L"a");
+    Store(lease, 4);
+    Close(lease, 6);
+    EXPECT_EQ(All(), (std::vector<std::pair<std::int64_t, std::wstring>>{{1, L"closed"}}));
+    EXPECT_EQ(Take(5, L"b").first, 6) << "no number is given twice";
 }
 
 TEST_F(LeasesTest, ASeriesGoesOnBehindOneThatWasClosedUnused) {

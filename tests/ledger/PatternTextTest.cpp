@@ -4,6 +4,7 @@
 
 #include "hosts/common/Utf8.h"
 #include "ledger/core/pattern/CaretLines.h"
+#include "ledger/core/pattern/PatternWriter.h"
 
 using ledger::ParsePattern;
 using ledger::PartKind;

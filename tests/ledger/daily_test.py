@@ -181,7 +181,7 @@ class DailyTests:
         self.assertEqual(self.done("rule", "remove", "unused"), ['rule "unused": removed'])
         for table in TABLES[1:]:
             self.assertEqual(self.database.query(f"SELECT rule_id FROM kestrel_{table} WHERE rule_id = 2"), [])
-        self.assertEqual(self.done("audit")[-1], "1 codes, 0 findings")
+        self.assertEqual(self.done("audit")[-1], "1 code, 0 findings")
         self.assertTrue(self.done("rule", "remove", "used")[0].startswith('rule "used": retired'))
         before = self.contents()
         for arguments in (("issue", "-f", "Year=2024"), ("issue", "-f", "Year=2024", "--dry-run"), ("adopt", "2024-000009")):
@@ -191,7 +191,7 @@ class DailyTests:
         self.assertEqual(self.contents(), before)
         self.assertTrue(self.objects("rule", "list")[0]["retired"])
         self.assertEqual(self.objects("explain", "2024-000001")[0]["state"], "issued")
-        self.assertEqual(self.done("audit")[-1], "1 codes, 0 findings")
+        self.assertEqual(self.done("audit")[-1], "1 code, 0 findings")
         self.done("rule", "restore", "used")
         self.assertIn("is not retired", self.refused("rule", "restore", "used"))
         self.assertEqual(self.issue("2024"), "2024-000002")

@@ -173,7 +173,7 @@ class LedgerTests:
         self.issue("2024")
         longer = self.file("rule.rule", rules.numbered(digits=7))
         self.assert_refused_and_nothing_written(
-            "rule", "import", longer, cause='kledger: rule "rule" has issued 1 codes of 11 characters and the new definition '
+            "rule", "import", longer, cause='kledger: rule "rule" has issued 1 code of 11 characters and the new definition '
             "makes codes of 12; keep it as a rule of another name")
         self.assertEqual(self.issue("2024"), "2024-000002")
         self.done("rule", "import", longer, "--name", "longer")

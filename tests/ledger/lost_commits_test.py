@@ -104,7 +104,7 @@ class Commands(LostCommitsCase):
             self.wait_until_alone()
             left = self.count("leases", "state = 'open'")
             self.assertGreater(left, 0)
-            self.assert_done(kind, f"{left} leases closed", "lease", "close")
+            self.assert_done(kind, f"{left} lease{'s' if left > 1 else ''} closed", "lease", "close")
             self.assertEqual(self.count("leases", "state = 'open'"), 0)
 
     def wait_until_alone(self):
@@ -118,7 +118,7 @@ class Commands(LostCommitsCase):
         self.done("void", self.issue("2024"), "--reason", "twice")
         for kind in (Kind.BEFORE, Kind.AFTER, Kind.LATE):
             self.database.query("UPDATE kestrel_codes SET void_act = 0")
-            self.assert_done(kind, "1 rows put right", "audit", "--repair")
+            self.assert_done(kind, "1 row put right", "audit", "--repair")
         self.assertEqual(self.count("journal", "act = 'repair'"), 3)
 
 

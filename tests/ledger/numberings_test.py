@@ -99,7 +99,7 @@ class NumberingTests:
         self.rules(a=text("A"), b=text("B"))
         self.done("numbering", "add", "all", "a", "--then", "anew")
         for _ in ("without codes", "with one"):
-            self.assertIn('numbering "all" issues by rule "a"; take the rule out of it first: kledger numbering remove "all"',
+            self.assertIn('numbering "all" issues by rule "a"; take the rule out of it first: kledger numbering remove "all" "a"',
                           self.refused("rule", "remove", "a"))
             self.assertEqual(len(self.codes_of("all")), 1)
         self.done("numbering", "remove", "all")
@@ -217,6 +217,23 @@ class NumberingTests:
         self.assertIn("there is no rule \"all\"", self.refused("issue", "--rule", "all"))
         self.done("numbering", "add", "all", "a")
         self.assertEqual(self.codes_of("all"), ["A2"])
+        self.clean()
+
+    def test_a_rule_is_taken_out_of_a_numbering(self):
+        self.rules(a=text("A"), b=text("B"), c=text("C"))
+        for rule in ("a", "b"):
+            self.done("numbering", "add", "all", rule, "--fields", "Kind", "--when", f"Kind={rule}")
+        self.done("numbering", "add", "all", "a", "--when", "Kind=other")
+        self.assertIn('numbering "all" does not issue by rule "c"', self.refused("numbering", "remove", "all", "c"))
+        self.assertIn('there is no rule "d"', self.refused("numbering", "remove", "all", "d"))
+        self.assertEqual(self.codes_of("all", "-f", "Kind=other"), ["A1"])
+        self.assertEqual(self.done("numbering", "remove", "all", "a"), ['numbering "all": 1 part'])
+        self.assertEqual([part["rule"] for part in self.objects("numbering", "show", "all")], ["b"])
+        self.refused("issue", "--rule", "all", "-f", "Kind=other")
+        self.assertEqual(self.codes_of("all", "-f", "Kind=b"), ["B1"])
+        self.done("rule", "remove", "a")
+        self.assertEqual(self.done("numbering", "remove", "all", "b"), ["removed: all"])
+        self.assertIn('there is no numbering "all"', self.refused("numbering", "remove", "all", "b"))
         self.clean()
 
     def test_the_audit_sees_what_was_changed(self):

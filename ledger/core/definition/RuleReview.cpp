@@ -115,8 +115,8 @@ class Obstacles {
         try {
             mvarObject.Put(L"Value", Variant(begin));
         } catch (const hosts::DispatchError& error) {
-            Add(L"the first number \"" + begin + L"\" does not fit " + std::to_wstring(mvarBand.length) +
-                L" characters with the format \"" + Text(L"Formate") + L"\": " + hosts::OneLine(error.Message()));
+            Add(L"the first number \"" + begin + L"\" does not fit " + hosts::Counted(mvarBand.length, L"character") +
+                L" with the format \"" + Text(L"Formate") + L"\": " + hosts::OneLine(error.Message()));
         }
     }
 

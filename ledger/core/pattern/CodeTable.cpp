@@ -69,7 +69,7 @@ class Reader {
 
     void ReadRecord(const hosts::CsvRecord& record) {
         if (record.fields.size() != mvarTable.columns.size())
-            Fail(record.line, std::to_wstring(record.fields.size()) + L" cells where the first line names " +
+            Fail(record.line, hosts::Counted(record.fields.size(), L"cell") + L" where the first line names " +
                                   std::to_wstring(mvarTable.columns.size()));
         std::vector<Relation>* relations = &mvarRead.relations;
         Siblings* siblings = &mvarTop;
@@ -105,8 +105,8 @@ class Reader {
         std::size_t& length = mvarRead.lengths[layer];
         if (length == 0) length = code.size();
         if (code.size() != length)
-            Fail(line, L"code \"" + code + L"\" has " + std::to_wstring(code.size()) +
-                           L" characters where those above have " + std::to_wstring(length));
+            Fail(line, L"code \"" + code + L"\" has " + hosts::Counted(code.size(), L"character") +
+                           L" where those above have " + std::to_wstring(length));
     }
 
     std::size_t PlaceOf(std::size_t line, std::vector<Relation>& relations, Siblings& siblings,

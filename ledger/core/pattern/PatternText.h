@@ -17,7 +17,4 @@ inline constexpr std::size_t MostDigits = 18;
 // grows with the length of the text, and a text of more than ten thousand characters is refused unread.
 [[nodiscard]] Pattern ParsePattern(std::wstring_view text);
 
-// The text that ParsePattern reads these bands from: names and tracked bands that are not given stay so.
-[[nodiscard]] std::wstring WritePattern(const Pattern& pattern);
-
 } // namespace ledger

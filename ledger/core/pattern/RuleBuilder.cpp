@@ -188,8 +188,9 @@ class Builder {
             throw PatternError(part.position, part.file + L" has nothing in layer " + std::to_wstring(part.layer));
         if (part.length == 0 || part.length == codes || !part.format.empty())
             return part.length == 0 ? codes : part.length;
-        throw PatternError(part.position, L"the codes in " + part.file + L" have " + std::to_wstring(codes) +
-                                              L" characters, " + std::to_wstring(part.length) + L" expected");
+        throw PatternError(part.position, L"the codes in " + part.file + L" have " +
+                                              hosts::Counted(codes, L"character") + L", " +
+                                              std::to_wstring(part.length) + L" expected");
     }
 
     // The layers come in their order, and their tree when all of them are there: any change of them clears it.

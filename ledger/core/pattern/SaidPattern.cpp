@@ -8,6 +8,7 @@
 #include "ledger/core/formulas/Formula.h"
 #include "ledger/core/pattern/CompletePattern.h"
 #include "ledger/core/pattern/PatternText.h"
+#include "ledger/core/pattern/PatternWriter.h"
 
 namespace ledger {
 
