@@ -12,19 +12,33 @@ constexpr std::size_t RowsAtOnce = 2000;
 
 void CodeAudit::CheckEach(const std::function<void()>& advance) {
     Codes codes(mvarDatabase, mvarReport.rule.id);
-    std::vector<CodeRow> rows = codes.After({}, RowsAtOnce);
-    while (!rows.empty()) {
+    std::wstring before;
+    for (;;) {
+        const std::vector<CodeRow> rows = codes.After(before, RowsAtOnce);
+        if (rows.empty()) return;
         for (const CodeRow& row : rows) {
             Check(row);
             if (advance) advance();
         }
-        rows = codes.After(rows.back().code, RowsAtOnce);
+        CheckNumbers(rows, before);
+        before = rows.back().code;
+    }
+}
+
+void CodeAudit::CheckNumbers(const std::vector<CodeRow>& rows, const std::wstring& before) {
+    const auto numbers = Codes(mvarDatabase, mvarReport.rule.id).NumbersBetween(before, rows.back().code);
+    for (const CodeRow& row : rows) {
+        const auto found = numbers.find(row.code);
+        const std::int64_t has = found == numbers.end() ? 0 : found->second;
+        if (has < static_cast<std::int64_t>(mvarDefinitions.NumbersOfCode(row.definition).value_or(1)))
+            mvarReport.Find(FindingKind::Uncounted,
+                            L"code " + row.code + L" has not the numbers that its definition gives it",
+                            {{L"code", row.code}});
     }
 }
 
 void CodeAudit::Check(const CodeRow& row) {
     ++mvarReport.codes;
-    ++mvarCodesOf[row.definition];
     if (!IsJsonObject(row.fields))
         mvarReport.Find(FindingKind::Fields, L"the fields of code " + row.code + L" are no JSON",
                         {{L"code", row.code}});
@@ -38,24 +52,6 @@ void CodeAudit::Check(const CodeRow& row) {
                         L"code " + row.code + L", which got a number that was given again, is not as it was stored",
                         {{L"code", row.code}});
     mvarJournal.TellMark(row);
-}
-
-void CodeAudit::CheckUncounted() {
-    for (const auto& [definition, codes] : mvarCodesOf) {
-        const auto numbers = static_cast<std::int64_t>(mvarDefinitions.NumbersOfCode(definition).value_or(1));
-        const auto uncounted =
-            mvarDatabase
-                .Prepare(L"SELECT c.code FROM kestrel_codes c WHERE c.rule_id = ? AND c.definition = ? AND (SELECT "
-                         L"COUNT(*) FROM kestrel_numbers n WHERE n.rule_id = c.rule_id AND n.code = c.code) < ? "
-                         L"ORDER BY c.code")
-                .Set(mvarReport.rule.id)
-                .Set(definition)
-                .Set(numbers)
-                .Rows([](const Statement& row) { return row.Text(1); });
-        for (const std::wstring& code : uncounted)
-            mvarReport.Find(FindingKind::Uncounted,
-                            L"code " + code + L" has not the numbers that its definition gives it", {{L"code", code}});
-    }
 }
 
 void CodeAudit::CheckLetterCase() {

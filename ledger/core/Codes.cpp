@@ -234,6 +234,20 @@ std::vector<CodeRow> Codes::After(const std::wstring& code, std::size_t count) {
         .Rows([](const Statement& row) { return ReadCode(row, 1); });
 }
 
+// By ranges of codes, whose size a server looks up in its index: what it knows of a table that was filled a moment ago
+// is that it was empty, and for all codes at once it would read all numbers for each.
+std::map<std::wstring, std::int64_t> Codes::NumbersBetween(const std::wstring& first, const std::wstring& last) {
+    Statement& counts = mvarDatabase.Prepare(
+        L"SELECT code, COUNT(*) FROM kestrel_numbers WHERE rule_id = ? AND code > ? AND code <= ? GROUP BY code");
+    counts.Set(mvarRuleId).Set(first).Set(last).Execute();
+    std::map<std::wstring, std::int64_t> numbers;
+    while (counts.Fetch()) {
+        std::wstring code = counts.Text(1);
+        numbers[std::move(code)] = counts.Number(2);
+    }
+    return numbers;
+}
+
 std::vector<std::int64_t> RulesOfCode(Database& database, const std::wstring& code) {
     return database.Prepare(L"SELECT rule_id FROM kestrel_codes WHERE code = ?")
         .Set(code)

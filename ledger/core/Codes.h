@@ -1,6 +1,7 @@
 // The codes that a rule has issued, and the numbers that they hold.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <span>
 #include <utility>
@@ -99,6 +100,9 @@ class Codes {
     [[nodiscard]] std::int64_t Count();
     // Up to `count` codes after that one, in the order of the codes; "" begins.
     [[nodiscard]] std::vector<CodeRow> After(const std::wstring& code, std::size_t count);
+    // How many numbers each of the codes behind the first up to the last has; those that have none are left out.
+    [[nodiscard]] std::map<std::wstring, std::int64_t> NumbersBetween(const std::wstring& first,
+                                                                      const std::wstring& last);
 
   private:
     Database& mvarDatabase;

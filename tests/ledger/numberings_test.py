@@ -90,7 +90,7 @@ class NumberingTests:
         self.assertIn("no field with the record's date", self.refused(*add, "all", "b", "--from", "2026-01-01"))
         self.assertIn("is before", self.refused(*add, "all", "year", "--date", "Year", "--from", "2026-02-01", "--until", "2026-01-01"))
         self.assertIn("is a numbering", self.refused("rule", "import", self.file("all.rule", text("Z"))))
-        self.assertEqual(self.done("numbering", "list"), ["all\t1 parts"])
+        self.assertEqual(self.done("numbering", "list"), ["all\t1 part"])
 
     def new(self, name, pattern, *arguments):
         return self.done("rule", "new", name, pattern, "--lease", "4", *arguments)
