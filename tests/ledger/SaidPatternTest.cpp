@@ -111,7 +111,7 @@ TEST_F(SaidPatternTest, TheBuilderTellsThePlace) {
         std::size_t position;
         const wchar_t* message;
     } rows[] = {
-        {L"x{A:3=a.csv}", 1, L"the codes in a.csv have 1 characters, 3 expected"},
+        {L"x{A:3=a.csv}", 1, L"the codes in a.csv have 1 character, 3 expected"},
         {L"xy{A:1}{B:3 as \" \"}", 15, L"a name is expected"},
     };
     for (const auto& row : rows) {
