@@ -6,11 +6,11 @@ namespace kestrel {
 
 namespace {
 
-constexpr std::uint64_t Prime = 0x7FFFFFFF;
+constexpr std::uint32_t Prime = 0x7FFFFFFF;
 constexpr unsigned PrimeBits = 31;
 constexpr std::size_t MostDigits = 3;
 
-// The same number modulo the prime; done twice, any 64 bits come below 2^32.
+// The same number modulo the prime; done twice, a product below 2^63 comes to the prime plus 4 at most.
 std::uint64_t Reduced(std::uint64_t number) noexcept { return (number & Prime) + (number >> PrimeBits); }
 
 // Away from both ends, where one character could make up for another beside it.
@@ -42,15 +42,18 @@ KeyHash::KeyHash() : mvarPoint(PointOfProcess()) {}
 
 std::size_t KeyHash::operator()(const String& key) const {
     const std::size_t length = TextLength(key);
-    std::uint64_t hash = 1; // the leading coefficient: texts of different lengths are different polynomials
-    const auto append = [&](std::uint32_t coefficient) { hash = Reduced(Reduced((hash + coefficient) * mvarPoint)); };
+    std::uint32_t hash = 1; // the leading coefficient: texts of different lengths are different polynomials
+    // Factors of 32 bits: wider ones are several multiplications on small machines.
+    const auto append = [&](std::uint32_t coefficient) {
+        hash = static_cast<std::uint32_t>(Reduced(Reduced(std::uint64_t{hash + coefficient} * mvarPoint)));
+    };
     for (std::size_t i = 0; i < length; ++i)
         append(static_cast<std::uint32_t>(key[i]));
     append(static_cast<std::uint32_t>(key.size() - length));
     std::size_t number = 0;
     for (std::size_t i = length; i < key.size(); ++i)
         number = number * 10 + static_cast<std::size_t>(key[i] - L'0');
-    return static_cast<std::size_t>(hash % Prime) + number;
+    return std::size_t{hash < Prime ? hash : hash - Prime} + number;
 }
 
 } // namespace kestrel

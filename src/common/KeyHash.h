@@ -25,7 +25,7 @@ class KeyHash {
     [[nodiscard]] std::size_t operator()(const String& key) const;
 
   private:
-    std::uint64_t mvarPoint;
+    std::uint32_t mvarPoint;
 };
 
 } // namespace kestrel

@@ -21,6 +21,13 @@ bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9';
 
 bool IsAllDigits(StringView text) { return !text.empty() && std::all_of(text.begin(), text.end(), IsDigit); }
 
+double ExactNumber(StringView digits) {
+    std::int64_t number = 0;
+    for (const wchar_t digit : digits)
+        number = number * 10 + (digit - L'0');
+    return static_cast<double>(number);
+}
+
 StringView WithoutLeadingZeros(StringView digits) {
     const auto first = digits.find_first_not_of(L'0');
     return first == StringView::npos ? StringView() : digits.substr(first);
@@ -135,11 +142,10 @@ String CanonicalText(double number) {
 }
 
 std::optional<double> NumericValue(const String& text) {
-    const auto number = WholeNumber(text);
     // A few digits, with zeros in front or not, are the same number to every user.
-    const bool isPlain =
-        number && ((text.size() <= ExactDigits && IsAllDigits(text)) || CanonicalText(*number) == text);
-    return isPlain ? number : TheText().Number(text);
+    if (text.size() <= ExactDigits && IsAllDigits(text)) return ExactNumber(text);
+    const auto number = WholeNumber(text);
+    return number && CanonicalText(*number) == text ? number : TheText().Number(text);
 }
 
 String Increased(StringView text, std::uint32_t step) {

@@ -43,6 +43,8 @@ class CodeClass final : public Rule {
     Ref<kestrel::Band> Add(const NewBand& definition);
     // An unknown name fails with 5, a position outside 1 to Count() with 9.
     [[nodiscard]] Ref<kestrel::Band> Band(const IndexKey& indexKey) const { return mvarBands.At(indexKey); }
+    // At a position from 1 to Count(); valid until bands come or go.
+    [[nodiscard]] kestrel::Band& BandAt(std::int32_t position) const { return *mvarBands[position]; }
     [[nodiscard]] std::int32_t Count() const noexcept { return mvarBands.Count(); }
     // Asks the host (BeforeDropBand), whose Cancel ends it silently. A band that triggers others fails with 2009 and
     // their names; one that others track is removed only when the user agrees, else 2011. Then its name leaves what the

@@ -43,7 +43,7 @@ class Generation {
     template <class Visit>
     void ForEachBand(Visit visit) const {
         for (std::int32_t position = 1; position <= mvarRule.Count(); ++position)
-            visit(*mvarRule.Band(position));
+            visit(mvarRule.BandAt(position));
     }
 
     CodeClass& mvarRule;
@@ -129,9 +129,9 @@ String Generation::MakeFilter(const Names& tracked) const {
 String Generation::ExtractBandText(const String& bandName, const String& code) const {
     std::uint64_t begin = 0; // the sum of lengths may be beyond any text
     for (std::int32_t position = 1; position <= mvarRule.Count(); ++position) {
-        const auto band = mvarRule.Band(position);
-        const auto length = static_cast<std::size_t>(band->Length());
-        if (band->Name() == bandName)
+        const Band& band = mvarRule.BandAt(position);
+        const auto length = static_cast<std::size_t>(band.Length());
+        if (band.Name() == bandName)
             return begin < code.size() ? code.substr(static_cast<std::size_t>(begin), length) : String();
         begin += length;
     }
