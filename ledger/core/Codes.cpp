@@ -103,12 +103,18 @@ void Codes::Add(std::span<const NewCode> codes) {
     AddNumberRows(mvarDatabase, mvarRuleId, rows);
 }
 
-bool Codes::AddIssued(const NewCode& code, std::int64_t revision) {
-    Statement& insert = mvarDatabase.Prepare(
-        std::wstring(L"INSERT INTO ") + InsertColumns +
-        L" SELECT id, ?, ?, definition, ?, 0, ?, ? FROM kestrel_rules WHERE id = ? AND revision = ?");
+bool Codes::AddIssued(const NewCode& code, std::int64_t revision, std::span<const NumberHeld> guessedEnds) {
+    std::wstring text = std::wstring(L"INSERT INTO ") + InsertColumns +
+                        L" SELECT id, ?, ?, definition, ?, 0, ?, ? FROM kestrel_rules WHERE id = ? AND revision = ?";
+    for (std::size_t end = 0; end < guessedEnds.size(); ++end)
+        text += L" AND NOT EXISTS (SELECT 1 FROM kestrel_numbers n WHERE n.rule_id = kestrel_rules.id AND n.band = ? "
+                L"AND n.series = ? AND n.number > ?)";
+    Statement& insert = mvarDatabase.Prepare(text);
     insert.Set(code.row.code).Set(code.row.ticket).Set(code.row.origin).Set(code.row.storedAt).Set(code.row.fields);
-    insert.Set(mvarRuleId).Set(revision).Execute();
+    insert.Set(mvarRuleId).Set(revision);
+    for (const NumberHeld& end : guessedEnds)
+        insert.Set(end.band).Set(end.series).Set(end.number);
+    insert.Execute();
     if (insert.Changed() != 1) return false;
     AddNumbers(code.row.code, code.numbers);
     return true;

@@ -73,9 +73,10 @@ class Codes {
 
     // Fails with Fault::UniqueKey when a code, its ticket or one of its numbers is taken. Numbers are sealed already.
     void Add(std::span<const NewCode> codes);
-    // Adds a code as Add does, if the rule still has that revision; false, and nothing is added, if not. The check goes
-    // with the code, without a way of its own to the server.
-    [[nodiscard]] bool AddIssued(const NewCode& code, std::int64_t revision);
+    // Adds a code as Add does, if the rule still has that revision and no series has a number behind its end as it was
+    // guessed; false, and nothing is added, if not. The checks go with the code, without a way of their own to the
+    // server.
+    [[nodiscard]] bool AddIssued(const NewCode& code, std::int64_t revision, std::span<const NumberHeld> guessedEnds);
     void AddNumbers(const std::wstring& code, std::span<const NumberRow> numbers);
 
     [[nodiscard]] std::optional<CodeRow> Find(const std::wstring& code);

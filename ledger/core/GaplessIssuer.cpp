@@ -1,6 +1,7 @@
 #include "ledger/core/GaplessIssuer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "ledger/core/Stamp.h"
 
@@ -21,33 +22,46 @@ std::vector<Outcome> GaplessIssuer::Issue(std::span<const Request> requests, std
     return outcomes;
 }
 
-NewCode GaplessIssuer::MakeNext(const Request& request, std::optional<FreeNumber>& free) {
+std::optional<HighestNumber> GaplessIssuer::EndOf(const std::wstring& band, const std::wstring& series, bool mayGuess,
+                                                  Draft& draft) {
+    if (auto guess = mayGuess ? mvarEnds.Guess(band, series) : std::nullopt) {
+        draft.guessed.push_back({band, series, guess->number});
+        return guess;
+    }
+    auto end = mvarCodes.Highest(band, series);
+    mvarEnds.Found(band, series, end);
+    return end;
+}
+
+GaplessIssuer::Draft GaplessIssuer::MakeNext(const Request& request, bool mayGuess) {
     Heads before;
+    Draft draft;
     MadeCode made = mvarWorkplace.maker.Make(request.values, [&](const NumberBand& band, const std::wstring& series) {
-        if (mvarWorkplace.rule.settings.reuse) free = mvarReuse.Lowest(band.name, series, band.start, band.highest);
-        if (free) return std::optional(free->number);
-        const auto highest = mvarCodes.Highest(band.name, series);
-        if (!highest) return std::optional<std::int64_t>();
-        before.emplace_back(band.name, highest->seal);
-        return std::optional(highest->number + band.step);
+        if (mvarWorkplace.rule.settings.reuse)
+            draft.free = mvarReuse.Lowest(band.name, series, band.start, band.highest);
+        if (draft.free) return std::optional(draft.free->number);
+        const auto end = EndOf(band.name, series, mayGuess, draft);
+        if (!end) return std::optional<std::int64_t>();
+        before.emplace_back(band.name, end->seal);
+        return std::optional(end->number + band.step);
     });
-    NewCode next;
+    NewCode& next = draft.code;
     next.row.code = std::move(made.code);
     next.row.ticket = request.ticket;
     next.row.definition = mvarWorkplace.rule.definition.number;
     next.row.origin = mvarClaims.Origin();
     next.row.storedAt = NowText();
     next.row.fields = request.fields;
-    if (free) return next; // its number has a place and a seal
+    if (draft.free) return draft;
     for (NumberHeld& held : made.numbers)
         next.numbers.push_back({std::move(held), 0, 0, {}});
     if (next.numbers.empty()) {
-        const auto highest = mvarCodes.Highest({}, {});
-        before.emplace_back(std::wstring(), highest ? highest->seal : std::wstring());
-        next.numbers.push_back({{{}, {}, highest ? highest->number + 1 : 1}, 0, 0, {}});
+        const auto end = EndOf({}, {}, mayGuess, draft);
+        before.emplace_back(std::wstring(), end ? end->seal : std::wstring());
+        next.numbers.push_back({{{}, {}, end ? end->number + 1 : 1}, 0, 0, {}});
     }
     SealNumbers(next, before);
-    return next;
+    return draft;
 }
 
 void GaplessIssuer::SealNumbers(NewCode& code, const Heads& before) const {
@@ -69,32 +83,51 @@ void GaplessIssuer::RefuseRepeated(const NewCode& code, const std::wstring& befo
     throw hosts::RecordError(IssuedAlready(code.row.code, mvarWorkplace.maker));
 }
 
+bool GaplessIssuer::Store(const Draft& draft, std::wstring& tried) {
+    if (!draft.free) {
+        RefuseRepeated(draft.code, tried);
+        tried = draft.code.row.code;
+        return mvarCodes.AddIssued(draft.code, mvarWorkplace.rule.revision, draft.guessed);
+    }
+    Rules(mvarWorkplace.database).Enter(mvarWorkplace.rule);
+    mvarClaims.Remove(draft.free->code);
+    mvarReuse.Give(*draft.free, draft.code.row);
+    return true;
+}
+
+NewCode GaplessIssuer::StoreNext(const Request& request, bool mayGuess, std::wstring& tried) {
+    Draft draft = MakeNext(request, mayGuess);
+    bool isStored = Store(draft, tried);
+    if (!isStored && !draft.guessed.empty()) {
+        mvarEnds.Forget();
+        draft = MakeNext(request, false);
+        isStored = Store(draft, tried);
+    }
+    if (!isStored) Rules::RefuseChanged(mvarWorkplace.rule);
+    mvarClaims.Add({&draft.code, 1});
+    return std::move(draft.code);
+}
+
 Outcome GaplessIssuer::IssueOne(const Request& request) {
-    Rules rules(mvarWorkplace.database);
     std::wstring tried; // by the attempt before
     bool looks = request.isGiven;
-    return InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, [&] {
+    bool mayGuess = true;
+    NewCode issued;
+    const Outcome outcome = InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, [&] {
         // The INSERT looks whether the rule has changed, where that is enough.
-        if (mvarWorkplace.database.EntersByWriting()) rules.Enter(mvarWorkplace.rule);
+        if (mvarWorkplace.database.EntersByWriting()) Rules(mvarWorkplace.database).Enter(mvarWorkplace.rule);
+        issued = {};
         // An attempt whose COMMIT was not answered may be stored, or another program had the same ticket.
         if (looks)
             if (const auto stored = mvarClaims.OfTicket(request.ticket))
                 return OutcomeOf(*stored, request, stored->code != tried);
         looks = true;
-        std::optional<FreeNumber> free;
-        const NewCode next = MakeNext(request, free);
-        if (free) {
-            rules.Enter(mvarWorkplace.rule);
-            mvarClaims.Remove(free->code);
-            mvarReuse.Give(*free, next.row);
-        } else {
-            RefuseRepeated(next, tried);
-            tried = next.row.code;
-            if (!mvarCodes.AddIssued(next, mvarWorkplace.rule.revision)) Rules::RefuseChanged(mvarWorkplace.rule);
-        }
-        mvarClaims.Add({&next, 1});
-        return OutcomeOf(next, mvarWorkplace.maker);
+        issued = StoreNext(request, std::exchange(mayGuess, false), tried);
+        return OutcomeOf(issued, mvarWorkplace.maker);
     });
+    for (const NumberRow& number : issued.numbers)
+        mvarEnds.Left(number);
+    return outcome;
 }
 
 } // namespace ledger

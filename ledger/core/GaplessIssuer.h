@@ -6,6 +6,7 @@
 #pragma once
 
 #include "ledger/core/Issuer.h"
+#include "ledger/core/KnownEnds.h"
 #include "ledger/core/Reuse.h"
 
 namespace ledger {
@@ -25,9 +26,20 @@ class GaplessIssuer final : public Issuer {
     // The seals that the numbers of bands continue; a band whose series begins has none.
     using Heads = std::vector<std::pair<std::wstring, std::wstring>>;
 
+    struct Draft {
+        NewCode code;
+        std::optional<FreeNumber> free;  // of a void code; it has a place and a seal
+        std::vector<NumberHeld> guessed; // ends of series that the code's numbers go on from
+    };
+
     [[nodiscard]] Outcome IssueOne(const Request& request);
-    // With the number of a void code, if one waits.
-    [[nodiscard]] NewCode MakeNext(const Request& request, std::optional<FreeNumber>& free);
+    [[nodiscard]] Draft MakeNext(const Request& request, bool mayGuess);
+    // Where the number goes on, and perhaps a guess.
+    [[nodiscard]] std::optional<HighestNumber> EndOf(const std::wstring& band, const std::wstring& series,
+                                                     bool mayGuess, Draft& draft);
+    // Makes and stores the next code; a wrong guess takes a second draft. `tried` is what the attempt before made.
+    [[nodiscard]] NewCode StoreNext(const Request& request, bool mayGuess, std::wstring& tried);
+    [[nodiscard]] bool Store(const Draft& draft, std::wstring& tried);
     void SealNumbers(NewCode& code, const Heads& before) const;
     void RefuseRepeated(const NewCode& code, const std::wstring& before);
 
@@ -35,6 +47,7 @@ class GaplessIssuer final : public Issuer {
     Codes mvarCodes;
     Reuse mvarReuse;
     Claims mvarClaims;
+    KnownEnds mvarEnds;
 };
 
 } // namespace ledger

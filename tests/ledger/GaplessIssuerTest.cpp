@@ -7,6 +7,7 @@
 
 #include "hosts/common/Dispatch.h"
 #include "ledger/RuleText.h"
+#include "ledger/core/Audit.h"
 #include "ledger/core/RuleChange.h"
 #include "ledger/core/Schema.h"
 #include "ledger/db/Open.h"
@@ -89,6 +90,46 @@ class GaplessIssuerTest : public testing::Test {
         return outcome;
     }
 
+    // Issues codes one after the other; `meddle` is told of each statement, with the number of the code that it is for,
+    // and of nothing before the first.
+    std::vector<std::wstring> IssueMany(int count, const std::function<void(int, const std::wstring&)>& meddle) {
+        const std::wstring definition = NumberedRule(L"-", L"Year");
+        ledger::CodeMaker maker(definition);
+        const ledger::StoredRule rule =
+            ledger::ChangeRule(*mvarDatabase, Wait, {L"rule", definition, ledger::Policy::Gapless, {}, {}, {}}, maker)
+                .rule;
+        int at = 0;
+        MeddledDatabase database(*mvarDatabase, [&](const std::wstring& sql) { meddle(at, sql); });
+        ledger::GaplessIssuer issuer({database, rule, maker, Wait});
+        std::vector<std::wstring> codes;
+        for (at = 1; at <= count; ++at) {
+            meddle(at, {});
+            const ledger::Request request{
+                {{L"Year", L"2024"}}, L"{\"Year\":\"2024\"}", L"ours " + std::to_wstring(at), false};
+            codes.push_back(issuer.Issue({&request, 1}, 0).front().code);
+        }
+        return codes;
+    }
+    // Whether the ledger is in order, with so many codes.
+    void ExpectInOrder(std::int64_t codes) {
+        const ledger::AuditReport report = ledger::InSnapshot(*mvarDatabase, Wait, [&] {
+            return ledger::AuditRuleNow(*mvarDatabase, ledger::Rules(*mvarDatabase).All().front(), {});
+        });
+        EXPECT_EQ(report.codes, codes);
+        EXPECT_TRUE(report.findings.empty());
+    }
+    // Another program that issues by the same rule.
+    void IssueElsewhere() {
+        const std::unique_ptr<Database> database = ledger::OpenDatabase(mvarFile.wstring(), Wait);
+        const ledger::StoredRule rule =
+            ledger::InSnapshot(*database, Wait, [&] { return ledger::Rules(*database).All().front(); });
+        ledger::CodeMaker maker(rule.definition.text);
+        const ledger::Request request{{{L"Year", L"2024"}}, L"{}", L"theirs " + std::to_wstring(++mvarTheirs), false};
+        EXPECT_NE(ledger::GaplessIssuer({*database, rule, maker, Wait}).Issue({&request, 1}, 0).front().code, L"");
+    }
+    static bool AsksForTheEnd(const std::wstring& sql) { return sql == ledger::HighestNumberQuery; }
+    Database& Stored() { return *mvarDatabase; }
+
     static constexpr const wchar_t* Code =
         L"INSERT INTO kestrel_codes (rule_id, code, ticket, definition, origin, void_act, stored_at, fields) VALUES "
         L"(1, '2024-000001', 'theirs', 1, 'issued', 0, '2026-01-01T00:00:00Z', '{}')";
@@ -107,6 +148,7 @@ class GaplessIssuerTest : public testing::Test {
     hosts::Apartment mvarApartment;
     std::filesystem::path mvarFile = std::filesystem::temp_directory_path() / "GaplessIssuerTest.db";
     std::unique_ptr<Database> mvarDatabase;
+    int mvarTheirs = 0;
 };
 
 } // namespace
@@ -120,4 +162,26 @@ TEST_F(GaplessIssuerTest, TriesAgainWhenTheCodeWasCountedAfterTheSeriesWasRead) 
 TEST_F(GaplessIssuerTest, RefusesACodeThatNoNumberLeadsOnFrom) {
     EXPECT_EQ(IssueWhileStored({Code}).refusal,
               L"code 2024-000001 is issued already, though not counted in its series; see kledger audit");
+}
+
+TEST_F(GaplessIssuerTest, AsksForTheEndOfASeriesUntilItIsFoundWhereItWasLeft) {
+    std::vector<int> asked;
+    const auto codes = IssueMany(6, [&](int at, const std::wstring& sql) {
+        if (AsksForTheEnd(sql)) asked.push_back(at);
+    });
+    EXPECT_EQ(codes.back(), L"2024-000006");
+    EXPECT_EQ(asked, (std::vector<int>{1, 2}));
+    ExpectInOrder(6);
+}
+
+TEST_F(GaplessIssuerTest, AWrongGuessIsFoundOutByStoringIt) {
+    std::vector<int> asked;
+    const auto codes = IssueMany(6, [&](int at, const std::wstring& sql) {
+        if (AsksForTheEnd(sql)) asked.push_back(at);
+        if (at == 4 && sql.empty()) IssueElsewhere();
+    });
+    EXPECT_EQ(codes, (std::vector<std::wstring>{L"2024-000001", L"2024-000002", L"2024-000003", L"2024-000005",
+                                                L"2024-000006", L"2024-000007"}));
+    EXPECT_EQ(asked, (std::vector<int>{1, 2, 4, 5}));
+    ExpectInOrder(7);
 }
