@@ -127,8 +127,9 @@ class Report {
         Table table({L"BAND", L"SERIES", L"CODES", L"FIRST", L"LAST", L"LEFT", L"ROOM"});
         for (const Series& one : report.series) {
             const auto room = RoomLeft(one, report.bands);
-            table.Add({one.band, one.series, std::to_wstring(one.count), std::to_wstring(one.first),
-                       std::to_wstring(one.last), room ? std::to_wstring(room->left) : L"",
+            table.Add({one.band, one.series, std::to_wstring(one.count),
+                       one.count > 0 ? std::to_wstring(one.first) : L"",
+                       one.count > 0 ? std::to_wstring(one.last) : L"", room ? std::to_wstring(room->left) : L"",
                        room ? std::to_wstring(room->percent) + L"%" : L""});
             Json json = {{"band", ToJson(one.band)},
                          {"series", ToJson(one.series)},
@@ -145,9 +146,8 @@ class Report {
 
     void PrintGaps(const AuditReport& report) const {
         for (const Gap& gap : report.leftOut)
-            mvarSession.output.Line(L"gap: " + hosts::Shown(gap.series) + L" misses " + std::to_wstring(gap.first) +
-                                        L" to " + std::to_wstring(gap.last) + L" in band " + gap.band +
-                                        L" (left out on purpose)",
+            mvarSession.output.Line(L"gap: " + hosts::Shown(gap.series) + L" misses " + RangeText(gap) + L" in band " +
+                                        gap.band + L" (left out on purpose)",
                                     {{"note", "gap"},
                                      {"band", ToJson(gap.band)},
                                      {"series", ToJson(gap.series)},
@@ -155,9 +155,8 @@ class Report {
                                      {"last", gap.last},
                                      {"leftOut", true}});
         for (const Gap& gap : report.leftOfLeases)
-            mvarSession.output.Line(L"gap: " + hosts::Shown(gap.series) + L" misses " + std::to_wstring(gap.first) +
-                                        L" to " + std::to_wstring(gap.last) + L" in band " + hosts::Shown(gap.band) +
-                                        L" (left of a lease)",
+            mvarSession.output.Line(L"gap: " + hosts::Shown(gap.series) + L" misses " + RangeText(gap) + L" in band " +
+                                        hosts::Shown(gap.band) + L" (left of a lease)",
                                     {{"note", "gap"},
                                      {"band", ToJson(gap.band)},
                                      {"series", ToJson(gap.series)},

@@ -246,7 +246,7 @@ int IssueCodes(Session& session, const IssueOptions& options) {
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
     const Totals& totals = run.Counted();
     PrintSummary(session, options, totals, seconds.count());
-    if (run.IsFutile() && !run.IsWhole()) hosts::ReportLine(std::to_wstring(run.Left()) + L" more were not tried");
+    if (run.IsFutile() && !run.IsWhole()) hosts::ReportLine(L"not tried: " + std::to_wstring(run.Left()) + L" more");
     if (!run.IsWhole() && !run.IsFutile()) {
         hosts::ReportLine(
             L"kledger: stopped; everything that was stored is shown, and the records after it are not issued");

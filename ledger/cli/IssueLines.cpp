@@ -29,15 +29,16 @@ IssueLine OneLine(const FieldNames& known, const IssueOptions& options) {
 }
 
 IssueLine LineOf(const std::vector<std::wstring>& columns, const hosts::CsvRecord& record, const FieldValues& given,
-                 const std::wstring& keyColumn) {
+                 const std::wstring& keyColumn, bool keepsKey) {
     IssueLine line{record.line, given, {}, !keyColumn.empty(), {}};
     try {
         std::ranges::move(PairFields(columns, record), std::back_inserter(line.values));
         RefuseUnfit(line.values);
         if (!line.isGiven) return line;
-        const auto at = std::ranges::find(columns, keyColumn) - columns.begin();
-        line.key = record.fields[static_cast<std::size_t>(at)];
+        line.key = std::ranges::find(line.values, keyColumn, &FieldValues::value_type::first)->second;
         CheckKey(line.key);
+        // The same request can be made without the file.
+        if (!keepsKey) std::erase_if(line.values, [&](const auto& field) { return field.first == keyColumn; });
     } catch (const hosts::RecordError& error) {
         line.refusal = error.Message();
     }
@@ -56,6 +57,9 @@ void CheckRecordColumns(const FieldNames& known, const IssueOptions& options, st
     if (!options.keyColumn.empty() && std::erase(columns, options.keyColumn) == 0)
         throw hosts::HostError(L"the file has no column \"" + options.keyColumn + L"\"; check --key-column");
     CheckColumns(known, columns, options.keepOtherColumns);
+    for (const auto& [name, value] : ParseFields(known, options.fields))
+        if (std::ranges::find(columns, name) != columns.end())
+            throw hosts::HostError(L"field " + name + L" stands in the file and in --field; leave one of them out");
 }
 
 } // namespace
@@ -103,9 +107,10 @@ IssueLines::Reader IssueLines::RecordReader(const FieldNames& known, const Issue
                                             const FieldValues& given) {
     hosts::CsvReader records(Pieces(), options.separator);
     CheckRecordColumns(known, options, records.Columns());
-    return [given, key = options.keyColumn, records = std::move(records)]() mutable -> std::optional<IssueLine> {
+    const bool keepsKey = options.keepOtherColumns || known.Knows(options.keyColumn);
+    return [given, keepsKey, key = options.keyColumn, records = std::move(records)]() mutable {
         const std::optional<hosts::CsvRecord> record = records.Next();
-        return record ? std::optional(LineOf(records.Columns(), *record, given, key)) : std::nullopt;
+        return record ? std::optional(LineOf(records.Columns(), *record, given, key, keepsKey)) : std::nullopt;
     };
 }
 

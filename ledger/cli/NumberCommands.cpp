@@ -59,11 +59,7 @@ int SetRule(Session& session, const SetOptions& options) {
                  {"series", ToJson(now.series)},
                  {"changed", report.changed}};
     if (now.week) json["weekBegins"] = ToJson(NameOfWeekDay(*now.week));
-    session.output.Line(L"rule \"" + rule.name + L"\": step " + std::to_wstring(now.step) +
-                            L", numbers of void codes " + (now.reuse ? L"given again" : L"kept") +
-                            (now.series.empty() ? std::wstring() : L", counted separately by " + now.series) +
-                            (now.week ? L", weeks begin on " + NameOfWeekDay(*now.week) : std::wstring()),
-                        json);
+    session.output.Line(L"rule \"" + rule.name + L"\": " + Described(now), json);
     return ExitDone;
 }
 

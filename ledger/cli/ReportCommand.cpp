@@ -61,9 +61,9 @@ class ReportText {
         const std::wstring percent =
             outlook ? std::to_wstring(static_cast<long long>(outlook->full * 100)) + L"%" : std::wstring();
         mvarTable.Add({hosts::Shown(mvarRule), hosts::Shown(series.series), std::to_wstring(series.count),
-                       std::to_wstring(series.first), std::to_wstring(series.last),
-                       std::to_wstring(report.history.voidCodes), std::to_wstring(report.missing), percent,
-                       outlook ? Describe(*outlook) : std::wstring()});
+                       series.count > 0 ? std::to_wstring(series.first) : L"",
+                       series.count > 0 ? std::to_wstring(series.last) : L"", std::to_wstring(report.history.voidCodes),
+                       std::to_wstring(report.missing), percent, outlook ? Describe(*outlook) : std::wstring()});
         Json json = {{"rule", ToJson(mvarRule)},
                      {"band", ToJson(series.band)},
                      {"series", ToJson(series.series)},

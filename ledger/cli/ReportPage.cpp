@@ -66,7 +66,8 @@ std::wstring Card(const SeriesReport& report) {
     return L"<article class=\"card\">\n" + Element(L"h3", NameOf(series)) + band + Fullness(report) + ChartOf(report) +
            L"\n<div class=\"axis\"><span>" + DateText(report.history.from) + L"</span><span>" +
            DateText(report.history.to) + L"</span></div>\n<dl>" + Entry(L"codes", Grouped(series.count)) +
-           Entry(L"first", Grouped(series.first)) + Entry(L"last", Grouped(series.last)) +
+           Entry(L"first", series.count > 0 ? Grouped(series.first) : L"none") +
+           Entry(L"last", series.count > 0 ? Grouped(series.last) : L"none") +
            Entry(L"void", Grouped(report.history.voidCodes)) + Entry(L"missing", Grouped(report.missing)) + L"</dl>\n" +
            GapsText(report) + L"</article>\n";
 }

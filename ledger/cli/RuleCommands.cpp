@@ -47,7 +47,7 @@ Json RuleJson(const StoredRule& rule, std::int64_t codes, const std::vector<std:
 // The fields and macros of a rule; none of one that the component does not take any more.
 std::vector<std::wstring> NamesOf(const StoredRule& rule) {
     try {
-        return CodeMaker(rule.definition.text).Rule().Names();
+        return CodeMaker(rule.definition.text, rule.settings).Taken();
     } catch (const hosts::HostError&) { // the audit tells
         return {};
     }

@@ -175,7 +175,7 @@ int Tell(const Output& output, const RuleReview& review) {
 int CheckRule(Session& session, const std::wstring& name) {
     const auto rule = FindRule(session, name);
     if (!rule) throw HostError(L"there is neither a file nor a rule \"" + name + L"\"");
-    return Tell(session.output, ReviewDefinition(rule->definition.text));
+    return Tell(session.output, ReviewDefinition(rule->definition.text, rule->settings));
 }
 
 int CheckFile(const Output& output, const std::wstring& file) {
@@ -189,17 +189,19 @@ int ShowRule(Session& session, const ShowOptions& options) {
     const std::vector<BandRow> rows = RowsOf(shown);
     SaidPattern said = SayPattern(rule.definition.text);
     if (rule.settings.week) said.settings.weekBegins = *rule.settings.week;
-    const std::vector<std::wstring> findings = ReviewDefinition(rule.definition.text).Lines();
+    const std::vector<std::wstring> findings = ReviewDefinition(rule.definition.text, rule.settings).Lines();
     if (!options.folder.empty()) WriteFiles(said, options.folder);
     if (session.output.IsJson()) {
         Json json = {{"rule", ledger::ToJson(rule.name)}, {"bands", Json::array()}, {"findings", ToJson(findings)}};
         std::ranges::transform(rows, std::back_inserter(json["bands"]), RowJson);
         json.update(PatternJson(said));
+        json["settings"] = Json::parse(hosts::ToUtf8(TextOf(rule.settings)));
         hosts::PrintLine(JsonText(json));
         return ExitDone;
     }
     PrintTable(rows);
     PrintPattern(said);
+    if (rule.settings != RuleSettings{}) hosts::PrintLine(L"settings: " + hosts::Shown(Described(rule.settings)));
     for (const std::wstring& finding : findings)
         hosts::PrintLine(L"finding: " + finding);
     return ExitDone;

@@ -17,13 +17,10 @@ void NumberAudit::Check(const FullNumber& row) {
     const bool isLeftOut = IsLeftOut(row);
     if (mvarRows == 0 || mvarSeries.band != held.band || mvarSeries.series != held.series) BeginSeries(held);
     if (isLeftOut) LeaveOut(row.number);
-    if (mvarRows > 0 && held.number > mvarSeries.last + mvarStep)
-        mvarGaps.push_back({held.band, held.series, mvarSeries.last + 1, held.number - 1});
-    if (mvarRows == 0) mvarSeries.first = held.number;
+    FindGap(held, isLeftOut);
     const std::wstring before = Before(row.number);
     ++mvarRows;
-    if (!isLeftOut) ++mvarSeries.count;
-    mvarSeries.last = held.number;
+    Count(held.number, isLeftOut);
     if (row.row.code.empty() && !isLeftOut)
         FindUnfit(row, FindingKind::Lost, L" was given to code " + row.code + L", which is gone");
     else if (!Fits(row, before))
@@ -38,12 +35,33 @@ bool NumberAudit::IsLeftOut(const FullNumber& row) const {
     return act != nullptr && act->kind == acts::Next;
 }
 
+// One that was left out is the last of its gap.
+void NumberAudit::FindGap(const NumberHeld& held, bool isLeftOut) {
+    const std::int64_t behind = isLeftOut ? held.number + 1 : held.number;
+    if (mvarRows == 0) {
+        if (const auto gap = GapBefore({held.band, held.series, behind}, mvarReport.bands)) mvarGaps.push_back(*gap);
+    } else if (isLeftOut || held.number > mvarExpected) {
+        mvarGaps.push_back({held.band, held.series, mvarEnd + 1, behind - 1});
+    }
+}
+
+void NumberAudit::Count(std::int64_t number, bool isLeftOut) {
+    mvarEnd = number;
+    mvarExpected = number + (isLeftOut ? 1 : mvarStep);
+    if (isLeftOut) {
+        mvarSeries.leftOutTo = number;
+        return;
+    }
+    if (mvarSeries.count++ == 0) mvarSeries.first = number;
+    mvarSeries.last = number;
+}
+
 void NumberAudit::LeaveOut(const NumberRow& row) {
     Lease all;
     all.band = row.held.band;
     all.series = row.held.series;
-    all.first = mvarRows == 0 ? std::numeric_limits<std::int64_t>::min() : mvarSeries.last + 1;
-    all.grantedTo = row.held.number + mvarStep - 1;
+    all.first = mvarRows == 0 ? std::numeric_limits<std::int64_t>::min() : mvarEnd + 1;
+    all.grantedTo = row.held.number;
     mvarLeftOut[{all.band, all.series}].push_back(all);
     CheckAfter(row);
 }
@@ -110,7 +128,7 @@ void NumberAudit::Remember(const NumberRow& row) {
 
 void NumberAudit::BeginSeries(const NumberHeld& held) {
     EndSeries();
-    mvarSeries = {held.band, held.series, 0, 0, 0};
+    mvarSeries = {held.band, held.series};
     mvarRows = 0;
     mvarLastSeal.clear();
     mvarLastAct = 0;
@@ -126,10 +144,8 @@ void NumberAudit::EndSeries() {
 }
 
 void NumberAudit::CheckSeries(unsigned warnPercent) {
-    for (const Series& one : mvarReport.series) {
-        if (const auto gap = GapBefore(one, mvarReport.bands)) mvarGaps.push_back(*gap);
+    for (const Series& one : mvarReport.series)
         CheckRoom(one, warnPercent);
-    }
     CheckGaps();
 }
 
@@ -148,9 +164,7 @@ void NumberAudit::CheckGaps() {
         else if (IsLeftOfLeases(gap, mvarLeases.OfSeries(gap.band, gap.series)))
             mvarReport.leftOfLeases.push_back(gap);
         else
-            mvarReport.Find(FindingKind::Gap,
-                            gap.series + L" misses " + std::to_wstring(gap.first) + L" to " +
-                                std::to_wstring(gap.last) + L" in band " + gap.band,
+            mvarReport.Find(FindingKind::Gap, gap.series + L" misses " + RangeText(gap) + L" in band " + gap.band,
                             {{L"band", gap.band}, {L"series", gap.series}, {L"first", gap.first}, {L"last", gap.last}});
     }
 }

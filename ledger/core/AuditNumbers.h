@@ -34,6 +34,9 @@ class NumberAudit {
     [[nodiscard]] std::wstring Before(const NumberRow& row);
     void Remember(const NumberRow& row);
     void BeginSeries(const NumberHeld& held);
+    // The numbers between the row and what came before it.
+    void FindGap(const NumberHeld& held, bool isLeftOut);
+    void Count(std::int64_t number, bool isLeftOut);
     void EndSeries();
     void CheckRoom(const Series& series, unsigned warnPercent);
     void CheckGaps();
@@ -48,6 +51,8 @@ class NumberAudit {
     std::map<std::pair<std::wstring, std::wstring>, std::vector<Lease>> mvarLeftOut; // as if leases had done it
     Database* mvarDatabase = nullptr;                                                // while it is being read
     std::int64_t mvarRows = 0;                                                       // of the series that is being read
+    std::int64_t mvarEnd = 0;                                                        // the number of the row before
+    std::int64_t mvarExpected = 0;                                                   // the highest that leaves no gap
     Series mvarSeries;                                                               // the one that is being read
     Head mvarSeriesHead;
     std::map<std::int64_t, Head> mvarLeaseHeads; // of the leases of that series

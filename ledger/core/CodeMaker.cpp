@@ -263,6 +263,14 @@ MadeCode CodeMaker::Numbered(std::wstring code, const std::vector<std::wstring>&
     return made;
 }
 
+std::vector<std::wstring> CodeMaker::Taken() const {
+    std::vector<std::wstring> names = mvarRule.Names();
+    std::erase_if(names, [this](const std::wstring& name) { return mvarValues.Computes(name); });
+    if (!mvarSettings.series.empty() && std::ranges::find(names, mvarSettings.series) == names.end())
+        names.push_back(mvarSettings.series);
+    return names;
+}
+
 FieldValues CodeMaker::Values() const {
     FieldValues values;
     for (const std::wstring& name : mvarRule.Names())

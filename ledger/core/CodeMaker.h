@@ -81,6 +81,8 @@ class CodeMaker {
     [[nodiscard]] const std::vector<hosts::Band>& Bands() const noexcept { return mvarBands; }
     [[nodiscard]] const std::vector<NumberBand>& NumberBands() const noexcept { return mvarNumberBands; }
     [[nodiscard]] std::size_t CodeLength() const noexcept { return mvarCodeLength; }
+    // What a record may bring a value of: fields, macros without a formula, and what the rule counts separately by.
+    [[nodiscard]] std::vector<std::wstring> Taken() const;
     // The fields and macros that a record must bring a value of.
     [[nodiscard]] const std::vector<std::wstring>& Needed() const noexcept { return mvarValues.Needed(); }
     // The values that the fields and macros have now.

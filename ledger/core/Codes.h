@@ -55,8 +55,11 @@ struct NewCode {
 
 struct HighestNumber {
     std::int64_t number = 0;
-    std::wstring code;
+    std::wstring code; // empty for one that was left out
     std::wstring seal;
+
+    // The number that comes behind it: right behind one that was left out, for what follows those was named.
+    [[nodiscard]] std::int64_t Next(std::int64_t step) const noexcept { return number + (code.empty() ? 1 : step); }
 };
 
 // The seal of a number that follows one with the seal `before`; it covers the code as well.

@@ -12,7 +12,7 @@ std::optional<std::int64_t> NextStored(const Workplace& workplace, const NumberB
     if (workplace.rule.policy == Policy::Fast)
         return Leases(workplace.database, workplace.rule.id).FirstFree(band, series);
     const auto highest = Codes(workplace.database, workplace.rule.id).Highest(band.name, series);
-    return highest ? std::optional(highest->number + band.step) : std::nullopt;
+    return highest ? std::optional(highest->Next(band.step)) : std::nullopt;
 }
 
 } // namespace

@@ -43,7 +43,7 @@ GaplessIssuer::Draft GaplessIssuer::MakeNext(const Request& request, bool mayGue
         const auto end = EndOf(band.name, series, mayGuess, draft);
         if (!end) return std::optional<std::int64_t>();
         before.emplace_back(band.name, end->seal);
-        return std::optional(end->number + band.step);
+        return std::optional(end->Next(band.step));
     });
     NewCode& next = draft.code;
     next.row.code = std::move(made.code);
@@ -126,7 +126,7 @@ Outcome GaplessIssuer::IssueOne(const Request& request) {
         return OutcomeOf(issued, mvarWorkplace.maker);
     });
     for (const NumberRow& number : issued.numbers)
-        mvarEnds.Left(number);
+        mvarEnds.Left(issued.row.code, number);
     return outcome;
 }
 

@@ -12,7 +12,7 @@ namespace ledger {
 Outcome OutcomeOf(const std::wstring& code, const std::vector<NumberHeld>& numbers, const CodeMaker& maker) {
     Outcome outcome{code};
     for (const NumberHeld& held : numbers)
-        if (const auto room = RoomLeft({held.band, held.series, 0, 0, held.number}, maker.NumberBands()))
+        if (const auto room = RoomLeft({held.band, held.series, 1, held.number, held.number}, maker.NumberBands()))
             outcome.rooms.push_back({held.band, held.series, room->left, room->percent});
     return outcome;
 }

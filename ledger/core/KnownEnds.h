@@ -19,7 +19,7 @@ class KnownEnds {
     // What the server said.
     void Found(const std::wstring& band, const std::wstring& series, const std::optional<HighestNumber>& end);
     // What this program has stored for good.
-    void Left(const NumberRow& number);
+    void Left(const std::wstring& code, const NumberRow& number);
     // A guess was wrong.
     void Forget() noexcept { mvarEnds.clear(); }
 
@@ -28,8 +28,7 @@ class KnownEnds {
     static constexpr std::size_t Most = 1000;
 
     struct End {
-        std::int64_t number = 0;
-        std::wstring seal;
+        HighestNumber end;
         bool isOurs = false; // it was found where this program had left it
     };
 

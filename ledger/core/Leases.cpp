@@ -34,10 +34,11 @@ Lease ReadRow(const Statement& row) {
 } // namespace
 
 const std::array<const wchar_t*, 2> FirstFreeQueries = {
-    L"SELECT number FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? ORDER BY number DESC LIMIT 1",
+    L"SELECT number, code FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? ORDER BY number DESC "
+    L"LIMIT 1",
     // The block taken last is the highest one, so its end is found through the key. One that was closed unused keeps
     // its first number, as its key.
-    L"SELECT CASE WHEN last_number < first_number THEN first_number ELSE last_number END FROM kestrel_leases WHERE "
+    L"SELECT CASE WHEN last_number < first_number THEN first_number ELSE last_number END, '' FROM kestrel_leases WHERE "
     L"rule_id = ? AND band = ? AND series = ? ORDER BY first_number DESC LIMIT 1"};
 
 std::wstring SealOf(std::int64_t ruleId, const Lease& lease) {
@@ -60,14 +61,15 @@ std::wstring SubjectOf(const Lease& lease) {
 
 std::int64_t Leases::FirstFree(const NumberBand& band, const std::wstring& series) {
     std::int64_t first = band.start;
-    std::int64_t behind = band.step; // a number that is stored; what is set aside has its last step in it
     for (const wchar_t* query : FirstFreeQueries) {
-        const auto taken =
+        const auto end =
             mvarDatabase.Prepare(query).Set(mvarRuleId).Set(band.name).Set(series).First([](const Statement& row) {
-                return row.Number(1);
+                HighestNumber taken;
+                taken.number = row.Number(1);
+                taken.code = row.Text(2);
+                return taken;
             });
-        if (taken) first = std::max(first, *taken + behind);
-        behind = 1;
+        if (end) first = std::max(first, end->Next(band.step)); // what is set aside has its last step in it
     }
     return first;
 }

@@ -33,7 +33,8 @@ struct Lease {
 // How an act of the journal names a lease.
 [[nodiscard]] std::wstring SubjectOf(const Lease& lease);
 
-// What FirstFree asks, so that the plans can be looked at: rule, band and series each.
+// What FirstFree asks, so that the plans can be looked at: rule, band and series each. A number with a text behind it
+// is a code's, and the rule's step leads on from it.
 extern const std::array<const wchar_t*, 2> FirstFreeQueries;
 
 // Members run in the caller's transaction and fail with DbError.

@@ -4,6 +4,7 @@
 
 #include "ledger/core/Journal.h"
 #include "ledger/core/Leases.h"
+#include "ledger/core/Reuse.h"
 #include "ledger/core/Stamp.h"
 
 namespace ledger {
@@ -40,6 +41,9 @@ class SettingNext {
         const std::int64_t now =
             Leases(mvarWorkplace.database, mvarWorkplace.rule.id).FirstFree(band, mvarPlace.series);
         if (mvarNext == now) return false;
+        if (now > band.highest)
+            throw HostError(L"series " + mvarPlace.series + L": full, " + std::to_wstring(band.highest) +
+                            L" was the last number");
         if (mvarNext < now)
             throw HostError(L"series " + mvarPlace.series + L": " + std::to_wstring(mvarNext) +
                             L" is not beyond what is used or set aside; the next number is " + std::to_wstring(now));
@@ -52,7 +56,7 @@ class SettingNext {
         Codes codes(mvarWorkplace.database, mvarWorkplace.rule.id);
         const NumberBand& band = mvarPlace.band;
         const auto last = codes.Highest(band.name, mvarPlace.series);
-        NumberRow row{{band.name, mvarPlace.series, mvarNext - band.step}, 0, mvarJournal.NextNumber(), {}};
+        NumberRow row{{band.name, mvarPlace.series, mvarNext - 1}, 0, mvarJournal.NextNumber(), {}};
         row.seal = SealOf(mvarWorkplace.rule.id, CodeRow{}, row, {});
         SealSum sum;
         sum.Add(row.seal);
@@ -70,6 +74,16 @@ class SettingNext {
     Journal mvarJournal;
 };
 
+// The lowest number of a void code that waits, or else the end of the series.
+std::int64_t NextOf(const Workplace& workplace, const Place& place, Leases& leases) {
+    const NumberBand& band = place.band;
+    if (workplace.rule.settings.reuse)
+        if (const auto free =
+                Reuse(workplace.database, workplace.rule.id).Lowest(band.name, place.series, band.start, band.highest))
+            return free->number;
+    return leases.FirstFree(band, place.series);
+}
+
 } // namespace
 
 std::vector<SeriesState> LookAtSeries(const Workplace& workplace, const FieldValues& values) {
@@ -79,7 +93,7 @@ std::vector<SeriesState> LookAtSeries(const Workplace& workplace, const FieldVal
         Leases leases(workplace.database, workplace.rule.id);
         std::vector<SeriesState> states;
         for (const Place& place : places) {
-            const std::int64_t next = leases.FirstFree(place.band, place.series);
+            const std::int64_t next = NextOf(workplace, place, leases);
             states.push_back({place.band.name, place.series, next, next > place.band.highest,
                               codes.HighestIssued(place.band.name, place.series)});
         }

@@ -26,8 +26,8 @@ std::optional<Outlook> OutlookOf(const Series& series, const std::vector<NumberB
     const auto band = std::ranges::find(bands, series.band, &NumberBand::name);
     if (!room || band == bands.end()) return std::nullopt;
     const double all = static_cast<double>(band->highest) - static_cast<double>(band->start) + 1;
-    const double used =
-        static_cast<double>(std::min(series.last, band->highest)) - static_cast<double>(band->start) + 1;
+    const std::int64_t end = std::min(std::max(series.last, series.leftOutTo), band->highest);
+    const double used = static_cast<double>(end) - static_cast<double>(band->start) + 1;
     Outlook outlook{all < 1 ? 1 : std::clamp(used / all, 0.0, 1.0), room->left, perDay, std::nullopt};
     const double wait = perDay > 0 ? static_cast<double>(room->left) / perDay : LongestDays;
     if (room->left > 0 && wait < LongestDays)

@@ -52,6 +52,8 @@ class RecordValues {
     void Hide(std::vector<bool>& shown) const;
 
     [[nodiscard]] const std::vector<BoundBand>& Bound() const noexcept { return mvarBound; }
+    // Whether it is a macro with a formula, of which no record brings a value.
+    [[nodiscard]] bool Computes(const std::wstring& name) const { return mvarMacros.contains(name); }
     // The fields and macros that a record must bring a value of.
     [[nodiscard]] const std::vector<std::wstring>& Needed() const noexcept { return mvarGiven; }
 

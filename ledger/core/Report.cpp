@@ -20,8 +20,9 @@ Value FactOf(const Finding& finding, const wchar_t* name) {
 
 GapsBySeries GapsOf(const AuditReport& audit) {
     GapsBySeries gaps;
-    for (const Gap& gap : audit.leftOfLeases)
-        gaps[{gap.band, gap.series}].push_back(gap);
+    for (const auto* known : {&audit.leftOfLeases, &audit.leftOut})
+        for (const Gap& gap : *known)
+            gaps[{gap.band, gap.series}].push_back(gap);
     for (const Finding& finding : audit.findings) {
         if (finding.kind != FindingKind::Gap) continue;
         Gap gap{FactOf<std::wstring>(finding, L"band"), FactOf<std::wstring>(finding, L"series"),

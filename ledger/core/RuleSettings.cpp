@@ -2,6 +2,7 @@
 
 #include "hosts/common/Utf8.h"
 #include "ledger/core/Json.h"
+#include "ledger/core/RuleCalendar.h"
 
 namespace ledger {
 
@@ -39,6 +40,13 @@ std::wstring TextOf(const RuleSettings& settings) {
     if (settings.week) json["week"] = *settings.week;
     if (settings.retired) json["retired"] = true;
     return WithoutBlanks(JsonText(json));
+}
+
+std::wstring Described(const RuleSettings& settings) {
+    return L"step " + std::to_wstring(settings.step) + L", numbers of void codes " +
+           (settings.reuse ? L"given again" : L"kept") +
+           (settings.series.empty() ? std::wstring() : L", counted separately by " + settings.series) +
+           (settings.week ? L", weeks begin on " + NameOfWeekDay(*settings.week) : std::wstring());
 }
 
 RuleSettings RuleSettingsOf(const std::wstring& text) {

@@ -21,6 +21,9 @@ struct RuleSettings {
 // stand in a line of other things.
 [[nodiscard]] std::wstring TextOf(const RuleSettings& settings);
 
+// The same for people: "step 1, numbers of void codes kept".
+[[nodiscard]] std::wstring Described(const RuleSettings& settings);
+
 // Reads what TextOf wrote; what is missing or of another kind is as it is anyway.
 [[nodiscard]] RuleSettings RuleSettingsOf(const std::wstring& text);
 

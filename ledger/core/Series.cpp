@@ -24,10 +24,19 @@ bool IsLeftOfLeases(const Gap& gap, const std::vector<Lease>& leases) {
     return next > gap.last;
 }
 
-std::optional<Gap> GapBefore(const Series& series, const std::vector<NumberBand>& bands) {
-    const NumberBand* band = FindBand(series.band, bands);
-    if (band == nullptr || series.first <= band->start) return std::nullopt;
-    return Gap{series.band, series.series, band->start, series.first - 1};
+std::int64_t Series::Next(std::int64_t start, std::int64_t step) const noexcept {
+    return std::max({start, leftOutTo + 1, count > 0 ? last + step : start});
+}
+
+std::optional<Gap> GapBefore(const NumberHeld& first, const std::vector<NumberBand>& bands) {
+    const NumberBand* band = FindBand(first.band, bands);
+    if (band == nullptr || first.number <= band->start) return std::nullopt;
+    return Gap{first.band, first.series, band->start, first.number - 1};
+}
+
+std::wstring RangeText(const Gap& gap) {
+    const std::wstring first = std::to_wstring(gap.first);
+    return gap.last > gap.first ? first + L" to " + std::to_wstring(gap.last) : first;
 }
 
 std::wstring RoomText(const std::wstring& series, const std::wstring& band, std::int64_t left) {
@@ -37,7 +46,8 @@ std::wstring RoomText(const std::wstring& series, const std::wstring& band, std:
 std::optional<Room> RoomLeft(const Series& series, const std::vector<NumberBand>& bands) {
     const NumberBand* band = FindBand(series.band, bands);
     if (band == nullptr) return std::nullopt;
-    const std::int64_t left = std::max<std::int64_t>(band->highest - series.last, 0) / band->step;
+    const std::int64_t next = series.Next(band->start, band->step);
+    const std::int64_t left = next > band->highest ? 0 : (band->highest - next) / band->step + 1;
     const double all =
         (static_cast<double>(band->highest) - static_cast<double>(band->start)) / static_cast<double>(band->step) + 1;
     return Room{left, all < 1 ? 0U : static_cast<unsigned>(100.0 * static_cast<double>(left) / all)};

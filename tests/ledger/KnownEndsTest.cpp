@@ -21,11 +21,11 @@ std::int64_t Guess(const KnownEnds& ends, const std::wstring& series) {
 TEST(KnownEndsTest, AnEndIsGuessedOnceItWasFoundWhereItWasLeft) {
     KnownEnds ends;
     ends.Found(L"Number", L"a", HighestNumber{6, {}, L"six"});
-    ends.Left(Stored(L"a", 7, L"seven"));
+    ends.Left(L"code", Stored(L"a", 7, L"seven"));
     EXPECT_EQ(Guess(ends, L"a"), 0);
     ends.Found(L"Number", L"a", HighestNumber{7, {}, L"seven"});
     EXPECT_EQ(Guess(ends, L"a"), 7);
-    ends.Left(Stored(L"a", 8, L"eight"));
+    ends.Left(L"code", Stored(L"a", 8, L"eight"));
     EXPECT_EQ(Guess(ends, L"a"), 8);
     EXPECT_EQ(ends.Guess(L"Number", L"a")->seal, L"eight");
     EXPECT_EQ(Guess(ends, L"b"), 0);
@@ -33,7 +33,7 @@ TEST(KnownEndsTest, AnEndIsGuessedOnceItWasFoundWhereItWasLeft) {
 
 TEST(KnownEndsTest, NothingIsGuessedWhereOthersCount) {
     KnownEnds ends;
-    ends.Left(Stored(L"a", 7, L"seven"));
+    ends.Left(L"code", Stored(L"a", 7, L"seven"));
     ends.Found(L"Number", L"a", HighestNumber{8, {}, L"theirs"});
     EXPECT_EQ(Guess(ends, L"a"), 0);
     ends.Found(L"Number", L"a", HighestNumber{7, {}, L"another seven"});
@@ -44,7 +44,7 @@ TEST(KnownEndsTest, NothingIsGuessedWhereOthersCount) {
 
 TEST(KnownEndsTest, AWrongGuessEndsThemAll) {
     KnownEnds ends;
-    ends.Left(Stored(L"a", 7, L"seven"));
+    ends.Left(L"code", Stored(L"a", 7, L"seven"));
     ends.Found(L"Number", L"a", HighestNumber{7, {}, L"seven"});
     ends.Forget();
     EXPECT_EQ(Guess(ends, L"a"), 0);
@@ -53,10 +53,10 @@ TEST(KnownEndsTest, AWrongGuessEndsThemAll) {
 TEST(KnownEndsTest, ItHoldsSoManySeriesAndNoMore) {
     KnownEnds ends;
     for (int series = 0; series < 1000; ++series) {
-        ends.Left(Stored(std::to_wstring(series), 1, L"one"));
+        ends.Left(L"code", Stored(std::to_wstring(series), 1, L"one"));
         ends.Found(L"Number", std::to_wstring(series), HighestNumber{1, {}, L"one"});
     }
     EXPECT_EQ(Guess(ends, L"0"), 1);
-    ends.Left(Stored(L"one more", 1, L"one"));
+    ends.Left(L"code", Stored(L"one more", 1, L"one"));
     EXPECT_EQ(Guess(ends, L"0"), 0);
 }

@@ -135,3 +135,29 @@ TEST_F(RuleReviewTest, WhatKeepsEveryCodeFromBeingIssued) {
         EXPECT_TRUE(obstacles[0].starts_with(row.obstacle)) << hosts::ToUtf8(obstacles[0]);
     }
 }
+
+TEST_F(RuleReviewTest, WhatIsWrittenAtAnotherLengthThanTheBandsKeepsEveryCode) {
+    const auto obstacles = [](const std::wstring& text) { return ledger::ReviewDefinition(text).obstacles; };
+    EXPECT_EQ(obstacles(Definition(L"{Date:yyyy}{#}")), Lines());
+    EXPECT_EQ(obstacles(Replaced(Definition(L"{Date:yyyy}{#}"), L"5=4", L"5=3")),
+              (Lines{L"band Date: the format \"yyyy\" writes 4 characters, and the band has 3"}));
+    EXPECT_EQ(obstacles(Definition(L"{C=luhn(Number):2}{#}")),
+              (Lines{L"band C: the formula luhn(Number) gives 1 character, and the band has 2"}));
+}
+
+TEST_F(RuleReviewTest, AFormulaThatMakesNoSenseKeepsEveryCode) {
+    const std::wstring good = Definition(L"{###}{C=damm(Number)}");
+    EXPECT_EQ(ledger::ReviewDefinition(good).obstacles, Lines());
+    for (const wchar_t* formula : {L"dam(Number)", L"damm(Numer)", L"damm()"}) {
+        std::wstring text = good;
+        text.replace(text.find(L"damm(Number)"), 12, formula);
+        EXPECT_EQ(ledger::ReviewDefinition(text).obstacles.size(), 1U) << hosts::ToUtf8(formula);
+    }
+}
+
+TEST_F(RuleReviewTest, CountingSeparatelyByWhatNoCodeShowsIsTold) {
+    ledger::RuleSettings settings;
+    settings.series = L"Company";
+    EXPECT_EQ(ledger::ReviewDefinition(Definition(L"{###}"), settings).findings.size(), 1U);
+    EXPECT_EQ(ledger::ReviewDefinition(Definition(L"{Company:2}{####}"), settings).findings, Lines());
+}

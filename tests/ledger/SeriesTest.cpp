@@ -24,6 +24,8 @@ const std::vector<NumberBand> Bands = {{L"Number", 2, 2, 1, 99, {}}};
 
 Series Counted(std::int64_t first, std::int64_t last) { return {L"Number", L"A-??", 1, first, last}; }
 
+ledger::NumberHeld Held(std::int64_t number) { return {L"Number", L"A-??", number}; }
+
 } // namespace
 
 TEST(SeriesTest, AGapIsLeftOfLeasesWhenTheyCoverAllOfIt) {
@@ -44,12 +46,27 @@ TEST(SeriesTest, LeasesOfOtherSeriesExplainNothing) {
 }
 
 TEST(SeriesTest, ASeriesThatBeginsLateMissesWhatComesBefore) {
-    EXPECT_FALSE(GapBefore(Counted(1, 5), Bands));
-    const auto gap = GapBefore(Counted(4, 5), Bands);
+    EXPECT_FALSE(GapBefore(Held(1), Bands));
+    const auto gap = GapBefore(Held(4), Bands);
     ASSERT_TRUE(gap);
     EXPECT_EQ(gap->first, 1);
     EXPECT_EQ(gap->last, 3);
-    EXPECT_FALSE(GapBefore(Counted(4, 5), {})) << "the rule has no such band any more";
+    EXPECT_FALSE(GapBefore(Held(4), {})) << "the rule has no such band any more";
+}
+
+TEST(SeriesTest, WhatWasLeftOutGivesNothingAnyMore) {
+    Series series = Counted(1, 10);
+    series.leftOutTo = 49;
+    EXPECT_EQ(series.Next(1, 10), 50);
+    EXPECT_EQ(RoomLeft(series, Bands)->left, 50);
+    series.leftOutTo = 5;
+    EXPECT_EQ(series.Next(1, 10), 20);
+    EXPECT_EQ((Series{L"Number", L"A-??"}.Next(7, 10)), 7) << "no number at all";
+}
+
+TEST(SeriesTest, ARangeOfOneIsOneNumber) {
+    EXPECT_EQ(RangeText(Gap{L"Number", L"A-??", 5, 7}), L"5 to 7");
+    EXPECT_EQ(RangeText(Gap{L"Number", L"A-??", 5, 5}), L"5");
 }
 
 TEST(SeriesTest, RoomIsWhatTheBandCanStillGive) {

@@ -32,9 +32,16 @@ class DailyTests:
         result = self.kledger("issue", "--rule", "gapless", "-n", "99", "-f", "Year=2024")
         self.assertEqual((result.returncode, len(result.stdout.splitlines())), (3, 96), result.stderr)
         self.assertIn("line 97: series 2024-??: full, 99 was the last number", result.stderr)
-        self.assertIn("2 more were not tried", result.stderr)
+        self.assertIn("not tried: 2 more", result.stderr)
         self.assertIn("--count is for codes of one record without a key",
                       self.refused("issue", "--rule", "fast", "-n", "2", "-f", "Year=2024", "--key", "K"))
+
+    def test_a_field_is_given_by_the_file_or_beside_it(self):
+        self.import_rule(rules.numbered())
+        records = self.file("records.csv", "Year\n2024\n")
+        self.assertIn("field Year stands in the file and in --field; leave one of them out",
+                      self.refused("issue", records, "-f", "Year=2023"))
+        self.assertEqual(self.contents()[2], [])
 
     def test_a_dry_run_shows_all_and_stores_nothing(self):
         records = self.file("records.csv", "Year,Key\n2024,a\n24,b\n2024,c\n2023,d\n2024,c\n2023,c\n")

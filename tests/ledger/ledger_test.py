@@ -196,7 +196,7 @@ class LedgerTests:
                 (("issue", "--field", "Year"), '"Year" is no field; write Name=Value'),
                 (("issue", path(self.folder / "none.csv")), "cannot open"),
                 (("issue", records, "--rule", "none"), 'there is no rule "none"'),
-                (("adopt", self.file("e.csv", "Code,Who\n2024-000009,a\n2024-000010\n")), "line 3: 1 fields where"),
+                (("adopt", self.file("e.csv", "Code,Who\n2024-000009,a\n2024-000010\n")), "line 3: 1 field where"),
                 (("adopt", records, "--column", "Code"), 'the file has no column "Code"'),
                 (("rule", "import", self.file("f.rule", "#####")), "defines no band"),
                 (("rule", "import", path(self.folder / "none.rule")), "cannot open"),

@@ -73,22 +73,22 @@ class NumberTests:
         return [line for line in result.stderr.splitlines() if line.startswith("warning")]
 
     def test_a_series_that_is_nearly_full_is_told_while_issuing(self):
-        few = "warning: INV-?? has {} numbers left in band Number"
+        few = "warning: INV-?? has {} left in band Number"
         for policy in self.under_each_policy(plain(2, "80")):
             self.assertEqual(self.warnings("--rule", policy, "--count", "17"), [], "3 of 20 are more than a tenth")
             self.assertEqual(self.warnings("--rule", policy, "--dry-run"), [], "2 are a tenth")
-            self.assertEqual(self.warnings("--rule", policy, "--dry-run", "--warn", "20"), [few.format(2)])
+            self.assertEqual(self.warnings("--rule", policy, "--dry-run", "--warn", "20"), [few.format("2 numbers")])
             self.codes_of(policy)
             told = [line for line in self.objects("issue", "--rule", policy) if "warning" in line]
             self.assertEqual(told, [{"warning": "room", "band": "Number", "series": "INV-??", "left": 1,
-                                     "text": few.format(1).removeprefix("warning: ")}])
-            self.assertEqual(self.warnings("--rule", policy), [few.format(0)])
+                                     "text": few.format("1 number").removeprefix("warning: ")}])
+            self.assertEqual(self.warnings("--rule", policy), [few.format("0 numbers")])
             self.assertIn("full, 99 was the last number", self.refused("issue", "--rule", policy))
 
     def test_each_series_is_told_once_and_when_it_is_full(self):
         for policy in self.under_each_policy(plain(2, "80")):
             self.assertEqual(self.warnings("--rule", policy, "--count", "20"),
-                             [f"warning: INV-?? has {left} numbers left in band Number" for left in (1, 0)])
+                             [f"warning: INV-?? has {left} left in band Number" for left in ("1 number", "0 numbers")])
         self.import_rule(plain(1), name="quiet")
         self.assertEqual(self.warnings("--rule", "quiet", "--count", "9", "--quiet"), [])
 
@@ -112,7 +112,7 @@ class NumberTests:
             self.assertIn("1000 is not from 1 to 999", self.refused("next", policy, "--set", "1000"))
             self.assertEqual(self.done("next", policy, "--set", "52"), ["INV-???\tNumber\t52"])
             left = [line for line in self.objects("audit", "--rule", policy) if line.get("leftOut")]
-            self.assertEqual([(line["first"], line["last"]) for line in left], [(3, 48)])
+            self.assertEqual([(line["first"], line["last"]) for line in left], [(3, 49)])
             acts = [line["of"] for line in self.objects("rule", "history", policy) if line.get("what") == "next"]
             self.assertEqual(acts, ["50 in INV-??? of Number"])
         self.clean()
@@ -123,6 +123,40 @@ class NumberTests:
             self.assertEqual(self.codes_of(policy, "--field", "Year=2024"), ["2024-100"])
             self.assertEqual(self.codes_of(policy, "--field", "Year=2025"), ["2025-001"])
         self.clean()
+
+    def test_numbers_that_were_left_out_are_nobodys(self):
+        for policy in self.under_each_policy(plain(), "--step", "10"):
+            self.done("next", policy, "--set", "5")
+            self.assertEqual([(line["codes"], line["first"], line["last"], line["left"])
+                              for line in self.objects("audit", "--rule", policy) if "codes" in line and "series" in line],
+                             [(0, 0, 0, 100)])
+            self.assertEqual(self.codes_of(policy), ["INV-005"])
+            self.done("next", policy, "--set", "100")
+            self.done("next", policy, "--set", "200")
+            self.assertEqual(self.codes_of(policy), ["INV-200"])
+            lines = self.objects("audit", "--rule", policy)
+            self.assertEqual([(line["first"], line["last"]) for line in lines if line.get("leftOut")],
+                             [(1, 4), (6, 99), (100, 199)])
+            self.assertEqual([(line["codes"], line["first"], line["last"], line["left"])
+                              for line in lines if "codes" in line and "series" in line], [(2, 5, 200, 79)])
+            self.assertEqual([(line["first"], line["last"], line["missing"])
+                              for line in self.objects("report", "--rule", policy) if "missing" in line],
+                             [(5, 200, 198)])
+        self.clean()
+
+    def test_a_number_that_was_set_comes_whatever_the_step_becomes(self):
+        for policy in self.under_each_policy(plain()):
+            self.codes_of(policy)
+            self.done("next", policy, "--set", "50")
+            self.done("rule", "set", policy, "--step", "7")
+            self.assertEqual(self.done("next", policy), ["INV-???\tNumber\t50"])
+            self.assertEqual(self.codes_of(policy, count=2), ["INV-050", "INV-057"])
+        self.clean()
+
+    def test_nothing_is_set_in_a_full_series(self):
+        for policy in self.under_each_policy(plain(1, "8")):
+            self.codes_of(policy, count=2)
+            self.assertIn("series INV-?: full, 9 was the last number", self.refused("next", policy, "--set", "9"))
 
     def test_what_is_left_out_cannot_be_taken_away_unseen(self):
         self.import_rule(plain())
@@ -150,6 +184,7 @@ class NumberTests:
             for code in ("INV-004", "INV-002"):
                 self.done("void", code, "--rule", policy, "--reason", "lost")
             self.assertEqual(self.done("preview", "--rule", policy, "-n", "3"), ["INV-002", "INV-004", "INV-006"])
+            self.assertEqual(self.done("next", policy), ["INV-???\tNumber\t2"])
             self.assertEqual(self.codes_of(policy, count=3), ["INV-002", "INV-004", "INV-006"])
             self.done("void", "INV-002", "--rule", policy, "--reason", "again")
             self.assertEqual(self.codes_of(policy), ["INV-002"])

@@ -66,6 +66,15 @@ class PromiseTests:
         self.assertIn("--key-column is for a file", self.refused("issue", "--key-column", "k", "--field", "Year=2024"))
         self.assertIn("check --key-column", self.refused("issue", self.file("r.csv", "Year\n2024\n"), "--key-column", "Key"))
 
+    def test_a_key_of_a_file_is_the_same_without_the_file(self):
+        for policy in ("gapless", "fast"):
+            self.import_rule(rules.numbered(), "--policy", policy, name=policy)
+            self.issue_keys("a", "b", rule=policy)
+            again = self.objects("issue", "--rule", policy, "--key", "b", "--field", "Year=2024")
+            self.assertEqual([(line["code"], line["before"]) for line in again], [("2024-000002", True)])
+            self.assertIn('key "b" has code 2024-000002',
+                          self.refused("issue", "--rule", policy, "--key", "b", "--field", "Year=2023"))
+
     def test_programs_at_once_with_the_same_keys_share_the_codes(self):
         for policy in ("gapless", "fast"):
             self.import_rule(rules.numbered(), "--policy", policy, "--lease", "10", name=policy)

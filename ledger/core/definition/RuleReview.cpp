@@ -5,6 +5,8 @@
 
 #include "hosts/common/Rule.h"
 #include "hosts/common/Text.h"
+#include "ledger/core/CodeMaker.h"
+#include "ledger/core/pattern/FormatLength.h"
 
 namespace ledger {
 
@@ -103,8 +105,21 @@ class Obstacles {
         const long swap = mvarObject.Get(L"SwapMode").Number();
         if (swap == LayersSwap && std::ranges::find(mvarLayers, mvarBand.name) == mvarLayers.end())
             return Add(L"it is converted in layers, but is not among the layers");
-        if ((swap == SimpleSwap || swap == LayersSwap) && mvarObject.Object(L"Relations").Get(L"Count").Number() == 0)
+        const bool isConverted = swap == SimpleSwap || swap == LayersSwap;
+        if (isConverted && mvarObject.Object(L"Relations").Get(L"Count").Number() == 0)
             Add(L"it is converted, but there are no codes and values");
+        if (!isConverted) FindOtherLength();
+    }
+
+    // What is written at the same length for every value, and that length is not the band's.
+    void FindOtherLength() {
+        const std::wstring format = Text(L"Formate");
+        const std::wstring formula = mvarObject.Object(L"DataField").Get(L"Description").Text();
+        const bool isComputed = mvarBand.style == BandStyle::Macro && !formula.empty() && format.empty();
+        const auto length = isComputed ? FormulaLengthOf(formula) : FixedLengthOf(format);
+        if (!length || *length == 0 || *length == mvarBand.length) return;
+        Add((isComputed ? L"the formula " + formula + L" gives " : L"the format \"" + format + L"\" writes ") +
+            hosts::Counted(*length, L"character") + L", and the band has " + std::to_wstring(mvarBand.length));
     }
 
     void FindOfNumber() {
@@ -127,6 +142,27 @@ class Obstacles {
     std::vector<std::wstring> mvarFound;
 };
 
+// Whether a band shows the field's value.
+bool Shows(const hosts::Rule& rule, const std::wstring& field) {
+    return std::ranges::any_of(rule.Bands(), [&](const hosts::Band& band) {
+        if (band.style != BandStyle::Field && band.style != BandStyle::Macro) return false;
+        return rule.Component().Item(Variant(band.name), L"Band").Object(L"DataField").Get(L"Name").Text() == field;
+    });
+}
+
+// Why the rule's formulas make no sense; empty when they do.
+std::wstring WhyUnsound(const std::wstring& definition) {
+    bool isRead = false;
+    try {
+        const CodeMaker maker(definition);
+        isRead = true;
+        maker.RefuseUnsound();
+    } catch (const hosts::HostError& error) {
+        if (isRead) return error.Message();
+    }
+    return {}; // what else a ledger does not take is told where it is stored
+}
+
 } // namespace
 
 std::vector<std::wstring> RuleReview::Lines() const {
@@ -140,13 +176,19 @@ std::vector<std::wstring> RuleReview::Lines() const {
     return lines;
 }
 
-RuleReview ReviewDefinition(const std::wstring& definition) {
+RuleReview ReviewDefinition(const std::wstring& definition, const RuleSettings& settings) {
     hosts::Rule rule;
     rule.Load(definition);
     RuleReview review;
     review.untaken = FindUntaken(definition, rule.Definition());
     review.findings = FindingsOf(definition);
+    if (!settings.series.empty() && !Shows(rule, settings.series))
+        review.findings.push_back(L"Codes of different values of " + settings.series +
+                                  L" can be the same, for they are counted separately and the code does not show them; "
+                                  L"the second of two equal codes is refused.");
     review.obstacles = Obstacles(rule).Find();
+    if (auto refusal = review.obstacles.empty() ? WhyUnsound(definition) : std::wstring(); !refusal.empty())
+        review.obstacles.push_back(std::move(refusal));
     return review;
 }
 

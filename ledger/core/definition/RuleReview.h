@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "ledger/core/RuleSettings.h"
 #include "ledger/core/definition/Untaken.h"
 
 namespace ledger {
@@ -21,6 +22,6 @@ struct RuleReview {
 
 // The findings are those of the rule as a ledger uses it: a number that tracks nothing is counted over the whole rule,
 // and numbers stop at their end, so nothing is said of either. Fails with HostError on a text that makes no band.
-[[nodiscard]] RuleReview ReviewDefinition(const std::wstring& definition);
+[[nodiscard]] RuleReview ReviewDefinition(const std::wstring& definition, const RuleSettings& settings = {});
 
 } // namespace ledger
