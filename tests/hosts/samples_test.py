@@ -39,6 +39,31 @@ class DocumentationTest(unittest.TestCase):
             self.assertIn(block, sample, f"a block of {language} differs from {files[language]}")
 
 
+class ModulesTest(unittest.TestCase):
+    """The modules for VBA, which nothing here can run."""
+
+    def test_are_imported_as_they_are(self):
+        """With the line ends of Windows, in letters that every code page has, under the names of their files."""
+        modules = [file for kind in ("bas", "cls") for file in sorted(SAMPLES.parent.rglob(f"*.{kind}"))]
+        self.assertEqual(len(modules), 4)
+        for module in modules:
+            with self.subTest(module.name):
+                content = module.read_bytes()
+                self.assertEqual(content.count(b"\n"), content.count(b"\r\n"))
+                text = content.decode("ascii")
+                self.assertTrue(text.startswith("VERSION 1.0 CLASS" if module.suffix == ".cls" else "Attribute VB_Name"))
+                self.assertIn(f'Attribute VB_Name = "{module.stem}"', text)
+
+    def test_name_members_that_the_component_has(self):
+        library = (ROOT / "tests" / "automation" / "Kestrel.typelib.txt").read_text(encoding="utf-8")
+        known = set(re.findall(r"\b(?:method|get|put|putref) .*? (\w+)\(", library))
+        for name in ("KestrelIssuer.cls", "KestrelClient.bas", "KestrelLedger.cls", "KestrelOrders.bas", "client_pywin32.py",
+                     "client_comtypes.py"):
+            [file] = SAMPLES.parent.rglob(name)
+            used = set(re.findall(r"\b(?:rule|copy|year)\.(\w+)", file.read_text(encoding="ascii")))
+            self.assertEqual(used - known, set(), name)
+
+
 class RetryingTest(unittest.TestCase):
     def test_the_script_tries_again_only_what_may_succeed(self):
         """With a database that only says what it is told to: the system's own does not work under Wine."""
