@@ -89,8 +89,9 @@ class SampleCase(unittest.TestCase):
         shutil.rmtree(self.folder)
 
     def run_at_once(self, line):
-        running = [subprocess.Popen(line, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                    encoding="utf-8") for _ in range(PROGRAMS)]
+        """Each program with requests of its own."""
+        running = [subprocess.Popen([*line, f"program {number}"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                    encoding="utf-8") for number in range(PROGRAMS)]
         codes = []
         for process in running:
             out, error = process.communicate(timeout=300)
@@ -113,7 +114,11 @@ class SampleTests:
     def test_the_program(self):
         for policy in ("gapless", "fast"):
             with self.subTest(policy=policy):
-                self.check(policy, self.run_at_once(command("hosting_sample", self.sample(policy, CODES))))
+                line = command("hosting_sample", self.sample(policy, CODES))
+                printed = self.run_at_once(line)
+                self.check(policy, printed)
+                self.assertEqual(self.run_at_once(line), printed)  # the same requests again
+                self.check(policy, printed)
                 self.empty()
 
     def empty(self):
@@ -129,13 +134,14 @@ class Postgres(OnPostgres, SampleTests, SampleCase):
     """The script needs a driver of the system's own, which the embedded engine does without."""
 
     def test_the_script(self):
-        made = run("hosting_sample", *self.sample("gapless", 0))
+        made = run("hosting_sample", *self.sample("gapless", 0), "none")
         self.assertEqual((made.returncode, made.stderr), (0, ""))
         probe = self.folder / "probe.vbs"
         probe.write_text(PROBE)
         result = run("kscript", path(probe), self.database.name)
         if result.returncode != 0:
             self.skipTest(f"ADO does not work here: {result.stdout}{result.stderr}")
+        (self.folder / "rule.rule").write_bytes(rules.numbered().encode("utf-16"))
         for policy in ("gapless", "fast"):
             with self.subTest(policy=policy):
                 line = command("kscript", [path(SAMPLES / "host.vbs"), self.database.name, *self.sample(policy, CODES)[1:]])

@@ -18,8 +18,8 @@ sealed class GaplessIssuer
         rule.GetLastCode += OnGetLastCode;
     }
 
-    // Tries again with the next number when somebody else was first.
-    public string Issue(string year)
+    // The code that the ticket has, or a new one. Tries again with the next number when somebody else was first.
+    public string Issue(string ticket, string year)
     {
         rule.UsrFields["Year"].Value = year;
         for (var attempt = 0; attempt < 200; attempt++)
@@ -28,8 +28,9 @@ sealed class GaplessIssuer
             {
                 try
                 {
+                    if (Run("SELECT code FROM codes WHERE ticket = @p0", ticket) is string known) return known;
                     var code = rule.GetCode(GetStyles.gsNewCode);
-                    Run("INSERT INTO codes (code) VALUES (@p0)", code);
+                    Run("INSERT INTO codes (code, ticket) VALUES (@p0, @p1)", code, ticket);
                     Run("INSERT INTO numbers (series, number, code) VALUES (@p0, @p1, @p2)",
                         series, long.Parse(code.Substring(code.Length - 6)), code);
                     transaction.Commit();
