@@ -1,4 +1,5 @@
-// The same in C#, with the component's type library referenced (Add Reference > COM > Kestrel) and any ADO.NET provider.
+// The pattern of host.cpp in C#, with the type library referenced (Add Reference > COM > Kestrel) and any ADO.NET provider.
+// Not run by the tests: it takes .NET on Windows. C# 9 or newer.
 using System;
 using System.Data;
 using System.Data.Common;
