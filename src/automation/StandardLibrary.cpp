@@ -14,13 +14,12 @@ class Unforeseen final : public std::exception {};
 
 } // namespace
 
-// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming): the library's
-// own names, whose place these take
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl50-cpp,cert-dcl51-cpp,cert-dcl58-cpp,readability-identifier-naming):
+// the library's own functions, whose place these take
 namespace __gnu_cxx {
 
 // For an exception that nothing catches. The one of the library's own takes the exception's name apart and writes it to
 // a console that a host seldom has; the process ends all the same.
-void __verbose_terminate_handler();
 void __verbose_terminate_handler() { std::abort(); }
 
 } // namespace __gnu_cxx
@@ -38,6 +37,6 @@ namespace std {
 [[noreturn]] void __throw_bad_function_call() { throw Unforeseen(); }
 
 } // namespace std
-// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming)
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl50-cpp,cert-dcl51-cpp,cert-dcl58-cpp,readability-identifier-naming)
 
 #endif

@@ -30,7 +30,7 @@ class Client {
     }
 
     void IssueFor(const std::wstring& ticket, const wchar_t* year) {
-        if (mvarIssued.count(ticket) == 0) {
+        if (!mvarIssued.contains(ticket)) {
             Check(mvarYear->put_Value(Text(year).Get()));
             Text code;
             Check(mvarRule->GetCode(gsNewCode, code.Out()));

@@ -34,14 +34,14 @@ class Value {
     ~Value() { VariantClear(&mvarValue); }
 
     VARIANT* Out() noexcept { return &mvarValue; }
-    const VARIANT& Raw() const noexcept { return mvarValue; }
-    std::wstring AsText() const {
+    [[nodiscard]] const VARIANT& Raw() const noexcept { return mvarValue; }
+    [[nodiscard]] std::wstring AsText() const {
         return V_VT(&mvarValue) == VT_BSTR ? std::wstring(V_BSTR(&mvarValue)) : std::wstring();
     }
-    LONG AsNumber() const noexcept { return V_VT(&mvarValue) == VT_I4 ? V_I4(&mvarValue) : 0; }
+    [[nodiscard]] LONG AsNumber() const noexcept { return V_VT(&mvarValue) == VT_I4 ? V_I4(&mvarValue) : 0; }
 
   private:
-    VARIANT mvarValue;
+    VARIANT mvarValue = {};
 };
 
 // An object by the names of its members. What it refuses is thrown with its own words.
@@ -50,8 +50,8 @@ class Late {
     explicit Late(Object<IDispatch> object) noexcept : mvarObject(std::move(object)) {}
     explicit Late(const Value& object) : mvarObject(V_DISPATCH(&object.Raw())) { mvarObject->AddRef(); }
 
-    IDispatch* Raw() const noexcept { return mvarObject.Get(); }
-    Value AsValue() const {
+    [[nodiscard]] IDispatch* Raw() const noexcept { return mvarObject.Get(); }
+    [[nodiscard]] Value AsValue() const {
         VARIANT object;
         V_VT(&object) = VT_DISPATCH;
         V_DISPATCH(&object) = mvarObject.Get();
@@ -112,7 +112,7 @@ class Client {
     }
 
     void IssueFor(const std::wstring& ticket, const wchar_t* year) {
-        if (mvarIssued.count(ticket) == 0) {
+        if (!mvarIssued.contains(ticket)) {
             mvarYear.Put(L"Value", year);
             mvarIssued[ticket] = mvarRule.Call(L"GetCode", {gsNewCode}).AsText();
         }
