@@ -1,7 +1,7 @@
 # The library compiled as one source that includes all others. The compiler then knows every caller of a function: what
 # nobody calls goes, what one place calls moves there, what is alike becomes one, and the tables by which exceptions find
-# their way are written once instead of for every source. That takes a quarter off the library, and a third of the time off
-# its first build. So no two sources may use one name for different things of their own (in unnamed namespaces).
+# their way are written once instead of for every source. That takes a quarter off the library, and headers are read once
+# instead of a hundred times. So no two sources may use one name for different things of their own (in unnamed namespaces).
 
 # kestrel_build_whole(TARGET): the library of the sources in KESTREL_..._SOURCES
 function(kestrel_build_whole target)
