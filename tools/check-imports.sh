@@ -9,7 +9,7 @@
 # library says where. Any other is looked for in the host's folder first: platform/SystemLibrary.h loads it from the right one.
 SYSTEM_DLLS='^(advapi32|gdi32|kernel32|msvcrt|ole32|oleaut32|user32|comctl32)\.dll$'
 # What it may grow to, in bytes. The tables by which the standard library writes floating-point numbers alone are 230,000.
-LARGEST=950000
+LARGEST=700000
 EXPORTS='DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnregisterServer'
 
 # Lower-case names of the DLLs that FILE imports from.

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that are missing: what building and the main job need, or what testing needs as well.
-# usage: tools/packages.sh [--all]   (--all: also compilers and tools for checking, servers, and what the tests drive)
+# usage: tools/packages.sh [--all | --clients]   (--all: also compilers and tools for checking, servers, and what the tests
+#        drive; --clients: also what the samples of other languages need)
 # shellcheck source=tools/common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -14,6 +15,7 @@ PACKAGES_TEST=(
     xdotool imagemagick chromium unixodbc libodbc2 libodbc2:i386
     odbc-postgresql odbc-postgresql:i386 postgresql mariadb-server mariadb-client libmariadb3 libmariadb3:i386 galera-4 rsync
 )
+PACKAGES_CLIENTS=(fp-compiler-3.2.2 fpc-source-3.2.2 openssl)
 SERVICES=(postgresql mariadb)
 DRIVERS=(amd64 i386)
 # Where the system looks whether packages may start services, and for the services themselves; tests name other places.
@@ -129,7 +131,13 @@ main() {
     case "${1:-}" in
     "") DRIVERS=() ;;
     --all) wanted+=("${PACKAGES_TEST[@]}") ;;
-    *) fail "usage: tools/packages.sh [--all]" ;;
+    --clients)
+        DRIVERS=()
+        wanted+=("${PACKAGES_CLIENTS[@]}")
+        # It need not have come as a package of Debian's.
+        command -v npm >/dev/null || wanted+=(npm)
+        ;;
+    *) fail "usage: tools/packages.sh [--all | --clients]" ;;
     esac
     mapfile -t missing < <(missing_packages "${wanted[@]}")
     [ "${#missing[@]}" -eq 0 ] && drivers_are_there && return 0

@@ -1,9 +1,9 @@
 #include "automation/DispatchTable.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "automation/Boundary.h"
+#include "common/Mistake.h"
 #include "platform/Bstr.h"
 
 namespace kestrel {
@@ -63,7 +63,7 @@ DispatchTable::DispatchTable(ComPtr<ITypeInfo> info, std::span<const Thunk> thun
     Require(mvarInfo->GetTypeAttr(attributes.Out()));
     for (UINT i = 0; i < attributes->cFuncs; ++i)
         ReadMember(i, thunks);
-    if (mvarMembers.size() != thunks.size()) throw std::logic_error("a thunk of no member");
+    if (mvarMembers.size() != thunks.size()) throw Mistake("a thunk of no member");
     Arrange();
 }
 
@@ -76,7 +76,7 @@ void DispatchTable::ReadMember(UINT index, std::span<const Thunk> thunks) {
     const auto thunk = std::find_if(thunks.begin(), thunks.end(), [&](const Thunk& candidate) {
         return candidate.id == function->memid && candidate.kind == function->invkind;
     });
-    if (thunk == thunks.end()) throw std::logic_error("a member without a thunk");
+    if (thunk == thunks.end()) throw Mistake("a member without a thunk");
     const auto names = NamesOf(*mvarInfo.Get(), **function.Out());
     Member member{&*thunk, {}};
     for (SHORT i = 0; i < function->cParams; ++i) {
@@ -86,7 +86,7 @@ void DispatchTable::ReadMember(UINT index, std::span<const Thunk> thunks) {
         const StringView name = isPut ? StringView() : ViewOf(names[static_cast<std::size_t>(i) + 1].Get());
         member.parameters.push_back(Describe(description, name));
     }
-    if (member.parameters.size() != thunk->parameters) throw std::logic_error("a thunk with other parameters");
+    if (member.parameters.size() != thunk->parameters) throw Mistake("a thunk with other parameters");
     mvarNames.emplace_back(ViewOf(names.front().Get()));
     mvarIds.emplace(mvarNames.back(), thunk->id);
     mvarMembers.push_back(std::move(member));

@@ -24,7 +24,7 @@ struct Member {
 
 class DispatchTable {
   public:
-    // Fails with std::logic_error when the thunks are not exactly those of the interface's own members.
+    // Fails with Mistake when the thunks are not exactly those of the interface's own members.
     DispatchTable(ComPtr<ITypeInfo> info, std::span<const Thunk> thunks);
 
     [[nodiscard]] ITypeInfo& Info() const noexcept { return *mvarInfo.Get(); }

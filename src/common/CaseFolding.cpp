@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "common/PlainText.h"
 #include "common/Ports.h"
 
 namespace kestrel {
@@ -10,10 +11,6 @@ namespace kestrel {
 namespace {
 
 bool IsAscii(wchar_t character) { return static_cast<std::uint32_t>(character) < 0x80; }
-
-wchar_t FoldedAscii(wchar_t character) {
-    return character >= L'A' && character <= L'Z' ? static_cast<wchar_t>(character - L'A' + L'a') : character;
-}
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "common/KeyHash.h"
 
 #include "common/Draw.h"
+#include "common/PlainText.h"
 
 namespace kestrel {
 
@@ -8,7 +9,7 @@ namespace {
 
 constexpr std::uint32_t Prime = 0x7FFFFFFF;
 constexpr unsigned PrimeBits = 31;
-constexpr std::size_t MostDigits = 3;
+constexpr std::size_t DigitsOfNeighbours = 3;
 
 // The same number modulo the prime; done twice, a product below 2^63 comes to the prime plus 4 at most.
 std::uint64_t Reduced(std::uint64_t number) noexcept { return (number & Prime) + (number >> PrimeBits); }
@@ -27,11 +28,9 @@ std::uint32_t PointOfProcess() {
     return point;
 }
 
-bool IsDigit(wchar_t character) noexcept { return character >= L'0' && character <= L'9'; }
-
 std::size_t TextLength(const String& key) noexcept {
     std::size_t length = key.size();
-    while (length > 0 && key.size() - length < MostDigits && IsDigit(key[length - 1]))
+    while (length > 0 && key.size() - length < DigitsOfNeighbours && IsDigit(key[length - 1]))
         --length;
     return length;
 }

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "common/Decimal.h"
+#include "common/PlainText.h"
 #include "common/Ports.h"
 
 namespace kestrel {
@@ -15,9 +16,7 @@ namespace {
 // Up to here, two to the power of 53, each whole number is a double.
 constexpr double ExactIntegers = 9007199254740992.0;
 // And of so many digits, whatever they are.
-constexpr std::size_t ExactDigits = 15;
-
-bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
+constexpr std::size_t DigitsOfAnyDouble = 15;
 
 bool IsAllDigits(StringView text) { return !text.empty() && std::all_of(text.begin(), text.end(), IsDigit); }
 
@@ -143,7 +142,7 @@ String CanonicalText(double number) {
 
 std::optional<double> NumericValue(const String& text) {
     // A few digits, with zeros in front or not, are the same number to every user.
-    if (text.size() <= ExactDigits && IsAllDigits(text)) return ExactNumber(text);
+    if (text.size() <= DigitsOfAnyDouble && IsAllDigits(text)) return ExactNumber(text);
     const auto number = WholeNumber(text);
     return number && CanonicalText(*number) == text ? number : TheText().Number(text);
 }

@@ -8,6 +8,13 @@
 
 namespace kestrel {
 
+[[nodiscard]] constexpr bool IsDigit(wchar_t character) noexcept { return character >= L'0' && character <= L'9'; }
+
+// In lower case where it is a letter of ASCII.
+[[nodiscard]] constexpr wchar_t FoldedAscii(wchar_t character) noexcept {
+    return character >= L'A' && character <= L'Z' ? static_cast<wchar_t>(character - L'A' + L'a') : character;
+}
+
 struct PlainLook {
     std::uint64_t foldedHash = 0; // the same for texts that differ in nothing but the case of ASCII letters
     bool isPlain = true;          // every character is printable ASCII

@@ -1,7 +1,8 @@
 #include "common/Ports.h"
 
-#include <stdexcept>
 #include <utility>
+
+#include "common/Mistake.h"
 
 namespace kestrel {
 
@@ -14,7 +15,7 @@ PortSet& Installed() noexcept {
 
 template <class Port>
 Port& Required(Port* port) {
-    if (port == nullptr) throw std::logic_error("a port is not installed");
+    if (port == nullptr) throw Mistake("a port is not installed");
     return *port;
 }
 

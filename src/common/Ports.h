@@ -19,7 +19,7 @@ struct PortSet {
 // Replaces the ports in use and returns those before; what the set points to must outlive its use.
 PortSet InstallPorts(const PortSet& ports) noexcept;
 
-// Each fails with std::logic_error as long as its port is not installed.
+// Each fails with Mistake as long as its port is not installed.
 [[nodiscard]] const Strings& TheStrings();
 [[nodiscard]] const TextPort& TheText();
 [[nodiscard]] Prompts& ThePrompts();

@@ -9,7 +9,7 @@ namespace kestrel::dialogs {
 
 namespace {
 
-constexpr int gap = 3; // on both sides of the sign
+constexpr int besideSign = 3; // on both sides of the sign
 
 String OnOneLine(String text) {
     std::replace_if(
@@ -51,7 +51,7 @@ void StatusLine::Paint(HDC context, RECT area) const {
     FillRect(context, &area, GetSysColorBrush(mvarIsRefusal ? COLOR_INFOBK : COLOR_BTNFACE));
     if (mvarIsRefusal) {
         const int side = area.bottom - area.top;
-        const int distance = mvarForm.Layout().Scaled(gap);
+        const int distance = mvarForm.Layout().Scaled(besideSign);
         DrawIconEx(context, area.left + distance, area.top, LoadIconW(nullptr, IDI_WARNING), side, side, 0, nullptr,
                    DI_NORMAL);
         area.left += side + 2 * distance;

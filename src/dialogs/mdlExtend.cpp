@@ -11,7 +11,7 @@ namespace kestrel::dialogs {
 namespace {
 
 // A number has few digits; what is longer is no number and stays.
-constexpr int longest = 64;
+constexpr int longestText = 64;
 
 template <class Structure>
 LPARAM Parameter(Structure& structure) noexcept {
@@ -25,13 +25,13 @@ LRESULT Send(HWND control, UINT message, LRESULT place, LPARAM parameter = 0) no
 void LocaliseTabTip(HWND tabs, LRESULT place) {
     const auto tips = reinterpret_cast<HWND>(Send(tabs, TCM_GETTOOLTIPS, 0));
     if (tips == nullptr) return;
-    wchar_t text[longest] = {};
+    wchar_t text[longestText] = {};
     TTTOOLINFOW tool{};
     tool.cbSize = TTTOOLINFOW_V2_SIZE; // what every version of the controls accepts
     tool.hwnd = tabs;
     tool.uId = static_cast<UINT_PTR>(place);
     tool.lpszText = text;
-    Send(tips, TTM_GETTEXTW, longest, Parameter(tool));
+    Send(tips, TTM_GETTEXTW, longestText, Parameter(tool));
     auto tip = CaptionFor(false, text);
     if (!tip) return;
     tool.lpszText = tip->data();
@@ -41,11 +41,11 @@ void LocaliseTabTip(HWND tabs, LRESULT place) {
 void LocaliseTabs(HWND tabs) {
     const LRESULT count = Send(tabs, TCM_GETITEMCOUNT, 0);
     for (LRESULT place = 0; place < count; ++place) {
-        wchar_t text[longest] = {};
+        wchar_t text[longestText] = {};
         TCITEMW item{};
         item.mask = TCIF_TEXT;
         item.pszText = text;
-        item.cchTextMax = longest;
+        item.cchTextMax = longestText;
         Send(tabs, TCM_GETITEMW, place, Parameter(item));
         auto caption = CaptionFor(false, text);
         if (caption) {
@@ -60,12 +60,12 @@ void LocaliseButtons(HWND toolbar) {
     const LRESULT count = Send(toolbar, TB_BUTTONCOUNT, 0);
     for (LRESULT place = 0; place < count; ++place) {
         TBBUTTON button{};
-        wchar_t text[longest] = {};
+        wchar_t text[longestText] = {};
         TBBUTTONINFOW info{};
         info.cbSize = sizeof info;
         info.dwMask = TBIF_TEXT;
         info.pszText = text;
-        info.cchText = longest;
+        info.cchText = longestText;
         Send(toolbar, TB_GETBUTTON, place, Parameter(button));
         Send(toolbar, TB_GETBUTTONINFOW, button.idCommand, Parameter(info));
         auto tip = CaptionFor(false, text);
@@ -78,11 +78,11 @@ void LocaliseButtons(HWND toolbar) {
 void LocaliseColumns(HWND list) {
     const LRESULT count = Send(reinterpret_cast<HWND>(Send(list, LVM_GETHEADER, 0)), HDM_GETITEMCOUNT, 0);
     for (LRESULT place = 0; place < count; ++place) {
-        wchar_t text[longest] = {};
+        wchar_t text[longestText] = {};
         LVCOLUMNW column{};
         column.mask = LVCF_TEXT;
         column.pszText = text;
-        column.cchTextMax = longest;
+        column.cchTextMax = longestText;
         Send(list, LVM_GETCOLUMNW, place, Parameter(column));
         auto heading = CaptionFor(false, text);
         if (!heading) continue;

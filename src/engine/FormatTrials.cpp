@@ -11,16 +11,16 @@ namespace kestrel {
 namespace {
 
 // What the platform formats without losing a digit.
-constexpr std::size_t MostDigits = 28;
+constexpr std::size_t MostDigitsTried = 28;
 // Long enough for what a format may put around a text, short enough to try them all.
-constexpr std::size_t LongestText = 32;
+constexpr std::size_t LongestTextTried = 32;
 
 String KeyOf(const String& format, std::int32_t length) { return ToText(length) + L' ' + format; }
 
 // The smallest and the largest number of each count of digits, the longest first.
 std::vector<String> Numbers(std::size_t length) {
     std::vector<String> numbers;
-    for (std::size_t digits = std::min(length, MostDigits); digits >= 1; --digits) {
+    for (std::size_t digits = std::min(length, MostDigitsTried); digits >= 1; --digits) {
         numbers.push_back(L'1' + String(digits - 1, L'0'));
         numbers.emplace_back(digits, L'9');
     }
@@ -50,7 +50,7 @@ String Letters(std::size_t length) {
 
 std::vector<String> Texts(std::size_t length) {
     std::vector<String> texts{Letters(length)};
-    for (std::size_t size = std::min(length - 1, LongestText); size >= 1; --size)
+    for (std::size_t size = std::min(length - 1, LongestTextTried); size >= 1; --size)
         texts.push_back(Letters(size));
     return texts;
 }

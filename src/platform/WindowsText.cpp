@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "common/PlainText.h"
 #include "platform/PlainFormats.h"
 #include "platform/Variant.h"
 
@@ -31,11 +32,7 @@ Variant ValueToFormat(const String& value, const String& format) {
     return variant;
 }
 
-enum class Answer { Same, Different, AskTheSystem };
-
-wchar_t FoldedAscii(wchar_t character) noexcept {
-    return character >= L'A' && character <= L'Z' ? static_cast<wchar_t>(character - L'A' + L'a') : character;
-}
+enum class Likeness { Same, Different, AskTheSystem };
 
 wchar_t RaisedAscii(wchar_t character) noexcept {
     return character >= L'a' && character <= L'z' ? static_cast<wchar_t>(character - L'a' + L'A') : character;
@@ -52,17 +49,17 @@ bool DifferInAscii(wchar_t left, wchar_t right) noexcept {
 // Decides at the last character, by which most texts of a list differ, or else at the first difference, where both
 // characters are printable ASCII. Anything else may be ignored, or stand for several characters, and is the system's
 // affair.
-Answer CompareAscii(StringView left, StringView right) noexcept {
-    if (!left.empty() && !right.empty() && DifferInAscii(left.back(), right.back())) return Answer::Different;
+Likeness CompareAscii(StringView left, StringView right) noexcept {
+    if (!left.empty() && !right.empty() && DifferInAscii(left.back(), right.back())) return Likeness::Different;
     const std::size_t common = std::min(left.size(), right.size());
     for (std::size_t i = 0; i < common; ++i) {
         if (left[i] == right[i]) continue;
-        if (!IsPrintableAscii(left[i]) || !IsPrintableAscii(right[i])) return Answer::AskTheSystem;
-        if (FoldedAscii(left[i]) != FoldedAscii(right[i])) return Answer::Different;
+        if (!IsPrintableAscii(left[i]) || !IsPrintableAscii(right[i])) return Likeness::AskTheSystem;
+        if (FoldedAscii(left[i]) != FoldedAscii(right[i])) return Likeness::Different;
     }
     const StringView rest = (left.size() > right.size() ? left : right).substr(common);
-    if (rest.empty()) return Answer::Same;
-    return IsPrintableAscii(rest.front()) ? Answer::Different : Answer::AskTheSystem;
+    if (rest.empty()) return Likeness::Same;
+    return IsPrintableAscii(rest.front()) ? Likeness::Different : Likeness::AskTheSystem;
 }
 
 // Case mapping without linguistic rules, which are the only ones that differ among locales.
@@ -84,7 +81,7 @@ LPOLESTR ForReading(const String& text) noexcept { return const_cast<LPOLESTR>(t
 
 // What apply(variant, text) makes of the value; the value where it fails.
 template <class Apply>
-String Formatted(const String& value, const String& format, Apply apply) {
+String FormattedBy(const String& value, const String& format, Apply apply) {
     Variant variant = ValueToFormat(value, format);
     Bstr text;
     return SUCCEEDED(apply(variant.Out(), text.Out())) ? text.Text() : value;
@@ -96,13 +93,13 @@ String WindowsText::Format(const String& value, const String& format) const {
     if (auto plain = PlainlyFormatted(value, format)) return *std::move(plain);
     PreparedFormats::Tokens tokens{};
     if (!mvarPrepared.Prepare(format, GetUserDefaultLCID(), tokens)) return FormatByPlatform(value, format);
-    return Formatted(value, format, [&](VARIANT* variant, BSTR* text) {
+    return FormattedBy(value, format, [&](VARIANT* variant, BSTR* text) {
         return VarFormatFromTokens(variant, ForReading(format), tokens.data(), 0, text, LOCALE_USER_DEFAULT);
     });
 }
 
 String WindowsText::FormatByPlatform(const String& value, const String& format) {
-    return Formatted(value, format, [&format](VARIANT* variant, BSTR* text) {
+    return FormattedBy(value, format, [&format](VARIANT* variant, BSTR* text) {
         return VarFormat(variant, ForReading(format), PreparedFormats::WeekBeginsOnSunday,
                          PreparedFormats::YearBeginsOnFirstOfJanuary, 0, text);
     });
@@ -121,8 +118,8 @@ std::optional<Date> WindowsText::ParseDate(const String& text) const {
 }
 
 bool WindowsText::SameText(StringView left, StringView right) const {
-    const Answer answer = CompareAscii(left, right);
-    if (answer != Answer::AskTheSystem) return answer == Answer::Same;
+    const Likeness answer = CompareAscii(left, right);
+    if (answer != Likeness::AskTheSystem) return answer == Likeness::Same;
     return CompareStringEx(LOCALE_NAME_USER_DEFAULT, TextComparison, left.data(), static_cast<int>(left.size()),
                            right.data(), static_cast<int>(right.size()), nullptr, nullptr, 0) == CSTR_EQUAL;
 }

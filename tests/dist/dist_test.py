@@ -135,7 +135,7 @@ class CacheTest(unittest.TestCase):
 
     OBJECTS = (
         "hosts/CMakeFiles/portable.dir/samples/portable/portable.cpp.obj",
-        "src/CMakeFiles/Kestrel.dir/automation/faces/ListFace.cpp.obj",  # with headers that the build made
+        "src/CMakeFiles/Kestrel.dir/generated/Kestrel.cpp.obj",  # a source that the build made, with headers that it made
         "ledger/CMakeFiles/kledger.dir/cli/Main.cpp.obj",
     )
 

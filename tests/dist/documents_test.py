@@ -57,6 +57,19 @@ class DocumentsTest(unittest.TestCase):
         [script] = re.findall(r"^```vbs\n(.*?)^```$", (ROOT / "README.md").read_text(encoding="utf-8"), re.MULTILINE | re.DOTALL)
         self.assertEqual(script, (ROOT / "hosts" / "samples" / "first.vbs").read_text(encoding="utf-8"))
 
+    def test_the_databases_are_those_of_the_program(self):
+        first = (ROOT / "README.md").read_text(encoding="utf-8")
+        options = (ROOT / "ledger" / "cli" / "Options.h").read_text(encoding="utf-8")
+        options += (ROOT / "ledger" / "cli" / "Options.cpp").read_text(encoding="utf-8")
+        said = re.search(r"`(\w+)` in the environment, or else in `([\w.]+)`", first).groups()
+        self.assertEqual(said, (re.search(r'envname\("(\w+)"\)', options).group(1),
+                                re.search(r'database = L"([\w.]+)"', options).group(1)))
+        operating = (ROOT / "docs" / "operating.md").read_text(encoding="utf-8")
+        connections = re.findall(r'"(Driver=[^"]+)"', first)
+        self.assertEqual(len(connections), 2)
+        for connection in connections:
+            self.assertIn(f"`{connection}`", operating)
+
     def test_the_version_is_the_projects(self):
         lists = (ROOT / "CMakeLists.txt").read_text(encoding="utf-8")
         version = re.search(r"project\(Kestrel VERSION ([0-9.]+) ", lists).group(1)

@@ -60,6 +60,12 @@ class PackagesTest(unittest.TestCase):
         self.assertEqual(disabled, ["disable --quiet postgresql", "disable --quiet mariadb"])
         self.assertFalse(self.policy.exists())
 
+    def test_the_samples_of_other_languages_need_no_server(self):
+        installed, disabled = self.run_script("--clients")
+        self.assertEqual(({"fp-compiler-3.2.2", "fpc-source-3.2.2"} | NEEDED) - installed, set())
+        self.assertEqual(installed & (SERVERS | CHECKERS), set())
+        self.assertEqual(disabled, [])
+
     def test_a_server_that_was_there_stays_as_it_is(self):
         (self.work / "postgresql.service").touch()
         _, disabled = self.run_script("--all")

@@ -28,6 +28,20 @@ class DocumentTest(unittest.TestCase):
         self.assertEqual((done.returncode, done.stderr), (0, ""))
 
 
+class ErrorsTest(unittest.TestCase):
+    # Held by other tests: a number beyond all bounds, a host that does not save, a last code of another length.
+    ELSEWHERE = {6: ("automation/LimitsTest.cpp", "Overflow"), 2005: ("scripts/kestrel/boxes.vbs", "not saved after all\", 2005"),
+                 2035: ("scripts/kestrel/guide.vbs", "LibraryError(2035)")}
+
+    def test_every_line_of_the_table_is_run(self):
+        table = {int(line.split(" |")[0]) for line in (ROOT / "tools" / "reference-errors.txt").read_text().splitlines()}
+        script = (ROOT / "tests" / "scripts" / "kestrel" / "errors.js").read_text(encoding="utf-8")
+        run = {int(number) for number in re.findall(r"^expect(?:Reason)?\((\d+)", script, re.MULTILINE)}
+        self.assertEqual(run | self.ELSEWHERE.keys(), table)
+        for number, (file, words) in self.ELSEWHERE.items():
+            self.assertTrue(words in (ROOT / "tests" / file).read_text(encoding="utf-8"), number)
+
+
 class ExamplesTest(unittest.TestCase):
     def setUp(self):
         done = subprocess.run([LAUNCHER, str(BUILD / "kscript.exe"), "--check-heap", "--answer", "yes", "examples.vbs"],

@@ -1,4 +1,5 @@
-// The same in C#, with the component's type library referenced (Add Reference > COM > Kestrel) and any ADO.NET provider.
+// The pattern of host.cpp in C#, with the type library referenced (Add Reference > COM > Kestrel) and any ADO.NET provider.
+// Not run by the tests: it takes .NET on Windows. C# 9 or newer.
 using System;
 using System.Data;
 using System.Data.Common;
@@ -18,8 +19,8 @@ sealed class GaplessIssuer
         rule.GetLastCode += OnGetLastCode;
     }
 
-    // Tries again with the next number when somebody else was first.
-    public string Issue(string year)
+    // The code that the ticket has, or a new one. Tries again with the next number when somebody else was first.
+    public string Issue(string ticket, string year)
     {
         rule.UsrFields["Year"].Value = year;
         for (var attempt = 0; attempt < 200; attempt++)
@@ -28,8 +29,9 @@ sealed class GaplessIssuer
             {
                 try
                 {
+                    if (Run("SELECT code FROM codes WHERE ticket = @p0", ticket) is string known) return known;
                     var code = rule.GetCode(GetStyles.gsNewCode);
-                    Run("INSERT INTO codes (code) VALUES (@p0)", code);
+                    Run("INSERT INTO codes (code, ticket) VALUES (@p0, @p1)", code, ticket);
                     Run("INSERT INTO numbers (series, number, code) VALUES (@p0, @p1, @p2)",
                         series, long.Parse(code.Substring(code.Length - 6)), code);
                     transaction.Commit();

@@ -1,6 +1,7 @@
 // The smallest host that issues codes safely for many programs at once, by either policy.
 //
-// usage: hosting_sample DATABASE RULE gapless|fast COUNT     issues codes of the year 2024
+// usage: hosting_sample DATABASE RULE gapless|fast COUNT TICKET     issues codes of the year 2024, for the requests
+// TICKET-1, TICKET-2 and so on; the same requests again get the same codes
 #include <algorithm>
 
 #include "hosts/common/Console.h"
@@ -17,9 +18,12 @@ constexpr std::int64_t LeaseSize = 50;
 
 // [tables]
 // The first key lets nobody store a code twice. The second one lets nobody take a number of a series twice, also where
-// the codes differ in other bands, and its end is the highest number.
+// the codes differ in other bands, and its end is the highest number. The ticket is the request's own name: with a key
+// on it a request that is made again, because nobody knows whether the first attempt was stored, gets the code that it
+// has.
 void MakeTables(Database& database) {
-    database.Run(L"CREATE TABLE IF NOT EXISTS codes (code VARCHAR(100) NOT NULL PRIMARY KEY)");
+    database.Run(L"CREATE TABLE IF NOT EXISTS codes (code VARCHAR(100) NOT NULL PRIMARY KEY, "
+                 L"ticket VARCHAR(100) NOT NULL UNIQUE)");
     database.Run(L"CREATE TABLE IF NOT EXISTS numbers (series VARCHAR(100) NOT NULL, number BIGINT NOT NULL, "
                  L"code VARCHAR(100) NOT NULL, PRIMARY KEY (series, number))");
     database.Run(L"CREATE TABLE IF NOT EXISTS leases (series VARCHAR(100) NOT NULL, first_number BIGINT NOT NULL, "
@@ -28,8 +32,16 @@ void MakeTables(Database& database) {
 // [tables]
 
 // [store]
-void Store(Database& database, const std::wstring& series, std::int64_t number, const std::wstring& code) {
-    database.Prepare(L"INSERT INTO codes (code) VALUES (?)").Set(code).Execute();
+// Empty when the request has none yet.
+std::wstring CodeOf(Database& database, const std::wstring& ticket) {
+    Statement& row = database.Prepare(L"SELECT code FROM codes WHERE ticket = ?");
+    row.Set(ticket).Execute();
+    return row.Fetch() ? row.Text(1) : std::wstring();
+}
+
+void Store(Database& database, const std::wstring& ticket, const std::wstring& series, std::int64_t number,
+           const std::wstring& code) {
+    database.Prepare(L"INSERT INTO codes (code, ticket) VALUES (?, ?)").Set(code).Set(ticket).Execute();
     database.Prepare(L"INSERT INTO numbers (series, number, code) VALUES (?, ?, ?)")
         .Set(series)
         .Set(number)
@@ -49,15 +61,16 @@ std::wstring LastCode(Database& database, const std::wstring& series) {
     return row.Fetch() ? row.Text(1) : std::wstring();
 }
 
-std::wstring IssueGapless(Database& database, hosts::Rule& rule) {
+std::wstring IssueGapless(Database& database, hosts::Rule& rule, const std::wstring& ticket) {
     return InTransaction(database, Patience(30s), OnUniqueKey::Retry, [&] {
+        if (std::wstring known = CodeOf(database, ticket); !known.empty()) return known;
         std::wstring series;
         rule.OnLastCode([&](const std::wstring& pattern) {
             series = pattern; // a name for the series, not a pattern to search by
             return LastCode(database, series);
         });
         std::wstring code = rule.NextCode();
-        Store(database, series, NumberOf(code), code);
+        Store(database, ticket, series, NumberOf(code), code);
         return code;
     });
 }
@@ -89,7 +102,14 @@ class FastIssuer {
   public:
     FastIssuer(Database& database, hosts::Rule& rule) : mvarDatabase(database), mvarRule(rule) {}
 
-    std::wstring Issue() {
+    std::wstring Issue(const std::wstring& ticket) {
+        std::wstring known =
+            InTransaction(mvarDatabase, Patience(30s), OnUniqueKey::Fail, [&] { return CodeOf(mvarDatabase, ticket); });
+        return known.empty() ? IssueNew(ticket) : known;
+    }
+
+  private:
+    std::wstring IssueNew(const std::wstring& ticket) {
         std::wstring series;
         mvarRule.OnLastCode([&](const std::wstring& pattern) {
             series = pattern;
@@ -98,14 +118,13 @@ class FastIssuer {
         });
         std::wstring code = mvarRule.NextCode();
         InTransaction(mvarDatabase, Patience(30s), OnUniqueKey::Fail, [&] {
-            Store(mvarDatabase, series, NumberOf(code), code);
+            Store(mvarDatabase, ticket, series, NumberOf(code), code);
             return true;
         });
         ++mvarNext;
         return code;
     }
 
-  private:
     void Lease(const std::wstring& series) {
         mvarNext = TakeLease(mvarDatabase, series);
         mvarEnd = mvarNext + LeaseSize;
@@ -127,7 +146,7 @@ class FastIssuer {
 // [fast]
 
 int Run(const std::vector<std::wstring>& arguments) {
-    if (arguments.size() != 4) throw hosts::HostError(L"usage: hosting_sample DATABASE RULE gapless|fast COUNT");
+    if (arguments.size() != 5) throw hosts::HostError(L"usage: hosting_sample DATABASE RULE gapless|fast COUNT TICKET");
     const hosts::Apartment apartment;
     const std::unique_ptr<Database> opened = OpenDatabase(arguments[0], Patience(30s));
     Database& database = *opened;
@@ -139,8 +158,9 @@ int Run(const std::vector<std::wstring>& arguments) {
     rule.Load(hosts::ReadDefinitionFile(arguments[1]));
     rule.SetValue(L"Year", L"2024");
     FastIssuer fast(database, rule);
-    for (int count = std::stoi(arguments[3]); count > 0; --count) {
-        hosts::PrintLine(arguments[2] == L"fast" ? fast.Issue() : IssueGapless(database, rule));
+    for (int request = 1; request <= std::stoi(arguments[3]); ++request) {
+        const std::wstring ticket = arguments[4] + L"-" + std::to_wstring(request);
+        hosts::PrintLine(arguments[2] == L"fast" ? fast.Issue(ticket) : IssueGapless(database, rule, ticket));
         hosts::FlushOut(); // only what is stored is handed out
     }
     return 0;

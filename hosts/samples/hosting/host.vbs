@@ -1,34 +1,39 @@
 ' The smallest host that issues codes safely for many programs at once, by either policy, over ADO.
 '
-'   kscript host.vbs CONNECTION RULE gapless|fast COUNT     issues codes of the year 2024
+'   kscript host.vbs CONNECTION RULE gapless|fast COUNT TICKET
+'
+' issues codes of the year 2024 for the requests TICKET-1, TICKET-2 and so on; the same requests again get the same codes. The
+' file RULE is UTF-16, for reading as for writing: the one encoding of these files that holds every definition.
 Option Explicit
 
 Const gsNewCode = 1
 Const ForReading = 1
+Const AsUnicode = -1
 Const adStateOpen = 1
 Const LeaseSize = 50
 Const Attempts = 200
-Dim rule, database, policy, series, leased, nextNumber, endNumber, count
+Dim rule, database, files, policy, series, leased, nextNumber, endNumber, count
 
 Set rule = WScript.CreateObject("Kestrel.CodeClass", "rule_")
 Set database = CreateObject("ADODB.Connection")
 database.Open WScript.Arguments.Item(0)
-rule.Load CreateObject("Scripting.FileSystemObject").OpenTextFile(WScript.Arguments.Item(1), ForReading).ReadAll
+Set files = CreateObject("Scripting.FileSystemObject")
+rule.Load files.OpenTextFile(WScript.Arguments.Item(1), ForReading, False, AsUnicode).ReadAll
 rule.UsrFields("Year").Value = "2024"
 policy = WScript.Arguments.Item(2)
 For count = 1 To CInt(WScript.Arguments.Item(3))
-    WScript.Echo Issue()
+    WScript.Echo Issue(WScript.Arguments.Item(4) & "-" & count)
 Next
 database.Close
 WScript.Quit 0
 
 ' [issue]
-' Each attempt is a transaction that reads, issues and stores. The loser of a key rolls back and reads again; what would
-' fail again is not tried again.
-Function Issue()
+' The code that the ticket has, or a new one. Each attempt is a transaction that reads, issues and stores. The loser of a key
+' rolls back and reads again; what would fail again is not tried again.
+Function Issue(ticket)
     Dim attempt, code
     For attempt = 1 To Attempts
-        code = TryToIssue()
+        code = TryToIssue(ticket)
         If code <> "" Then
             Issue = code
             Exit Function
@@ -39,16 +44,18 @@ Function Issue()
 End Function
 
 ' Empty when somebody else was first.
-Function TryToIssue()
-    Dim code, number, description, retry
+Function TryToIssue(ticket)
+    Dim code, number, description, retry, isNew
     On Error Resume Next
     database.Errors.Clear
     database.BeginTrans
-    code = rule.GetCode(gsNewCode)
-    If Err.Number = 0 Then Store code
+    code = One("SELECT code FROM codes WHERE ticket = " & Quoted(ticket))
+    isNew = (code = "")
+    If Err.Number = 0 And isNew Then code = rule.GetCode(gsNewCode)
+    If Err.Number = 0 And isNew Then Store ticket, code
     If Err.Number = 0 Then database.CommitTrans
     If Err.Number = 0 Then
-        If policy = "fast" Then nextNumber = nextNumber + 1
+        If isNew And policy = "fast" Then nextNumber = nextNumber + 1
         TryToIssue = code
         Exit Function
     End If
@@ -72,8 +79,8 @@ Function MayBeRetried()
     End Select
 End Function
 
-Sub Store(code)
-    database.Execute "INSERT INTO codes (code) VALUES (" & Quoted(code) & ")"
+Sub Store(ticket, code)
+    database.Execute "INSERT INTO codes (code, ticket) VALUES (" & Quoted(code) & ", " & Quoted(ticket) & ")"
     database.Execute "INSERT INTO numbers (series, number, code) VALUES (" & Quoted(series) & ", " & _
         CLng(Right(code, 6)) & ", " & Quoted(code) & ")"
 End Sub

@@ -81,6 +81,19 @@ Check "the year itself", rule.GetCode, "2024"
 rule.ExpCode "2024"
 Check "can", band.Value, "2024"
 
+' Two numbers in one rule: each asks for its own series, and counts by its own.
+NewRule
+rule.Add "Prefix", bsFixed, , "A"
+rule.Add("Total", bsIncreaseNumber, , "1", , 3, "000").TrackBands.Add "Prefix"
+rule.Add "Dash", bsFixed, , "-"
+rule.Add "Year", bsUsrField, , , rule.UsrFields.Add("Year", , "2026"), 4
+rule.Add("OfYear", bsIncreaseNumber, , "1", , 2, "00").TrackBands.Add "Year"
+Check "both begin", rule.GetCode(gsNewCode), "A001-202601"
+Check "each asks, the fixed bands and what it tracks standing", asked, "A???-?????? A???-2026?? "
+lastCode = "A007-202603"
+Check "the last code of each series is the other's too here", rule.GetCode(gsNewCode), "A008-202604"
+Check "each number by its band", rule.Band("Total").Value & " " & rule.Band("OfYear").Value, "008 04"
+
 ' The definition string.
 NewRule
 Set number = NewNumber()

@@ -1,0 +1,76 @@
+"""The program of hosts/samples/clients in languages with tools of their own: each prints the same lines.
+
+Needs what ./test-clients fetches; the 64-bit component must be registered.
+"""
+import json
+import pathlib
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+from windows_program import ROOT, path
+
+SAMPLES = ROOT / "hosts" / "samples" / "clients"
+DOTNET = ROOT / "build" / "dotnet"
+LINES = (ROOT / "tests" / "scripts" / "samples" / "clients.out").read_text(encoding="ascii")
+# What the samples use of the framework.
+ASSEMBLIES = ("System.Private.CoreLib", "System.Runtime", "System.Console", "System.Collections", "System.Linq",
+              "System.Runtime.InteropServices", "System.Runtime.Extensions")
+
+
+class Client(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+
+    def run_tool(self, tool, *arguments):
+        """What it prints, when it succeeds."""
+        done = subprocess.run([str(ROOT / "tools" / tool), *map(str, arguments)], cwd=self.folder, capture_output=True,
+                              stdin=subprocess.DEVNULL, timeout=300, check=False)
+        self.assertEqual(done.returncode, 0, (done.stdout + done.stderr).decode("utf-8", "replace"))
+        return done.stdout.decode("ascii").replace("\r", "")
+
+
+class DotNet(Client):
+    def setUp(self):
+        super().setUp()
+        [self.framework] = (DOTNET / "shared" / "Microsoft.NETCore.App").iterdir()
+        self.compile("csc", "-langversion:5", "-target:library", "-out:Kestrel.Interop.dll", path(SAMPLES / "Kestrel.cs"))
+        runtime = {"name": "Microsoft.NETCore.App", "version": self.framework.name}
+        (self.folder / "Client.runtimeconfig.json").write_text(json.dumps({"runtimeOptions": {"framework": runtime}}))
+
+    def dotnet(self, *arguments):
+        return self.run_tool("wine.sh", DOTNET / "dotnet.exe", "exec", *arguments)
+
+    def compile(self, compiler, *arguments):
+        [program] = DOTNET.glob(f"sdk/*/Roslyn/bincore/{compiler}.dll")
+        references = [f"-r:{path(self.framework / name)}.dll" for name in ASSEMBLIES]
+        self.dotnet(path(program), "-nologo", "-noconfig", "-nostdlib", *references, *arguments)
+
+
+class CSharp(DotNet):
+    def test_prints_the_lines(self):
+        self.compile("csc", "-langversion:6", "-r:Kestrel.Interop.dll", "-out:Client.dll", path(SAMPLES / "Client.cs"))
+        self.assertEqual(self.dotnet("Client.dll"), LINES)
+
+
+class VisualBasic(DotNet):
+    def test_prints_the_lines(self):
+        self.compile("vbc", "-langversion:14", "-vbruntime*", "-r:Kestrel.Interop.dll", "-out:Client.dll",
+                     path(SAMPLES / "Client.vb"))
+        self.assertEqual(self.dotnet("Client.dll"), LINES)
+
+
+class ObjectPascal(Client):
+    def test_prints_the_lines(self):
+        """Against the unit that Free Pascal's own importer makes of the type library."""
+        self.run_tool("pascal.sh", ROOT / "tests" / "clients" / "importer.pas", self.folder / "importer.exe")
+        library = ROOT / "build" / "x64" / "src" / "generated" / "Kestrel.tlb"
+        self.run_tool("wine.sh", self.folder / "importer.exe", path(library), path(self.folder))
+        self.run_tool("pascal.sh", SAMPLES / "client.pas", self.folder / "client.exe")
+        self.assertEqual(self.run_tool("wine.sh", self.folder / "client.exe"), LINES)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
