@@ -1,5 +1,5 @@
-// What relation trees cost: building, importing, exporting, converting, removing, for flat and layered trees of growing
-// size, import and conversion side by side with the bare work that they cannot do without.
+// What relation trees cost: building, renaming, importing, exporting, converting, removing, for flat and layered trees
+// of growing size, side by side with the bare work that they cannot do without.
 #include <array>
 #include <utility>
 #include <vector>
@@ -16,16 +16,18 @@ using namespace kestrel::test;
 
 enum class Shape { Flat, Layered };
 
-constexpr std::array<int, 3> Sizes = {1'000, 10'000, 100'000};
+constexpr std::array<int, 4> Sizes = {1'000, 10'000, 100'000, 300'000};
 
 struct Times {
     int size = 0;
     std::size_t length = 0; // of the tree's text
     Microseconds build = 0;
+    Microseconds rename = 0; // every Text and Tag
     Microseconds import = 0;
     Microseconds split = 0; // into fields, as texts
     Microseconds views = 0; // over the fields, in place
     Microseconds write = 0;
+    Microseconds join = 0;
     Microseconds convert = 0;
     Microseconds remove = 0;
     Microseconds clear = 0;
@@ -57,22 +59,30 @@ String TextOf(Shape shape, int size) {
     return text;
 }
 
-Ref<cNodes> Build(Shape shape, int size) {
+void Build(cNodes& tree, Shape shape, int size) {
     const int branching = Branching(shape, size);
-    auto tree = Make<cNodes>();
     for (int number = 1; number <= size; ++number) {
         const int parent = ParentOf(number, branching, size);
         if (parent == 0)
-            tree->Add({}, tvwFirst, Code(number), Value(number));
+            tree.Add({}, tvwFirst, Code(number), Value(number));
         else
-            tree->Add(parent, tvwChild, Code(number), Value(number));
+            tree.Add(parent, tvwChild, Code(number), Value(number));
     }
-    return tree;
 }
 
+void RenameAll(cNodes& tree) {
+    for (std::int32_t position = 1; position <= tree.Count(); ++position) {
+        const auto node = tree.Node(position);
+        node->SetText(L"D" + ToText(position));
+        node->SetTag(L"other " + ToText(position));
+    }
+}
+
+using Records = std::vector<std::vector<String>>;
+
 // The text as the list of its records, each the list of its fields.
-void SplitIntoFields(const String& text) {
-    std::vector<std::vector<String>> records;
+Records SplitIntoFields(const String& text) {
+    Records records;
     Splitter splitter(text, L';');
     while (const auto record = splitter.Next()) {
         std::vector<String> fields;
@@ -81,7 +91,15 @@ void SplitIntoFields(const String& text) {
             fields.emplace_back(*piece);
         records.push_back(std::move(fields));
     }
-    Use(records);
+    return records;
+}
+
+String JoinFields(const Records& records) {
+    std::vector<String> texts;
+    texts.reserve(records.size());
+    for (const auto& fields : records)
+        texts.push_back(Join(fields, L","));
+    return Join(texts, L";");
 }
 
 void WalkFields(const String& text) {
@@ -105,7 +123,12 @@ Times MeasureOnce(Shape shape, int size) {
     times.length = text.size();
     times.import = BestOf(
         runs, [] { return Make<cNodes>(); }, [&text](auto& target) { target->ImportNodes(text); });
-    times.split = BestOf(runs, [&text] { SplitIntoFields(text); });
+    times.build = BestOf(
+        runs, [] { return Make<cNodes>(); }, [&](auto& target) { Build(*target, shape, size); });
+    times.rename = BestOf(runs, imported, [](auto& target) { RenameAll(*target); });
+    times.split = BestOf(runs, [&text] { Use(SplitIntoFields(text)); });
+    times.join = BestOf(
+        runs, [&text] { return SplitIntoFields(text); }, [](const auto& records) { Use(JoinFields(records)); });
     times.views = BestOf(runs, [&text] { WalkFields(text); });
     times.write = BestOf(runs, [&tree] { Use(tree->ExportNodes()); });
     times.convert = BestOf(runs, [&] {
@@ -118,8 +141,8 @@ Times MeasureOnce(Shape shape, int size) {
 }
 
 void KeepBest(Times& best, const Times& times) {
-    for (const auto step :
-         {&Times::import, &Times::split, &Times::views, &Times::write, &Times::convert, &Times::remove, &Times::clear})
+    for (const auto step : {&Times::build, &Times::rename, &Times::import, &Times::split, &Times::views, &Times::write,
+                            &Times::join, &Times::convert, &Times::remove, &Times::clear})
         best.*step = best.size == 0 ? times.*step : std::min(best.*step, times.*step);
     best.size = times.size;
     best.length = times.length;
@@ -127,21 +150,19 @@ void KeepBest(Times& best, const Times& times) {
 
 // The sizes in turn, round by round: a machine that is slower for a while is so for all of them.
 std::array<Times, Sizes.size()> Measure(Shape shape) {
-    constexpr int rounds = 10;
+    constexpr int rounds = 6;
     std::array<Times, Sizes.size()> times;
     for (int round = 0; round < rounds; ++round)
         for (std::size_t i = 0; i < Sizes.size(); ++i)
             KeepBest(times[i], MeasureOnce(shape, Sizes[i]));
-    for (auto& row : times)
-        row.build = BestOf(row.size > 10'000 ? 2 : 5, [&] { Use(Build(shape, row.size)); });
     return times;
 }
 
 void Print(const Times& times) {
     const auto perNode = [&times](Microseconds time) { return time * 1000 / times.size; };
-    std::printf("%8d%11.0f", times.size, perNode(times.build));
-    for (const auto time :
-         {times.import, times.split, times.views, times.write, times.convert, times.remove, times.clear})
+    std::printf("%8d", times.size);
+    for (const auto time : {times.build, times.rename, times.import, times.split, times.views, times.write, times.join,
+                            times.convert, times.remove, times.clear})
         std::printf("%9.1f", perNode(time));
     std::printf("\n");
 }
@@ -150,31 +171,35 @@ void Print(const Times& times) {
 // its length.
 void Judge(const char* name, const std::array<Times, Sizes.size()>& times, Verdicts& verdicts) {
     const Times& small = times[0];
-    const Times& middle = times[1];
-    const Times& large = times[2];
+    const Times& middle = times[2];
+    const Times& large = times[3];
     const auto byText = [&](Microseconds Times::*step) {
-        return Exponent(static_cast<double>(middle.length), middle.*step, static_cast<double>(large.length),
-                        large.*step);
+        return Exponent(static_cast<double>(small.length), small.*step, static_cast<double>(large.length), large.*step);
     };
     const auto byNodes = [&](Microseconds Times::*step) {
-        return Exponent(middle.size, middle.*step, large.size, large.*step);
+        return Exponent(small.size, small.*step, large.size, large.*step);
     };
-    std::printf("%s, growth exponent from %d to %d nodes, with the text: import %.2f, split %.2f, export %.2f; with "
-                "the nodes: convert %.2f, remove %.2f, clear %.2f\n",
-                name, middle.size, large.size, byText(&Times::import), byText(&Times::split), byText(&Times::write),
-                byNodes(&Times::convert), byNodes(&Times::remove), byNodes(&Times::clear));
-    verdicts.AtMost("Add, per node of the largest tree to one of the smallest",
-                    (large.build / large.size) / (small.build / small.size), 1.5);
-    verdicts.AtMost("import, growth exponent", byText(&Times::import), 1.1);
-    verdicts.AtMost("export, growth exponent", byText(&Times::write), 1.1);
-    for (const auto& row : times)
-        verdicts.AtMost("import to splitting the same text into its fields", row.import / row.split, 4);
+    const auto growth = [&](Microseconds Times::*step) {
+        return (middle.*step / middle.size) / (small.*step / small.size);
+    };
+    std::printf("%s, growth exponent from %d to %d nodes, with the text: import %.2f, split %.2f, export %.2f, join "
+                "%.2f; with the nodes: convert %.2f, remove %.2f, clear %.2f\n",
+                name, small.size, large.size, byText(&Times::import), byText(&Times::split), byText(&Times::write),
+                byText(&Times::join), byNodes(&Times::convert), byNodes(&Times::remove), byNodes(&Times::clear));
+    verdicts.AtMost("Add, per node of 100,000 to one of 1,000", growth(&Times::build), 1.5);
+    verdicts.AtMost("setting Text and Tag, per node of 100,000 to one of 1,000", growth(&Times::rename), 1.5);
+    verdicts.AtMost("import, growth exponent", byText(&Times::import), 1.05);
+    verdicts.AtMost("export, growth exponent", byText(&Times::write), 1.05);
+    for (const auto& row : times) {
+        verdicts.AtMost("import to splitting the same text into its fields", row.import / row.split, 1.5);
+        verdicts.AtMost("export to joining the same text of its fields", row.write / row.join, 1.5);
+    }
 }
 
 void MeasureShape(Shape shape, const char* name, Verdicts& verdicts) {
     std::printf("\n%s trees, nanoseconds per node of the tree:\n", name);
-    std::printf("%8s%11s%9s%9s%9s%9s%9s%9s%9s\n", "nodes", "build", "import", "split", "walk", "export", "convert",
-                "remove", "clear");
+    std::printf("%8s%9s%9s%9s%9s%9s%9s%9s%9s%9s%9s\n", "nodes", "build", "rename", "import", "split", "walk", "export",
+                "join", "convert", "remove", "clear");
     const auto times = Measure(shape);
     for (const auto& row : times)
         Print(row);
@@ -232,7 +257,8 @@ void CompareConversions(Verdicts& verdicts) {
 int Run() {
     const test::StandIns standIns;
     Verdicts verdicts;
-    std::printf("build: by Add\nsplit: the text into records and those into texts; walk: over the same fields in "
+    std::printf("build: by Add; rename: Text and Tag of every node\nsplit: the text into records and those into texts; "
+                "walk: over the same fields in "
                 "place, without keeping "
                 "them\nremove: one Remove in the middle of the list; clear: Cls\n");
     MeasureShape(Shape::Flat, "flat", verdicts);

@@ -71,7 +71,7 @@ class Ref {
 class Counted::Anchor final : public Counted {
   public:
     explicit Anchor(Counted* target) noexcept : mvarTarget(target) {}
-    [[nodiscard]] bool Ended() const noexcept { return mvarTarget == nullptr; }
+    [[nodiscard]] Counted* Target() const noexcept { return mvarTarget; } // null when it has ended
 
   private:
     friend class Counted;
@@ -82,18 +82,16 @@ template <class T>
 class WeakRef {
   public:
     WeakRef() noexcept = default;
-    explicit WeakRef(T* object)
-        : mvarObject(object), mvarAnchor(object != nullptr ? object->SharedAnchor() : Ref<Counted::Anchor>()) {}
+    explicit WeakRef(T* object) : mvarAnchor(object != nullptr ? object->SharedAnchor() : Ref<Counted::Anchor>()) {}
     explicit WeakRef(const Ref<T>& object) : WeakRef(object.Get()) {}
 
     // The object with a reference on it, or nothing when none was set or it has ended.
     [[nodiscard]] Ref<T> Lock() const noexcept {
-        return mvarAnchor && !mvarAnchor->Ended() ? Ref<T>(mvarObject) : Ref<T>();
+        return mvarAnchor ? Ref<T>(static_cast<T*>(mvarAnchor->Target())) : Ref<T>();
     }
 
   private:
-    T* mvarObject = nullptr;
-    Ref<Counted::Anchor> mvarAnchor;
+    Ref<Counted::Anchor> mvarAnchor; // of a T
 };
 
 template <class T, class... Args>

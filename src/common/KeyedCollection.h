@@ -1,4 +1,5 @@
-// An ordered collection whose items may carry a unique key: the storage behind every collection of the library.
+// An ordered collection whose items may carry a unique key: the storage behind every collection of the library but
+// trees, whose nodes are found with less memory (NodeList).
 //
 // Invariants: positions run from 1 to Count(); no two items have the same key; an item without a key is reached by
 // position only. `Fold` maps a key to the form in which keys are compared (unchanged for exact keys).
@@ -89,28 +90,10 @@ class KeyedCollection {
         return item;
     }
 
-    // Removes in one pass the items for which leaves(item) holds, called in order; the others keep their order.
-    template <class Predicate>
-    void RemoveIf(Predicate leaves) {
-        std::size_t kept = 0;
-        for (auto& entry : mvarEntries) {
-            if (leaves(std::as_const(entry.item)))
-                Forget(entry);
-            else if (auto& place = mvarEntries[kept++]; &place != &entry)
-                place = std::move(entry);
-        }
-        mvarEntries.resize(kept);
-    }
-
     // The items are let go only after the collection is empty.
     void Clear() {
         const auto entries = std::exchange(mvarEntries, {});
         const auto keys = std::exchange(mvarKeys, {});
-    }
-
-    void Reserve(std::size_t count) {
-        mvarEntries.reserve(count);
-        mvarKeys.reserve(count);
     }
 
     // All items in order, as they are now.

@@ -41,18 +41,24 @@ constexpr std::uint64_t Weight4 = Weight3 * Weight;
 class Look {
   public:
     explicit Look(StringView text) noexcept : mvarHash(text.size()) {
+        if (text.empty()) return;
+        const std::size_t last = text.size() - 1;
         std::size_t i = 0;
-        for (; i + 4 <= text.size(); i += 4)
+        for (; i + 4 <= last; i += 4)
             mvarHash = mvarHash * Weight4 + (Lowered(text[i]) * Weight3 + Lowered(text[i + 1]) * Weight2) +
                        (Lowered(text[i + 2]) * Weight + Lowered(text[i + 3]));
-        for (; i < text.size(); ++i)
+        for (; i < last; ++i)
             mvarHash = mvarHash * Weight + Lowered(text[i]);
+        mvarHash = Mixed(mvarHash) + Lowered(text[last]);
     }
 
     [[nodiscard]] std::uint64_t Hash() const noexcept { return mvarHash; }
     [[nodiscard]] bool Has(Kind kind) const noexcept { return (mvarKinds & kind) != 0; }
 
   private:
+    // What tells texts apart comes down into the lower half.
+    static std::uint64_t Mixed(std::uint64_t hash) noexcept { return (hash ^ hash >> 32U) * Weight >> 24U; }
+
     std::uint64_t Lowered(wchar_t character) noexcept {
         const auto code = static_cast<std::uint32_t>(character); // NOLINT(bugprone-signed-char-misuse): never negative
         const Character known = code < AsciiCount ? Ascii[code] : Character{};

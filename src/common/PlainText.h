@@ -16,7 +16,9 @@ namespace kestrel {
 }
 
 struct PlainLook {
-    std::uint64_t foldedHash = 0; // the same for texts that differ in nothing but the case of ASCII letters
+    // The same for texts that differ in nothing but the case of ASCII letters. Texts that differ in their last
+    // character alone have hashes as far apart as those characters: what is numbered in order is found side by side.
+    std::uint64_t foldedHash = 0;
     bool isPlain = true;          // every character is printable ASCII
     bool hasSmallLetters = false; // of ASCII
     bool hasSeparators = false;   // it holds a character that separates the parts of a definition: , ; or a line break

@@ -21,6 +21,10 @@ int WidthIn(HDC context, const String& text) noexcept {
     return extent.cx;
 }
 
+int TextWidth(HDC context, const BandBox& box) {
+    return std::max({WidthIn(context, box.name), WidthIn(context, box.style), WidthIn(context, box.sample)});
+}
+
 void FillWith(HDC context, const RECT& area, int colour) noexcept {
     FillRect(context, &area, GetSysColorBrush(colour));
 }
@@ -72,18 +76,22 @@ BandBoxPainter::BandBoxPainter(HWND window, HFONT font, int dpi) noexcept
     mvarLineHeight = metrics.tmHeight;
 }
 
-int BandBoxPainter::TextWidth(const BandBox& box) const {
+std::vector<int> BandBoxPainter::WidthsOf(const std::vector<BandBox>& boxes) const {
     const WindowContext context(mvarWindow);
     const Selected font(context.Get(), mvarFont);
-    return std::max(
-        {WidthIn(context.Get(), box.name), WidthIn(context.Get(), box.style), WidthIn(context.Get(), box.sample)});
+    std::vector<int> widths;
+    widths.reserve(boxes.size());
+    for (const auto& box : boxes)
+        widths.push_back(
+            std::clamp(TextWidth(context.Get(), box) + 2 * Scaled(padding), Scaled(narrowest), Scaled(widest)));
+    return widths;
 }
 
-int BandBoxPainter::WidthOf(const BandBox& box) const {
-    return std::clamp(TextWidth(box) + 2 * Scaled(padding), Scaled(narrowest), Scaled(widest));
+bool BandBoxPainter::Clips(const BandBox& box) const {
+    const WindowContext context(mvarWindow);
+    const Selected font(context.Get(), mvarFont);
+    return TextWidth(context.Get(), box) + 2 * Scaled(padding) > Scaled(widest);
 }
-
-bool BandBoxPainter::Clips(const BandBox& box) const { return TextWidth(box) + 2 * Scaled(padding) > Scaled(widest); }
 
 void BandBoxPainter::Paint(HDC context, const RECT& area, const BandBox& box, bool selected, bool focused) const {
     const Selected font(context, mvarFont);

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <vector>
+
 #include "bands/Band.h"
 
 namespace kestrel::dialogs {
@@ -27,8 +29,8 @@ class BandBoxPainter {
     BandBoxPainter() = default;
     BandBoxPainter(HWND window, HFONT font, int dpi) noexcept;
 
-    // Wide enough for the texts, within limits.
-    [[nodiscard]] int WidthOf(const BandBox& box) const;
+    // Of each box, wide enough for its texts, within limits.
+    [[nodiscard]] std::vector<int> WidthsOf(const std::vector<BandBox>& boxes) const;
     [[nodiscard]] int Height() const noexcept { return 3 * mvarLineHeight + 2 * Scaled(6); }
     // Where the name ends, from the top of the box.
     [[nodiscard]] int NameBottom() const noexcept { return Scaled(6) + mvarLineHeight; }
@@ -40,7 +42,6 @@ class BandBoxPainter {
 
   private:
     [[nodiscard]] int Scaled(int length) const noexcept { return MulDiv(length, mvarDpi, 96); }
-    [[nodiscard]] int TextWidth(const BandBox& box) const;
 
     HWND mvarWindow = nullptr;
     HFONT mvarFont = nullptr;

@@ -82,13 +82,7 @@ void BandStrip::Select(int box) {
     if (another) TellSelection();
 }
 
-void BandStrip::MeasureBoxes() {
-    std::vector<int> widths;
-    widths.reserve(mvarBoxes.size());
-    for (const auto& box : mvarBoxes)
-        widths.push_back(mvarPainter.WidthOf(box));
-    mvarLayout = StripLayout(widths);
-}
+void BandStrip::MeasureBoxes() { mvarLayout = StripLayout(mvarPainter.WidthsOf(mvarBoxes)); }
 
 RECT BandStrip::BoxArea(int left, int width) const noexcept {
     return {left, Top(), left + width, Top() + mvarPainter.Height()};

@@ -1,9 +1,5 @@
 #include "dialogs/CheckList.h"
 
-#include <windows.h>
-
-#include <commctrl.h>
-
 #include "dialogs/Form.h"
 #include "dialogs/Monitor.h"
 #include "dialogs/Waiting.h"
@@ -48,49 +44,52 @@ void CheckList::FitColumn() const noexcept {
 }
 
 void CheckList::SetRows(const std::vector<Row>& rows) const {
+    const auto itself = Itself();
     std::vector<Row> held;
-    held.reserve(static_cast<std::size_t>(Count()));
-    for (int index = 0; index < Count(); ++index)
-        held.push_back(At(index));
+    const int count = Count();
+    held.reserve(static_cast<std::size_t>(count));
+    for (int index = 0; index < count; ++index)
+        held.push_back(RowAt(itself, index));
     if (held == rows) return;
     const NoRedraw quiet(Window());
-    Send(LVM_DELETEALLITEMS);
+    itself.Send(LVM_DELETEALLITEMS);
+    itself.Send(LVM_SETITEMCOUNT, rows.size());
+    int last = 0;
     for (const auto& row : rows) {
         LVITEMW item{};
         item.mask = LVIF_TEXT;
-        item.iItem = Count();
+        item.iItem = last++;
         item.pszText = const_cast<wchar_t*>(row.text.c_str()); // read only; the structure serves both directions
-        const auto index = static_cast<int>(Send(LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
-        if (row.checked) Check(index, true);
+        const auto index = static_cast<int>(itself.Send(LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
+        if (row.checked) Check(itself, index, true);
     }
 }
 
-int CheckList::Count() const noexcept { return static_cast<int>(Send(LVM_GETITEMCOUNT)); }
-
-CheckList::Row CheckList::At(int index) const {
+CheckList::Row CheckList::RowAt(const ControlItself& itself, int index) {
     String text(64, L'\0');
     LVITEMW item{};
     LRESULT length = 0;
     for (;; text.resize(text.size() * 2)) { // the control does not tell the length before
         item.pszText = text.data();
         item.cchTextMax = static_cast<int>(text.size());
-        length = Send(LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+        length = itself.Send(LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
         if (static_cast<std::size_t>(length) + 1 < text.size()) break;
     }
     text.resize(static_cast<std::size_t>(length));
-    return {text, IsChecked(index)};
+    return {text, IsChecked(itself, index)};
 }
 
-bool CheckList::IsChecked(int index) const noexcept {
-    const auto state = static_cast<UINT>(Send(LVM_GETITEMSTATE, static_cast<WPARAM>(index), LVIS_STATEIMAGEMASK));
+bool CheckList::IsChecked(const ControlItself& itself, int index) noexcept {
+    const auto state =
+        static_cast<UINT>(itself.Send(LVM_GETITEMSTATE, static_cast<WPARAM>(index), LVIS_STATEIMAGEMASK));
     return (state & LVIS_STATEIMAGEMASK) == CheckState(true);
 }
 
-void CheckList::Check(int index, bool checked) const noexcept {
+void CheckList::Check(const ControlItself& itself, int index, bool checked) noexcept {
     LVITEMW item{};
     item.state = CheckState(checked);
     item.stateMask = LVIS_STATEIMAGEMASK;
-    Send(LVM_SETITEMSTATE, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+    itself.Send(LVM_SETITEMSTATE, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
 }
 
 bool CheckList::IsCheckChange(const NMHDR& header, int& row) noexcept {

@@ -11,11 +11,11 @@ namespace {
 LPARAM TextParameter(const String& text) noexcept { return reinterpret_cast<LPARAM>(text.c_str()); }
 
 // The text of a row by the messages of its control that tell its length and copy it.
-String RowText(HWND window, UINT lengthMessage, UINT textMessage, int index) {
-    const LRESULT length = SendMessageW(window, lengthMessage, static_cast<WPARAM>(index), 0);
+String RowText(const ControlItself& list, UINT lengthMessage, UINT textMessage, int index) {
+    const LRESULT length = list.Send(lengthMessage, static_cast<WPARAM>(index));
     if (length <= 0) return {};
     String text(static_cast<std::size_t>(length) + 1, L'\0');
-    SendMessageW(window, textMessage, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
+    list.Send(textMessage, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
     text.resize(static_cast<std::size_t>(length));
     return text;
 }
@@ -67,9 +67,10 @@ void OptionButtons::Choose(int index) const noexcept {
 void ComboBox::SetRows(const std::vector<String>& rows) const {
     if (Rows() != rows) {
         const NoRedraw quiet(Window());
-        Send(CB_RESETCONTENT);
+        const auto itself = Itself();
+        itself.Send(CB_RESETCONTENT);
         for (const auto& row : rows)
-            Send(CB_ADDSTRING, 0, TextParameter(row));
+            itself.Send(CB_ADDSTRING, 0, TextParameter(row));
         FitDropDownWidth(Window());
     }
     SetListIndex(-1);
@@ -79,12 +80,15 @@ std::vector<String> ComboBox::Rows() const {
     std::vector<String> rows;
     const auto count = static_cast<int>(Send(CB_GETCOUNT));
     rows.reserve(static_cast<std::size_t>(count));
+    const auto itself = Itself();
     for (int index = 0; index < count; ++index)
-        rows.push_back(Row(index));
+        rows.push_back(RowOf(itself, index));
     return rows;
 }
 
-String ComboBox::Row(int index) const { return RowText(Window(), CB_GETLBTEXTLEN, CB_GETLBTEXT, index); }
+String ComboBox::RowOf(const ControlItself& itself, int index) {
+    return RowText(itself, CB_GETLBTEXTLEN, CB_GETLBTEXT, index);
+}
 
 void ListBox::SetRows(const std::vector<String>& rows) const {
     const NoRedraw quiet(Window());
@@ -93,7 +97,7 @@ void ListBox::SetRows(const std::vector<String>& rows) const {
         Send(LB_ADDSTRING, 0, TextParameter(row));
 }
 
-String ListBox::Row(int index) const { return RowText(Window(), LB_GETTEXTLEN, LB_GETTEXT, index); }
+String ListBox::Row(int index) const { return RowText(Itself(), LB_GETTEXTLEN, LB_GETTEXT, index); }
 
 std::vector<int> ListBox::SelectedRows() const {
     const LRESULT count = Send(LB_GETSELCOUNT);

@@ -24,6 +24,22 @@ struct TextColours {
 // The system's own: those of a window, or grey on the colour of the form.
 [[nodiscard]] TextColours ListColours(bool enabled) noexcept;
 
+// A control past whatever its window is subclassed with: for what is sent by the thousand and concerns the control
+// alone. Everyone who is called in between costs time, on some systems more than the control.
+class ControlItself {
+  public:
+    explicit ControlItself(HWND window) noexcept
+        : mvarWindow(window), mvarProcedure(reinterpret_cast<WNDPROC>(GetClassLongPtrW(window, GCLP_WNDPROC))) {}
+
+    LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const noexcept {
+        return mvarProcedure != nullptr ? CallWindowProcW(mvarProcedure, mvarWindow, message, wParam, lParam) : 0;
+    }
+
+  private:
+    HWND mvarWindow;
+    WNDPROC mvarProcedure;
+};
+
 class Control {
   public:
     Control(const Form& form, int id) noexcept : mvarForm(&form), mvarId(id) {}
@@ -44,6 +60,7 @@ class Control {
     LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const noexcept {
         return SendMessageW(Window(), message, wParam, lParam);
     }
+    [[nodiscard]] ControlItself Itself() const noexcept { return ControlItself(Window()); }
     [[nodiscard]] const Form& Owner() const noexcept { return *mvarForm; }
 
   private:
@@ -96,7 +113,10 @@ class ComboBox : public Control {
     // -1 when none is chosen.
     [[nodiscard]] int ListIndex() const noexcept { return static_cast<int>(Send(CB_GETCURSEL)); }
     void SetListIndex(int index) const noexcept { Send(CB_SETCURSEL, static_cast<WPARAM>(index)); }
-    [[nodiscard]] String Row(int index) const;
+    [[nodiscard]] String Row(int index) const { return RowOf(Itself(), index); }
+
+  private:
+    [[nodiscard]] static String RowOf(const ControlItself& itself, int index);
 };
 
 // A list of rows of which one or (as its style says) several are selected.

@@ -38,6 +38,9 @@ Form::~Form() {
 
 HWND Form::Find(int id) const noexcept {
     if (mvarWindow == nullptr) return nullptr;
+    // Most are asked for again and again, and the system looks through all windows of the form each time.
+    for (const auto& control : mvarControls)
+        if (control.id == id && IsWindow(control.window) != FALSE) return control.window;
     const HWND direct = GetDlgItem(mvarWindow, id);
     if (direct != nullptr) return direct;
     for (HWND child = GetWindow(mvarWindow, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
@@ -87,9 +90,10 @@ void Form::CollectControls() {
     if (IsNumber(caption)) mvarTag = caption;
     for (HWND child = GetWindow(mvarWindow, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
         const String text = WindowText(child);
-        const auto tip = mvarToolTipTags.find(GetDlgCtrlID(child));
-        mvarControls.push_back(
-            {child, IsNumber(text) ? text : String(), tip == mvarToolTipTags.end() ? String() : ToText(tip->second)});
+        const int id = GetDlgCtrlID(child);
+        const auto tip = mvarToolTipTags.find(id);
+        mvarControls.push_back({child, id, IsNumber(text) ? text : String(),
+                                tip == mvarToolTipTags.end() ? String() : ToText(tip->second)});
     }
 }
 

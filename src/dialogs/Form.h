@@ -22,6 +22,7 @@ namespace kestrel::dialogs {
 
 struct FormControl {
     HWND window = nullptr;
+    int id = 0;
     String tag;
     String toolTip;
 };

@@ -14,21 +14,27 @@ namespace {
 // it bears some hundreds.
 constexpr std::size_t mostLevels = 256;
 
+// Inserted in one step: more than a view shows, and no more than takes a few milliseconds.
+constexpr std::size_t mostAtOnce = 1000;
+
 } // namespace
 
 void TreeView::SetItems(std::vector<Item> items) {
     if (items == mvarItems) return;
     const auto expanded = items.empty() ? std::vector<String>() : ExpandedKeys();
     const NoRedraw quiet(Window());
-    Send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
+    Itself().Send(TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
     mvarHandles.clear();
     mvarKeys.clear();
     mvarItems = std::move(items);
-    InsertAll();
+    mvarChildren = ChildPlaces();
+    mvarWaiting.clear();
+    LetWait(mvarChildren.back(), TVI_ROOT, 1);
+    Insert(mostAtOnce);
     Expand(expanded);
 }
 
-void TreeView::Expand(const std::vector<String>& keys) const noexcept {
+void TreeView::Expand(const std::vector<String>& keys) {
     for (const auto& key : keys)
         if (const HTREEITEM item = Find(key)) Send(TVM_EXPAND, TVE_EXPAND, reinterpret_cast<LPARAM>(item));
 }
@@ -40,48 +46,52 @@ std::vector<std::vector<std::size_t>> TreeView::ChildPlaces() const {
     return children;
 }
 
-// Each parent before its children, however deep the tree is: a parent may stand after its children in the list.
-void TreeView::InsertAll() {
-    struct Open {
-        std::size_t place;
-        HTREEITEM parent;
-        std::size_t level;
-    };
-    const auto children = ChildPlaces();
-    std::vector<Open> open;
-    const auto openAll = [&](const std::vector<std::size_t>& places, HTREEITEM parent, std::size_t level) {
-        for (std::size_t left = places.size(); left > 0; --left) // the first is taken from the end
-            open.push_back({places[left - 1], parent, level});
-    };
-    openAll(children.back(), TVI_ROOT, 1);
-    while (!open.empty()) {
-        const Open next = open.back();
-        open.pop_back();
-        const Item& item = mvarItems[next.place];
-        const HTREEITEM handle = Insert(item, next.parent);
-        mvarHandles[item.key] = handle;
-        mvarKeys[handle] = item.key;
-        if (next.level < mostLevels)
-            openAll(children[next.place], handle, next.level + 1);
-        else
-            openAll(children[next.place], next.parent, next.level);
-    }
+void TreeView::InsertMore() {
+    const NoRedraw quiet(Window());
+    Insert(mostAtOnce);
 }
 
-HTREEITEM TreeView::Insert(const Item& item, HTREEITEM parent) const noexcept {
+// Each parent before its children, however deep the tree is: a parent may stand after its children in the list.
+void TreeView::Insert(std::size_t most) {
+    const auto itself = Itself();
+    for (; most > 0 && IsGrowing(); --most)
+        InsertNext(itself);
+    if (!IsGrowing()) mvarChildren.clear();
+}
+
+void TreeView::InsertNext(const ControlItself& itself) {
+    const Waiting next = mvarWaiting.back();
+    mvarWaiting.pop_back();
+    const Item& item = mvarItems[next.place];
+    const HTREEITEM handle = Insert(itself, item, next.parent);
+    mvarHandles[item.key] = handle;
+    mvarKeys[handle] = item.key;
+    if (next.level < mostLevels)
+        LetWait(mvarChildren[next.place], handle, next.level + 1);
+    else
+        LetWait(mvarChildren[next.place], next.parent, next.level);
+}
+
+void TreeView::LetWait(const std::vector<std::size_t>& places, HTREEITEM parent, std::size_t level) {
+    for (std::size_t left = places.size(); left > 0; --left) // the first is taken from the end
+        mvarWaiting.push_back({places[left - 1], parent, level});
+}
+
+HTREEITEM TreeView::Insert(const ControlItself& itself, const Item& item, HTREEITEM parent) noexcept {
     TVINSERTSTRUCTW insertion{};
     insertion.hParent = parent;
     insertion.hInsertAfter = TVI_LAST;
     insertion.item.mask = TVIF_TEXT;
     insertion.item.pszText = const_cast<wchar_t*>(item.text.c_str()); // read only; the structure serves both directions
-    return reinterpret_cast<HTREEITEM>(Send(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insertion)));
+    return reinterpret_cast<HTREEITEM>(itself.Send(TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insertion)));
 }
 
 // An item takes along what the tree view shows below it; what lies too deep to be shown there goes by itself.
 void TreeView::Remove(const String& key) {
+    Insert(mvarItems.size());
     std::vector<HTREEITEM> handles;
     for (const std::size_t place : Subtree(key))
-        handles.push_back(Find(mvarItems[place].key));
+        handles.push_back(Known(mvarItems[place].key));
     const std::unordered_set<HTREEITEM> going(handles.begin(), handles.end());
     std::vector<HTREEITEM> topmost;
     for (const HTREEITEM handle : handles) {
@@ -99,7 +109,7 @@ void TreeView::KeepKnownItems() {
     std::vector<std::size_t> places(mvarItems.size(), NoParent);
     std::vector<Item> kept;
     for (std::size_t place = 0; place < mvarItems.size(); ++place) {
-        if (Find(mvarItems[place].key) == nullptr) continue;
+        if (Known(mvarItems[place].key) == nullptr) continue;
         places[place] = kept.size();
         kept.push_back(std::move(mvarItems[place]));
     }
@@ -159,7 +169,7 @@ std::vector<String> TreeView::ExpandedKeys() const {
         if (item.parent < parents.size()) parents[item.parent] = true;
     std::vector<String> keys;
     for (std::size_t place = 0; place < mvarItems.size(); ++place)
-        if (parents[place] && IsExpanded(Find(mvarItems[place].key))) keys.push_back(mvarItems[place].key);
+        if (parents[place] && IsExpanded(Known(mvarItems[place].key))) keys.push_back(mvarItems[place].key);
     return keys;
 }
 
@@ -170,12 +180,20 @@ String TreeView::KeyOf(HTREEITEM item) const {
 
 String TreeView::SelectedKey() const { return KeyOf(Next(nullptr, TVGN_CARET)); }
 
-HTREEITEM TreeView::Find(const String& key) const noexcept {
+HTREEITEM TreeView::Find(const String& key) {
+    if (IsGrowing() && !key.empty() && Known(key) == nullptr) {
+        const NoRedraw quiet(Window());
+        Insert(mvarItems.size());
+    }
+    return Known(key);
+}
+
+HTREEITEM TreeView::Known(const String& key) const noexcept {
     const auto found = mvarHandles.find(key);
     return found == mvarHandles.end() ? nullptr : found->second;
 }
 
-void TreeView::Select(const String& key) const noexcept {
+void TreeView::Select(const String& key) {
     const HTREEITEM item = Find(key);
     if (item == nullptr) return;
     Send(TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));

@@ -1,4 +1,7 @@
 // A tree view whose items carry keys.
+//
+// A large tree comes in steps, so that nobody waits for it: the first items at once, the others by InsertMore. Whoever
+// asks for one that has not come yet gets it with all the others.
 #pragma once
 
 #include <windows.h>
@@ -25,6 +28,10 @@ class TreeView : public Control {
     // Replaces all items; those it already has stay. Siblings stand in the order of the list. Items that were expanded
     // before stay so. What lies deeper than 256 levels is shown on the last of them, behind its parent.
     void SetItems(std::vector<Item> items);
+    // Whether items of the list wait to be inserted.
+    [[nodiscard]] bool IsGrowing() const noexcept { return !mvarWaiting.empty(); }
+    // Inserts the next of those that wait; nothing when there is none.
+    void InsertMore();
     // Removes an item and all below it; nothing when there is no such item.
     void Remove(const String& key);
     [[nodiscard]] int Count() const noexcept { return static_cast<int>(Send(TVM_GETCOUNT)); }
@@ -33,10 +40,10 @@ class TreeView : public Control {
     // The keys of the items whose branches stand open.
     [[nodiscard]] std::vector<String> ExpandedKeys() const;
     // Opens the branches of those items; keys of which there is no item are passed over.
-    void Expand(const std::vector<String>& keys) const noexcept;
+    void Expand(const std::vector<String>& keys);
     // Makes the item visible and selects it; nothing when there is no such item.
-    void Select(const String& key) const noexcept;
-    [[nodiscard]] HTREEITEM Find(const String& key) const noexcept;
+    void Select(const String& key);
+    [[nodiscard]] HTREEITEM Find(const String& key);
     [[nodiscard]] String KeyOf(HTREEITEM item) const;
 
     // How many items stand below it, on all levels.
@@ -59,16 +66,26 @@ class TreeView : public Control {
     [[nodiscard]] HTREEITEM Next(HTREEITEM item, UINT direction) const noexcept {
         return reinterpret_cast<HTREEITEM>(Send(TVM_GETNEXTITEM, direction, reinterpret_cast<LPARAM>(item)));
     }
-    HTREEITEM Insert(const Item& item, HTREEITEM parent) const noexcept;
+    static HTREEITEM Insert(const ControlItself& itself, const Item& item, HTREEITEM parent) noexcept;
     // The places in the list of what stands directly below each item; last, of what stands below none.
     [[nodiscard]] std::vector<std::vector<std::size_t>> ChildPlaces() const;
     // The place of the item in the list, then those of all below it; empty when there is no such item.
     [[nodiscard]] std::vector<std::size_t> Subtree(const String& key) const;
-    void InsertAll();
+    struct Waiting {
+        std::size_t place;
+        HTREEITEM parent;
+        std::size_t level;
+    };
+    void Insert(std::size_t most);
+    void InsertNext(const ControlItself& itself);
+    void LetWait(const std::vector<std::size_t>& places, HTREEITEM parent, std::size_t level);
+    [[nodiscard]] HTREEITEM Known(const String& key) const noexcept;
     void KeepKnownItems();
     [[nodiscard]] bool IsExpanded(HTREEITEM item) const noexcept;
 
     std::vector<Item> mvarItems;
+    std::vector<std::vector<std::size_t>> mvarChildren; // as ChildPlaces returns them, while items wait
+    std::vector<Waiting> mvarWaiting;                   // the next one at the end
     std::unordered_map<String, HTREEITEM> mvarHandles;
     std::unordered_map<HTREEITEM, String> mvarKeys;
 };

@@ -11,7 +11,8 @@ namespace kestrel::dialogs {
 void WindowsDialogs::ShowDesigner(CodeClass& rule, const String& title) {
     frmDesigners form(rule);
     form.Load();
-    form.RefreshBands(&rule, 0, title);
+    const String caption = Trim(title);
+    if (!caption.empty()) form.SetCaption(caption);
     form.ShowModal();
 }
 

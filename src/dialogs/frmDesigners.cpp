@@ -125,6 +125,11 @@ std::optional<LRESULT> frmDesigners::Handle(UINT message, WPARAM wParam, LPARAM 
         ShowNodeMenu(tvwAvailable.MenuPoint());
         return 0;
     }
+    if (message == WM_TIMER && wParam == GrowthTimer) {
+        tvwAvailable.InsertMore();
+        LetTreeGrow();
+        return 0;
+    }
     if (message == FindingsMessage && std::exchange(mvarFindingsWait, false)) {
         ShowFindings();
         return 0;

@@ -88,7 +88,7 @@ class frmDesigners final : public Form {
     void LoadRelations(const String& hotKey);
     void EnableRelations(bool enable);
     [[nodiscard]] Ref<cNode> SelectedNode() const;
-    bool SelectNodeAt(POINT screen) const;
+    bool SelectNodeAt(POINT screen);
     void ShowNodeMenu(POINT screen) const;
     void AddNode(int relationship);
     void cmdModify_Click();
@@ -96,6 +96,8 @@ class frmDesigners final : public Form {
     void RemoveTreeNode(const String& key);
     void cmdClear_Click() const;
     std::optional<LRESULT> tvwAvailable_Notify(NMHDR& header);
+    static constexpr UINT_PTR GrowthTimer = 1;
+    void LetTreeGrow();
     [[nodiscard]] String RelationsHint() const;
 
     // --- The findings (frmDesignersFindings.cpp) ---

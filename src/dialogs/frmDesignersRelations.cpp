@@ -1,6 +1,5 @@
 // The relation tree of the selected band, its buttons and its menu.
 
-#include <unordered_map>
 #include <utility>
 
 #include "common/Ports.h"
@@ -22,16 +21,16 @@ constexpr std::int32_t readAtOnce = 200;
 constexpr std::int32_t noticeable = 2000;
 
 std::vector<TreeView::Item> ItemsOf(const cNodes& tree) {
-    const auto nodes = tree.Snapshot();
-    std::unordered_map<const cNode*, std::size_t> places;
-    for (std::size_t place = 0; place < nodes.size(); ++place)
-        places[nodes[place].Get()] = place;
+    const auto nodes = tree.View();
+    std::int32_t position = 0;
+    for (const cNode* node : nodes)
+        node->SetLastPosition(++position); // so that no parent is searched for
     std::vector<TreeView::Item> items;
     items.reserve(nodes.size());
-    for (const auto& node : nodes) {
-        const auto parent = places.find(node->Parent().Get());
-        items.push_back({node->Key(), node->Text() + L" " + node->Tag(),
-                         parent == places.end() ? TreeView::NoParent : parent->second});
+    for (const cNode* node : nodes) {
+        const auto parent = node->Parent() ? static_cast<std::size_t>(tree.IndexOf(*node->Parent())) : nodes.size() + 1;
+        items.push_back(
+            {node->Key(), node->Text() + L" " + node->Tag(), parent > nodes.size() ? TreeView::NoParent : parent - 1});
     }
     return items;
 }
@@ -93,8 +92,18 @@ void frmDesigners::LoadRelations(const String& hotKey) {
         tvwAvailable.Expand(mvarOpenBranches.Take(cRelations));
         tvwAvailable.Select(tvwAvailable.Find(hotKey) != nullptr ? hotKey : selected);
     }
+    LetTreeGrow();
     lblInfo[1].SetText(RelationsHint());
     EnableProperty(idRelations, static_cast<bool>(cRelations));
+}
+
+// What a large tree still lacks comes while nothing else is to be done.
+void frmDesigners::LetTreeGrow() {
+    constexpr UINT milliseconds = 25;
+    if (tvwAvailable.IsGrowing())
+        SetTimer(Window(), GrowthTimer, milliseconds, nullptr);
+    else
+        KillTimer(Window(), GrowthTimer);
 }
 
 String frmDesigners::RelationsHint() const {
@@ -125,7 +134,7 @@ Ref<cNode> frmDesigners::SelectedNode() const {
 }
 
 // False when no node is there.
-bool frmDesigners::SelectNodeAt(POINT screen) const {
+bool frmDesigners::SelectNodeAt(POINT screen) {
     const HTREEITEM hit = tvwAvailable.HitTest(screen);
     if (hit != nullptr) tvwAvailable.Select(tvwAvailable.KeyOf(hit));
     return hit != nullptr;

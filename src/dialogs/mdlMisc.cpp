@@ -31,15 +31,16 @@ void LocaliseControl(Form& form, const FormControl& control) {
 }
 
 int WidestRow(HWND combo, int rows, HDC context) {
+    const ControlItself itself(combo);
     int widest = 0;
     String text;
     for (int row = 0; row < rows; ++row) {
-        const LRESULT length = SendMessageW(combo, CB_GETLBTEXTLEN, static_cast<WPARAM>(row), 0);
+        const LRESULT length = itself.Send(CB_GETLBTEXTLEN, static_cast<WPARAM>(row));
         text.assign(static_cast<std::size_t>(std::max<LRESULT>(length, 0)) + 1, L'\0');
-        SendMessageW(combo, CB_GETLBTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(text.data()));
-        RECT area{};
-        DrawTextW(context, text.c_str(), -1, &area, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
-        widest = std::max(widest, static_cast<int>(area.right - area.left));
+        itself.Send(CB_GETLBTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(text.data()));
+        SIZE extent{};
+        GetTextExtentPoint32W(context, text.c_str(), static_cast<int>(text.size()) - 1, &extent);
+        widest = std::max(widest, static_cast<int>(extent.cx));
     }
     return widest;
 }

@@ -1,4 +1,5 @@
-// The hash of a text among siblings: they have the same parent, so that the parent counts as a part of the text.
+// The hash of a text among siblings: they have the same parent, so that the parent counts as a part of the text. Hashes
+// of texts that are next to each other stay so.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +10,7 @@ namespace kestrel {
 
 // Of a text that has this hash, in the layer below the parent (null: in the first layer).
 [[nodiscard]] inline std::uint64_t SiblingHash(const cNode* parent, std::uint64_t textHash) noexcept {
-    const std::uint64_t mixed = (textHash ^ reinterpret_cast<std::uintptr_t>(parent)) * 0x9E3779B97F4A7C15U;
-    return mixed ^ (mixed >> 32U);
+    return textHash + (std::uint64_t{reinterpret_cast<std::uintptr_t>(parent)} * 0x9E3779B97F4A7C15U >> 24U);
 }
 
 } // namespace kestrel

@@ -7,10 +7,10 @@
 #pragma once
 
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 #include "common/KeyHash.h"
+#include "relations/NodeChains.h"
 #include "relations/cNode.h"
 
 namespace kestrel {
@@ -36,30 +36,18 @@ class TextIndex {
     [[nodiscard]] const cNode* FindEqual(const cNode* parent, const String& text, const cNode* except) const;
 
     // Notes the text that a node of the layer gets. False when the index is no good any more: the node is not the last
-    // of its layer and others are noted under the same hash, or too much of what was noted has changed.
+    // of its layer and the user takes the text of another one for the same, or too much of what was noted has changed.
     [[nodiscard]] bool Add(const cNode& node, const cNode* parent, const String& text, bool isLast);
 
   private:
-    using Place = std::uint32_t;
-    struct Entry {
-        const cNode* node = nullptr;
-        Place next = 0; // under the same hash, from 1; 0 at the end
-    };
-    struct Chain {
-        Place first = 0;
-        Place last = 0;
-    };
-
-    [[nodiscard]] std::uint64_t HashOf(const cNode* parent, const String& text) const;
-    void Append(Chain& chain, const cNode& node);
-    template <class Predicate>
-    [[nodiscard]] const cNode* Find(const cNode* parent, const String& text, Predicate matches) const;
+    [[nodiscard]] std::uint32_t HashOf(const cNode* parent, const String& text) const;
+    // Whether a node has a text of that hash.
+    [[nodiscard]] bool HasAny(std::uint32_t hash);
 
     By mvarBy;
     Side mvarSide;
     KeyHash mvarHash;
-    std::vector<Entry> mvarEntries;
-    std::unordered_map<std::uint64_t, Chain> mvarChains;
+    NodeChains mvarChains;
     std::size_t mvarNodes = 0; // entries but those of texts that changed
     bool mvarAllPlain = true;
 };

@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "common/Error.h"
 #include "common/Numbers.h"
 #include "common/Ports.h"
 
@@ -55,7 +56,7 @@ void cNodes::PlaceNode(const IndexKey& relative, int relationship, const Ref<cNo
 void cNodes::PlaceAt(const Ref<cNode>& node, const Placement& placement) {
     TreeIndexes::Change change(mvarIndexes);
     mvarIndexes.Place(*node, placement.parent, placement.relationship, placement.anchor);
-    mvarNodes.Insert(node, node->Key(), placement.position);
+    mvarNodes.Insert(node, placement.position);
     change.Made();
     node->SetParent(Ref<cNode>(const_cast<cNode*>(placement.parent)));
     node->SetLastPosition(placement.position);
@@ -115,8 +116,7 @@ void cNodes::RemoveItem(const IndexKey& indexKey) {
     }
     auto leaves = MarkSubtree(*node);
     leaves[static_cast<std::size_t>(IndexOf(*node)) - 1] = true;
-    std::size_t offset = 0;
-    mvarNodes.RemoveIf([&](const Ref<cNode>&) { return leaves[offset++]; });
+    mvarNodes.Remove(leaves);
 }
 
 // One entry per position: whether the node there lies below the root. A chain of parents is followed only through nodes
@@ -192,7 +192,7 @@ void cNodes::SetStyle(int style) {
 
 void cNodes::NotifyChanged(const String& key) {
     const Ref<cNodes> alive(this);
-    if (mvarNodes.HasKey(key)) NodesChanged.Raise(KeyOf(Node(key)->Parent().Get()), String(key));
+    if (const cNode* node = mvarNodes.Find(key)) NodesChanged.Raise(KeyOf(node->Parent().Get()), String(key));
 }
 
 String cNodes::Conversion(int convStyle, String& value, const IndexKey& indexKey) const {
@@ -337,9 +337,9 @@ void cNodes::ImportRecord(StringView record) {
     node->SetText(String(fields[2]));
     node->SetTag(String(fields[3]));
     node->SetOwner(this);
-    node->SetKey(L"N" + String(fields[1]));
+    node->SetKey(String(L"N").append(fields[1]));
     node->SetLastPosition(Count() + 1);
-    mvarNodes.Append(std::move(node), String(L"N").append(fields[1]));
+    mvarNodes.Insert(node, Count() + 1);
 }
 
 } // namespace kestrel

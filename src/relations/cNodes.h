@@ -14,7 +14,7 @@
 
 #include "common/Enumerations.h"
 #include "common/Event.h"
-#include "common/KeyedCollection.h"
+#include "relations/NodeList.h"
 #include "relations/TreeIndexes.h"
 #include "relations/cNode.h"
 
@@ -34,7 +34,7 @@ class cNodes final : public Exposed {
     // Removes the node with all its descendants, then raises NodesChanged with the parent's key twice. Fails as Node.
     void Remove(const IndexKey& indexKey);
     // The nodes in order, as they are now.
-    [[nodiscard]] std::vector<Ref<cNode>> Snapshot() const { return mvarNodes.Snapshot(); }
+    [[nodiscard]] std::vector<Ref<cNode>> Snapshot() const { return mvarNodes.All(); }
     // The nodes in order without holding them, for a pass during which nothing of the host runs.
     [[nodiscard]] std::vector<const cNode*> View() const;
     // Takes the node out and places it anew, as Add does; Relative as a position counts without the node. A missing
@@ -110,7 +110,7 @@ class cNodes final : public Exposed {
     [[nodiscard]] std::size_t ExpectedLength() const;
     void ImportRecord(StringView record);
 
-    KeyedCollection<Ref<cNode>> mvarNodes;
+    NodeList mvarNodes;
     mutable TreeIndexes mvarIndexes;
     std::int32_t mvarKeyCounter = 0;
     tvwStyles mvarStyle = tsNormal;

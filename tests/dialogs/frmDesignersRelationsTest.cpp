@@ -21,6 +21,34 @@ class frmDesignersRelationsTest : public DesignerTest {
         const HWND tree = screen->Control(ID_tvwAvailable);
         return (SendMessageW(tree, TVM_GETITEMSTATE, item, TVIS_EXPANDED) & TVIS_EXPANDED) != 0;
     }
+    [[nodiscard]] LRESULT Shown() const { return SendMessageW(screen->Control(ID_tvwAvailable), TVM_GETCOUNT, 0, 0); }
+    // Gives a large tree the time that it takes.
+    static void Grow() {
+        const auto end = GetTickCount() + 500;
+        while (GetTickCount() < end) {
+            RunPendingMessages();
+            Sleep(1);
+        }
+    }
+    // So many nodes in the first layer, and below each of them.
+    void FillLayers(int first, int below) {
+        String text = ToText(first * (below + 1));
+        for (int node = 1; node <= first * (below + 1); ++node)
+            text += L';' + (node <= first ? String() : ToText((node - 1) % first + 1)) + L',' + ToText(node) + L",C" +
+                    ToText(node) + L",V" + ToText(node);
+        rule->Relations().ImportNodes(text);
+        Select(ibRegion);
+    }
+    static Texts LayerTexts(int first, int below) {
+        Texts texts;
+        const auto text = [](int node) { return L"C" + ToText(node) + L" V" + ToText(node); };
+        for (int node = 1; node <= first; ++node) {
+            texts.push_back(text(node));
+            for (int each = 1; each <= below; ++each)
+                texts.push_back(L"  " + text(node + each * first));
+        }
+        return texts;
+    }
     void ExpectNothingSelected() const {
         EXPECT_EQ(screen->SelectedTreeText(ID_tvwAvailable), L"");
         EXPECT_FALSE(screen->Enabled(ID_cmdDelete));
@@ -332,6 +360,49 @@ TEST_F(frmDesignersRelationsTest, ALargeTreeIsReadAgainOnce) {
     RunPendingMessages();
     EXPECT_EQ(screen->TreeTexts(ID_tvwAvailable).size(), 308U);
     EXPECT_EQ(screen->SelectedTreeText(ID_tvwAvailable), L"399 Place 399");
+}
+
+TEST_F(frmDesignersRelationsTest, ALargeTreeComesInStepsAndWhole) {
+    FillLayers(30, 100);
+    EXPECT_EQ(Shown(), 1000) << "at once";
+    Grow();
+    EXPECT_EQ(screen->TreeTexts(ID_tvwAvailable), LayerTexts(30, 100));
+}
+
+TEST_F(frmDesignersRelationsTest, WhatIsAskedForDoesNotWait) {
+    FillLayers(30, 100);
+    rule->Relations().Add({}, tvwFirst, L"NEW", L"New");
+    RunPendingMessages();
+    EXPECT_EQ(screen->SelectedTreeText(ID_tvwAvailable), L"NEW New");
+    EXPECT_EQ(Shown(), 3031);
+}
+
+TEST_F(frmDesignersRelationsTest, ATreeThatGrowsCanBeChangedAndLeft) {
+    FillLayers(30, 100);
+    screen->SelectTreeItem(ID_tvwAvailable, L"C2 V2");
+    screen->Click(ID_cmdDelete);
+    EXPECT_EQ(prompts.asked.back(), L"Sure to delete the relation?\r\n100 child relation(s) included.");
+    EXPECT_EQ(rule->Relations().Count(), 29 * 101);
+    Grow();
+    EXPECT_EQ(Shown(), 29 * 101);
+    FillLayers(30, 100);
+    Select(ibNumber);
+    Grow();
+    EXPECT_EQ(Shown(), 0) << "what waited is not inserted into another tree";
+    Select(ibRegion);
+    Grow();
+    EXPECT_EQ(screen->TreeTexts(ID_tvwAvailable), LayerTexts(30, 100));
+}
+
+// The branches that stood open are open again, whatever had come of the tree.
+TEST_F(frmDesignersRelationsTest, OpenBranchesOfALargeTreeStayOpen) {
+    FillLayers(30, 100);
+    Grow();
+    Expand(L"C29 V29");
+    Select(ibNumber);
+    Select(ibRegion);
+    EXPECT_TRUE(IsExpanded(L"C29 V29"));
+    EXPECT_FALSE(IsExpanded(L"C28 V28"));
 }
 
 } // namespace kestrel::test

@@ -95,19 +95,6 @@ TEST_F(KeyedCollectionTest, FreesTheKeyOfWhatItRemoves) {
     EXPECT_EQ(items.Snapshot(), (std::vector<String>{L"one", L"three", L"again"}));
 }
 
-TEST_F(KeyedCollectionTest, RemovesSeveralItemsInOnePass) {
-    auto items = ThreeItems();
-    items.AppendWithoutKey(L"two");
-    items.RemoveIf([](const String& item) { return item == L"two"; });
-    EXPECT_EQ(items.Snapshot(), (std::vector<String>{L"one", L"three"}));
-    EXPECT_FALSE(items.HasKey(L"b"));
-    EXPECT_EQ(items.PositionOf(L"c"), 2);
-    items.RemoveIf([](const String&) { return false; });
-    EXPECT_EQ(items.Count(), 2);
-    items.RemoveIf([](const String&) { return true; });
-    EXPECT_EQ(items.Count(), 0);
-}
-
 TEST_F(KeyedCollectionTest, IsEmptyAndUsableAfterClear) {
     auto items = ThreeItems();
     items.Clear();

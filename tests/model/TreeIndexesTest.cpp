@@ -40,6 +40,23 @@ TEST_F(TreeIndexesTest, FollowTextsThatChangeAgainAndAgain) {
     }
 }
 
+// What a text was before and will be again costs no pass: ten thousand siblings, and as many changes, would take
+// minutes.
+TEST_F(TreeIndexesTest, FollowTextsThatChangeToAndFro) {
+    const auto tree = TreeOf(FlatText(10'000));
+    for (int round = 0; round < 3; ++round)
+        for (const wchar_t* prefix : {L"d", L"D", L"c"})
+            for (std::int32_t position = 1; position <= tree->Count(); ++position)
+                tree->Node(position)->SetText(prefix + ToText(position));
+    for (int change = 0; change < 20'000; ++change)
+        tree->Node(5'000)->SetText(change % 2 == 0 ? L"this" : L"that");
+    String value = L"THAT";
+    EXPECT_EQ(tree->Conversion(csCodeToValue, value), L"N5000");
+    EXPECT_FAILURE(tree->Conversion(csCodeToValue, value = L"this"), NoRelatedRelation);
+    EXPECT_FAILURE(tree->Node(L"N1")->SetText(L"that"), SameCode);
+    EXPECT_EQ(tree->Conversion(csCodeToValue, value = L"C10000"), L"N10000");
+}
+
 TEST_F(TreeIndexesTest, KeepTheFirstOfSeveralThatAreAlike) {
     const auto tree = TreeOf(FlatText(100));
     tree->Add({}, tvwLast, L"same", L"first");
