@@ -287,7 +287,7 @@ class Refusals(Values):
             self.assertEqual(self.refusal(*rule, "-f", "Year=204"), "band Year: 3 characters, 4 expected: '204'")
             self.assertEqual(self.refusal(*rule, "-f", "Year=2"), "band Year: 1 character, 4 expected: '2'")
         formatted = rules.rule([band("Year", FIELD, length=2, item="Year", form="yyyy")], ("Year",))
-        self.import_rule(formatted, name="formatted")
+        self.import_rule(formatted, "--force", name="formatted")
         self.assertEqual(self.refusal("--rule", "formatted", "-f", "Year=2026-01-01"),
                          "band Year: 4 characters, 2 expected: '2026'")
 
