@@ -1,4 +1,6 @@
 // adopt: codes that were issued elsewhere
+#include <windows.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <set>
@@ -25,19 +27,52 @@ bool NamesFile(const AdoptOptions& options) {
     return word == L"-" || !options.column.empty() || std::filesystem::exists(word, error);
 }
 
+const wchar_t* const CodeName = L"Code"; // of the column, in any letter case
+
+bool IsCodeName(const std::wstring& name) {
+    return CompareStringOrdinal(name.c_str(), -1, CodeName, -1, TRUE) == CSTR_EQUAL;
+}
+
+// One column that is not named as that of the codes has no name at all: its first line is a code as well.
+hosts::CsvTable FileTable(const AdoptOptions& options) {
+    hosts::CsvTable table =
+        hosts::ParseCsv(hosts::ReadTextFile(options.what.front(), options.codePage), options.separator);
+    if (!options.column.empty() || table.columns.size() > 1 || IsCodeName(table.columns.front())) return table;
+    table.records.insert(table.records.begin(), {1, table.columns});
+    table.columns = {CodeName};
+    return table;
+}
+
 hosts::CsvTable TableOf(const AdoptOptions& options) {
-    if (NamesFile(options))
-        return hosts::ParseCsv(hosts::ReadTextFile(options.what.front(), options.codePage), options.separator);
+    if (NamesFile(options)) return FileTable(options);
     if (!options.column.empty()) throw hosts::HostError(L"--column is for a file; name one file, or codes without it");
-    hosts::CsvTable table{{L"Code"}, {}};
+    hosts::CsvTable table{{CodeName}, {}};
     for (const std::wstring& code : options.what)
         table.records.push_back({table.records.size() + 1, {code}});
     return table;
 }
 
-std::size_t CodeColumn(const hosts::CsvTable& table, const std::wstring& name) {
-    if (name.empty()) return 0;
-    const auto found = std::ranges::find(table.columns, name);
+bool IsCode(CodeMaker& maker, const std::wstring& text) {
+    try {
+        maker.TakeApart(text);
+        return true;
+    } catch (const hosts::RecordError&) {
+        return false;
+    }
+}
+
+// Without a name the column named Code, or the first one where that is no code itself.
+std::size_t CodeColumn(const hosts::CsvTable& table, const std::wstring& name, CodeMaker& maker) {
+    const auto isNamed = [&name](const std::wstring& column) {
+        return name.empty() ? IsCodeName(column) : column == name;
+    };
+    const auto found = std::ranges::find_if(table.columns, isNamed);
+    if (found == table.columns.end() && name.empty()) {
+        if (!IsCode(maker, table.columns.front())) return 0;
+        throw hosts::HostError(L"line 1: \"" + table.columns.front() +
+                               L"\" is a code of the rule where a line with the columns' names is expected, such as "
+                               L"Code,Note; write one above it");
+    }
     if (found == table.columns.end())
         throw hosts::HostError(L"the file has no column \"" + name + L"\"; check --column");
     return static_cast<std::size_t>(found - table.columns.begin());
@@ -86,7 +121,7 @@ int AdoptCodes(Session& session, const AdoptOptions& options) {
     RefuseRetired(rule.settings, rule.name);
     CodeMaker maker(rule.definition.text, rule.settings);
     const hosts::CsvTable table = TableOf(options);
-    const std::size_t column = CodeColumn(table, options.column);
+    const std::size_t column = CodeColumn(table, options.column, maker);
     CheckRecords(table);
     const std::vector<ForeignCode> codes = CodesOf(table, column);
     Progress progress(codes.size());

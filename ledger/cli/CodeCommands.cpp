@@ -43,6 +43,7 @@ struct Parts {
     FieldValues fields;
     FieldValues bands;
     std::vector<CheckedPart> checks;
+    std::vector<std::wstring> unreadable; // fields that have a value, and the code does not tell which
 };
 
 FieldValues BandValues(CodeMaker& maker) {
@@ -56,7 +57,10 @@ Parts PartsOf(const KnownCode& known, const std::wstring& code) {
     if (known.row && known.row->definition == 0) return {};
     CodeMaker maker(known.definition.text);
     maker.TakeApart(code);
-    return {maker.Values(), BandValues(maker), maker.Checked(code)};
+    Parts parts{maker.Values(), BandValues(maker), maker.Checked(code), maker.Unreadable(code)};
+    for (const std::wstring& item : parts.unreadable)
+        std::erase_if(parts.fields, [&item](const auto& field) { return field.first == item; });
+    return parts;
 }
 
 std::wstring ResultOf(const CheckedPart& check) {
@@ -71,6 +75,8 @@ void AddRows(Table& table, const std::wstring& part, const FieldValues& values) 
 void PrintExplained(const KnownCode& known, const Parts& parts) {
     Table table({L"PART", L"NAME", L"VALUE"});
     AddRows(table, L"field", parts.fields);
+    for (const std::wstring& item : parts.unreadable)
+        table.Add({L"field", item, L"(the code does not tell its value)"});
     AddRows(table, L"band", parts.bands);
     for (const CheckedPart& check : parts.checks)
         table.Add({L"check", hosts::Shown(check.band), hosts::Shown(ResultOf(check))});
@@ -93,6 +99,8 @@ Json ExplainedJson(const StoredRule& rule, const std::wstring& code, const Known
                  {"definition", known.row ? known.row->definition : known.definition.number},
                  {"fields", ToJson(parts.fields)},
                  {"bands", ToJson(parts.bands)}};
+    for (const std::wstring& item : parts.unreadable)
+        json["unreadable"].push_back(ToJson(item));
     for (const CheckedPart& check : parts.checks)
         json["checks"].push_back({{"band", ToJson(check.band)},
                                   {"stands", ToJson(check.stands)},

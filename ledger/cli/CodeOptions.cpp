@@ -50,8 +50,9 @@ void AddSingleCodes(CommandLine& line) {
     AddText(command, "code", explain->code, "the code", true);
     AddRule(command, explain->rule);
     const auto voided = std::make_shared<CodeOptions>();
-    command = line.Add<CodeOptions>(line.App(), "void", "mark a code as void; it is kept and never used again",
-                                    VoidCode, voided);
+    command = line.Add<CodeOptions>(
+        line.App(), "void", "mark a code as void; it is kept, and only a rule with --reuse gives its number again",
+        VoidCode, voided);
     AddText(command, "code", voided->code, "the code", true);
     AddText(command, "--reason", voided->reason, "why", true);
     AddRule(command, voided->rule);
@@ -106,10 +107,11 @@ void AddAdopt(CommandLine& line) {
     command
         ->add_option_function<std::vector<std::string>>(
             "what", [options](const std::vector<std::string>& texts) { options->what = Wide(texts); },
-            "the codes; or a file, CSV with a column of codes; - is standard input")
+            "the codes; or a file, CSV with a column named Code, or nothing but a code in each line; - is standard "
+            "input")
         ->required()
         ->type_name("CODE... | FILE");
-    AddText(command, "--column", options->column, "the column with the codes (the first one)");
+    AddText(command, "--column", options->column, "the column with the codes (Code, or the first one)");
     AddRule(command, options->rule);
     AddFileFormat(command, options->separator, options->codePage);
 }

@@ -41,7 +41,8 @@ struct NextOptions {
     std::wstring rule;
     std::vector<std::wstring> fields; // Name=Value
     std::optional<std::int64_t> set;
-    std::wstring band; // whose number is set; empty: the only one
+    std::wstring band;       // whose number is set; empty: the only one
+    std::wstring dateFormat; // of the fields; empty: ISO 8601
 };
 
 struct ImportOptions {
@@ -55,9 +56,9 @@ struct ImportOptions {
 
 struct NewRuleOptions {
     std::wstring name;
-    std::wstring pattern; // empty: the designer opens
-    std::wstring grow;    // digits, such as 4..9; empty: the number keeps its width
-    std::wstring policy;  // empty: gapless, or as it is
+    std::optional<std::wstring> pattern; // nothing: the designer opens
+    std::wstring grow;                   // digits, such as 4..9; empty: the number keeps its width
+    std::wstring policy;                 // empty: gapless, or as it is
     std::optional<std::int64_t> leaseSize;
     PatternSettings settings;
     wchar_t separator = L',';         // of the files with codes
@@ -127,7 +128,7 @@ struct CodeOptions {
 struct AdoptOptions {
     std::wstring rule;
     std::vector<std::wstring> what; // the codes, or one file of them, or "-" for standard input
-    std::wstring column;            // with the codes; empty: the first one
+    std::wstring column;            // with the codes; empty: the one named Code, or the first one
     wchar_t separator = L',';
     std::optional<unsigned> codePage;
 };

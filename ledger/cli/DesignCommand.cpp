@@ -58,8 +58,9 @@ class Designer {
 
     int Show() {
         if (!HasDisplay())
-            throw hosts::HostError(L"there is no display to open the designer on; use \"kledger rule export\" and "
-                                   L"\"kledger rule import\", or start it where windows can be shown");
+            throw hosts::HostError(
+                L"there is no display to open the designer on; use \"kledger rule new NAME PATTERN\", or "
+                L"\"kledger rule export\" and \"kledger rule import\", or start it where windows can be shown");
         mvarRule.Component().Put(L"Name", hosts::Variant(mvarChange.name));
         // As the component writes it: a text from elsewhere says the same in other words, and nobody changed anything.
         mvarHeld = mvarRule.Definition();

@@ -9,6 +9,7 @@
 #include "ledger/core/Json.h"
 #include "ledger/core/pattern/CaretLines.h"
 #include "ledger/core/pattern/GrowingPattern.h"
+#include "ledger/core/pattern/PatternFormulas.h"
 #include "ledger/core/pattern/PatternText.h"
 
 namespace ledger {
@@ -26,6 +27,7 @@ std::wstring DefinitionOf(const Pattern& pattern, const NewRuleOptions& options)
             throw HostError(isNamed ? error.Message() : file + L": " + error.Message());
         }
     };
+    CheckFormulas(pattern);
     return BuildDefinition(pattern, options.settings, files);
 }
 
@@ -61,7 +63,7 @@ void RefuseTaken(Session& session, const std::wstring& name, const wchar_t* inst
 int NewFromPattern(Session& session, const NewRuleOptions& options) {
     RuleChange change = NewChange(session, options, options.name);
     if (options.replace) change.revision.reset();
-    change.definition = DefinitionOf(ParsePattern(options.pattern), options);
+    change.definition = DefinitionOf(ParsePattern(*options.pattern), options);
     StoreRule(session, change, options.force);
     return ExitDone;
 }
@@ -72,7 +74,7 @@ std::vector<LookedOver> GrowingRulesOf(Session& session, const NewRuleOptions& o
     const Growth growth = GrowthOf(options.grow);
     std::vector<LookedOver> rules;
     std::size_t digits = growth.least;
-    for (const Pattern& pattern : GrowingPatterns(ParsePattern(options.pattern), growth)) {
+    for (const Pattern& pattern : GrowingPatterns(ParsePattern(*options.pattern), growth)) {
         RuleChange change = NewChange(session, options, options.name + L"-" + std::to_wstring(digits++));
         CheckRuleName(change.name);
         RefuseTaken(session, change.name, L"take another name for the numbering");
@@ -106,16 +108,17 @@ int NewRule(Session& session, const NewRuleOptions& options) {
         throw HostError(L"--grow makes rules that are new, --replace changes one that there is; give one of them");
     if (!options.replace)
         RefuseTaken(session, options.name, L"change it with --replace or kledger rule design, or take another name");
-    if (options.pattern.empty()) {
+    if (!options.pattern) {
         if (!options.grow.empty()) throw HostError(L"--grow wants a pattern, such as INV{####}");
         if (Exists(session, options.name))
             throw HostError(L"--replace wants a pattern; kledger rule design opens the rule that there is");
         return DesignNewRule(session, options);
     }
+    if (options.pattern->empty()) throw HostError(L"the pattern is empty; write one such as INV-{Date:yyyy}-{####}");
     try {
         return options.grow.empty() ? NewFromPattern(session, options) : NewGrowing(session, options);
     } catch (const PatternError& error) {
-        ShowPlace(options.pattern, error);
+        ShowPlace(*options.pattern, error);
         return ExitFailed;
     }
 }

@@ -66,6 +66,7 @@ int SetRule(Session& session, const SetOptions& options) {
 int NextCommand(Session& session, const NextOptions& options) {
     const StoredRule rule = ResolveRule(session, options.rule);
     CodeMaker maker(rule.definition.text, rule.settings);
+    UseDateFormat(maker, options.dateFormat);
     const FieldValues values = ParseFields(maker, options.fields);
     const Workplace workplace{session.database, rule, maker, session.patience};
     if (options.set && !SetNextNumber(workplace, values, options.band, *options.set))
@@ -78,6 +79,7 @@ int NextCommand(Session& session, const NextOptions& options) {
 int LastCommand(Session& session, const NextOptions& options) {
     const StoredRule rule = ResolveRule(session, options.rule);
     CodeMaker maker(rule.definition.text, rule.settings);
+    UseDateFormat(maker, options.dateFormat);
     const FieldValues values = ParseFields(maker, options.fields);
     for (const SeriesState& state : LookAtSeries({session.database, rule, maker, session.patience}, values))
         PrintLast(session, state);

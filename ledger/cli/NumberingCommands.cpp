@@ -34,7 +34,7 @@ NumberingPart PartOf(const NumberingOptions& options, const StoredRule& rule) {
 
 // A numbering is no rule: one in another one, or in itself, would lead in a circle.
 void RefuseNumbering(Session& session, const NumberingOptions& options) {
-    if (!FindNumbering(session, options.rule) && options.rule != options.name) return;
+    if (!FindNumbering(session, options.rule)) return;
     throw HostError(L"\"" + options.rule +
                     L"\" is a numbering; the parts of a numbering are rules, so that none leads in a circle");
 }

@@ -17,7 +17,9 @@ void AddRuleMaking(CommandLine& line, CLI::App& rule) {
         made);
     line.MakesLedger(command);
     AddText(command, "name", made->name, "the rule's name", true);
-    AddText(command, "pattern", made->pattern, "text, fields {Customer:4}, numbers {####}; see docs/patterns.md");
+    command->add_option_function<std::string>(
+        "pattern", [made](const std::string& text) { made->pattern = Wide(text); },
+        "text, fields {Customer:4}, numbers {####}; see docs/patterns.md");
     AddText(command, "--grow", made->grow,
             "let the number grow past its width, as in 4..9: a rule for each width, and a numbering over them");
     AddPolicy(command, made->policy, made->leaseSize);
@@ -111,12 +113,14 @@ void AddNumbers(CommandLine& line) {
                                     NextCommand, next);
     AddText(command, "rule", next->rule, "the rule; may be left out where it is clear which");
     AddFields(command, next->fields);
+    AddDateFormat(command, next->dateFormat);
     command->add_option("--set", next->set, "leave numbers out: the series goes on with this one");
     AddText(command, "--band", next->band, "the band whose number is set, where the rule has several");
     const auto last = std::make_shared<NextOptions>();
     command = line.Add<NextOptions>(line.App(), "last", "show the last code of a record's series", LastCommand, last);
     AddText(command, "rule", last->rule, "the rule; may be left out where it is clear which");
     AddFields(command, last->fields);
+    AddDateFormat(command, last->dateFormat);
 }
 
 } // namespace

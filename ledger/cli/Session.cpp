@@ -23,9 +23,18 @@ std::wstring NamesOf(const std::vector<StoredRule>& rules) {
     return names;
 }
 
+// Those that issue no more are offered only where there is nothing else.
+std::wstring NamesToChoose(const std::vector<StoredRule>& rules) {
+    std::vector<StoredRule> active = rules;
+    std::erase_if(active, [](const StoredRule& rule) { return rule.settings.retired; });
+    return NamesOf(active.empty() ? rules : active);
+}
+
 StoredRule OnlyOne(std::vector<StoredRule> rules) {
-    if (rules.empty()) throw HostError(L"the database has no rules yet; bring one in with: kledger rule import FILE");
-    if (rules.size() > 1) throw HostError(L"name the rule with --rule; there are: " + NamesOf(rules));
+    if (rules.empty())
+        throw HostError(L"the database has no rules yet; make one with: kledger rule new NAME PATTERN, or bring one in "
+                        L"with: kledger rule import FILE");
+    if (rules.size() > 1) throw HostError(L"name the rule with --rule; there are: " + NamesToChoose(rules));
     return std::move(rules.front());
 }
 

@@ -1,5 +1,6 @@
 #include "ledger/core/Adoption.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -58,6 +59,10 @@ class Adoption {
 
     void Take(MadeCode made, const FieldValues& others) {
         FieldValues fields = mvarMaker.Values();
+        const std::vector<std::wstring> unreadable = mvarMaker.Unreadable(made.code);
+        std::erase_if(fields, [&unreadable](const auto& field) {
+            return std::ranges::find(unreadable, field.first) != unreadable.end();
+        });
         fields.insert(fields.end(), others.begin(), others.end());
         NewCode code;
         code.row = {made.code, NewTicket(), mvarRule.definition.number, L"adopted",

@@ -22,7 +22,8 @@ struct AdoptionFinding {
     std::wstring detail;
 };
 
-// Takes over what the rule can take apart and nobody has, all at once or nothing. One finding for each code, in their
+// Takes over what the rule can take apart and nobody has, all at once or nothing; with each code the values that can be
+// read back from it. One finding for each code, in their
 // order. `advance` is told of each code that was looked at. Fails with HostError when the rule was changed meanwhile.
 [[nodiscard]] std::vector<AdoptionFinding> Adopt(Database& database, Patience patience, const StoredRule& rule,
                                                  CodeMaker& maker, const std::vector<ForeignCode>& codes,

@@ -87,6 +87,12 @@ std::vector<hosts::Band> LoadBands(hosts::Rule& rule, const std::wstring& defini
     return rule.Bands();
 }
 
+// Digits are a date for the component, too: "1905" counts days, and happens to lie in that year.
+bool IsOfFormat(const std::wstring& value, const std::wstring& format) {
+    if (!FormatsDates(format) || DateFormat().Read(value)) return true;
+    return FormatsTimesAlone(format) && ReadTime(value);
+}
+
 // A number that does not fit into its band, after the last code of its series; the message when it fits.
 std::wstring WhyNumberIsRefused(const NumberBand& band, const std::wstring& series, const std::wstring& lastCode,
                                 const std::wstring& format, const std::wstring& message) {
@@ -269,6 +275,18 @@ std::vector<std::wstring> CodeMaker::Taken() const {
     if (!mvarSettings.series.empty() && std::ranges::find(names, mvarSettings.series) == names.end())
         names.push_back(mvarSettings.series);
     return names;
+}
+
+std::vector<std::wstring> CodeMaker::Unreadable(const std::wstring& code) const {
+    std::vector<std::wstring> items;
+    for (const BoundBand& band : mvarValues.Bound()) {
+        if (band.swap != Swap::None || band.item.empty() || std::ranges::find(items, band.item) != items.end())
+            continue;
+        const std::wstring value = mvarRule.Value(band.item);
+        if (!IsOfFormat(value, band.format) || Formatted(value, band.format) != code.substr(band.position, band.length))
+            items.push_back(band.item);
+    }
+    return items;
 }
 
 FieldValues CodeMaker::Values() const {

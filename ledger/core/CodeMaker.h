@@ -87,6 +87,9 @@ class CodeMaker {
     [[nodiscard]] const std::vector<std::wstring>& Needed() const noexcept { return mvarValues.Needed(); }
     // The values that the fields and macros have now.
     [[nodiscard]] FieldValues Values() const;
+    // The fields and macros whose values do not give their parts of the code that was taken apart when they are
+    // formatted again: they cannot be read back from it, as the day of a year cannot.
+    [[nodiscard]] std::vector<std::wstring> Unreadable(const std::wstring& code) const;
 
   private:
     [[nodiscard]] std::wstring NextCode();

@@ -5,11 +5,9 @@
 
 namespace ledger {
 
-// The day of a date in ISO 8601 as yyyy-mm-dd; empty for any other text.
-[[nodiscard]] std::wstring DayOf(const std::wstring& date);
-
-// Fails with HostError and the reason: a name that a rule has, a rule that is none, fields that nobody knows, dates
-// that are none or end before they begin, rules that could give a record the same code.
+// Fails with HostError and the reason: a name that a rule has, a rule that is none, fields that nobody knows or that
+// stand twice in one condition, dates that are none or end before they begin, rules that could give a record the same
+// code, parts that contradict each other.
 void CheckNumbering(const Numbering& numbering, const std::vector<StoredRule>& rules);
 
 } // namespace ledger

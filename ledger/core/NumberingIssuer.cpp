@@ -8,7 +8,8 @@ namespace ledger {
 
 NumberingIssuer::NumberingIssuer(Database& database, Patience patience, Numbering numbering,
                                  const std::vector<StoredRule>& rules, const DateFormat& dates, bool isDry)
-    : mvarDatabase(database), mvarPatience(patience), mvarNumbering(std::move(numbering)), mvarIsDry(isDry) {
+    : mvarDatabase(database), mvarPatience(patience), mvarNumbering(std::move(numbering)),
+      mvarFit(mvarNumbering, dates), mvarIsDry(isDry) {
     mvarScope.id = mvarNumbering.id;
     for (const NumberingPart& part : mvarNumbering.parts) {
         if (std::ranges::find(mvarScope.rules, part.rule) != mvarScope.rules.end()) continue;
@@ -51,12 +52,6 @@ void NumberingIssuer::Finish() {
         station->issuer->Finish();
 }
 
-std::size_t NumberingIssuer::Fitting(const Request& request, std::size_t from) const {
-    while (from < mvarNumbering.parts.size() && !mvarNumbering.parts[from].Fits(request.values))
-        ++from;
-    return from;
-}
-
 NumberingIssuer::Station& NumberingIssuer::StationOf(std::size_t part) {
     const std::int64_t id = mvarNumbering.parts[part].rule;
     return **std::ranges::find_if(mvarStations, [id](const auto& station) { return station->rule.id == id; });
@@ -85,12 +80,11 @@ std::vector<Outcome> NumberingIssuer::Issue(std::span<const Request> requests, s
     std::map<std::size_t, Places> byPart;
     for (std::size_t at = 0; at < requests.size(); ++at) {
         if (!outcomes[at].code.empty() || !outcomes[at].refusal.empty()) continue;
-        const std::size_t part = Fitting(requests[at], 0);
+        const std::size_t part = mvarFit.First(requests[at].values, 0);
         if (part < mvarNumbering.parts.size())
             byPart[part].push_back(at);
         else
-            outcomes[at].refusal =
-                L"no rule of numbering \"" + mvarNumbering.name + L"\" fits the record " + requests[at].fields;
+            outcomes[at].refusal = mvarFit.Refusal(requests[at].values);
     }
     for (const auto& [part, places] : byPart)
         Serve(part, places, requests, toCome, outcomes);
@@ -117,7 +111,7 @@ void NumberingIssuer::Serve(std::size_t part, const Places& places, std::span<co
         Outcome& outcome = outcomes[places[at]];
         outcome = got[at];
         if (mvarNumbering.parts[part].then == Then::Stop) continue;
-        const std::size_t next = Fitting(served[at], part + 1);
+        const std::size_t next = mvarFit.First(served[at].values, part + 1);
         if (next == mvarNumbering.parts.size()) continue;
         outcome.rooms.clear();
         if (!outcome.full) continue;

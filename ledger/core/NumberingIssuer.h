@@ -4,7 +4,7 @@
 #include <map>
 
 #include "ledger/core/DryIssuer.h"
-#include "ledger/core/Numberings.h"
+#include "ledger/core/NumberingFit.h"
 
 namespace ledger {
 
@@ -30,7 +30,6 @@ class NumberingIssuer final : public Issuer {
 
     void Equip(Station& station);
     void Remember(std::span<const Request> requests, const std::vector<Outcome>& outcomes);
-    [[nodiscard]] std::size_t Fitting(const Request& request, std::size_t from) const;
     [[nodiscard]] Station& StationOf(std::size_t part);
     void LookForStored(std::span<const Request> requests, std::vector<Outcome>& outcomes);
     void Serve(std::size_t part, const Places& places, std::span<const Request> requests, std::size_t toCome,
@@ -41,6 +40,7 @@ class NumberingIssuer final : public Issuer {
     Database& mvarDatabase;
     Patience mvarPatience;
     Numbering mvarNumbering;
+    NumberingFit mvarFit;
     NumberingScope mvarScope;
     bool mvarIsDry;
     std::map<std::wstring, CodeRow> mvarTold; // by tickets that were given: what a dry run has answered

@@ -12,12 +12,6 @@ namespace ledger {
 
 namespace {
 
-const std::wstring* ValueOf(const FieldValues& record, const std::wstring& field) {
-    const auto found =
-        std::find_if(record.rbegin(), record.rend(), [&field](const auto& value) { return value.first == field; });
-    return found == record.rend() ? nullptr : &found->second;
-}
-
 std::wstring Wide(const Json& json) { return hosts::FromOwnUtf8(json.get<std::string>()); }
 
 Json PartJson(const NumberingPart& part) {
@@ -90,17 +84,6 @@ std::optional<Then> ThenOf(const std::wstring& name) {
     for (const Then then : {Then::Stop, Then::Anew, Then::On})
         if (NameOf(then) == name) return then;
     return std::nullopt;
-}
-
-bool NumberingPart::Fits(const FieldValues& record) const {
-    for (const auto& [field, wanted] : when) {
-        const std::wstring* value = ValueOf(record, field);
-        if (value == nullptr || *value != wanted) return false;
-    }
-    if (date.empty()) return true;
-    const std::wstring* value = ValueOf(record, date);
-    const std::wstring day = value == nullptr ? std::wstring() : DayOf(*value);
-    return !day.empty() && day >= from && (until.empty() || day <= until);
 }
 
 bool Numbering::Names(std::int64_t rule) const {

@@ -28,8 +28,6 @@ struct NumberingPart {
     std::wstring until; // the last one; empty: for ever
     FieldValues when;   // what fields must be
     Then then = Then::Stop;
-
-    [[nodiscard]] bool Fits(const FieldValues& record) const;
 };
 
 struct Numbering {

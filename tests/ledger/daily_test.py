@@ -204,6 +204,13 @@ class DailyTests:
         self.assertEqual(self.issue("2024"), "2024-000002")
         self.assertEqual(self.done("audit")[-1], "2 codes, 0 findings")
 
+    def test_retired_rules_are_not_offered(self):
+        for name in "abc":
+            self.done("rule", "new", name, name + "{#}")
+        self.done("issue", "--rule", "b")
+        self.done("rule", "remove", "b")
+        self.assertTrue(self.refused("issue").endswith("name the rule with --rule; there are: a, c"))
+
     def issue_of(self, rule):
         self.done("issue", "--rule", rule, "-f", "Year=2024")
 
@@ -215,6 +222,28 @@ class DailyTests:
         self.assertIn("there is no file \"odl.csv\" either", result.stdout + result.stderr)
         self.assertEqual(self.codes(), ["2024-000001", "2024-000007"])
         self.assertEqual(self.piped(b"Code\n2024-000009\n", "adopt", "-").returncode, 0)
+
+    def test_adopting_a_file_that_names_no_columns(self):
+        self.done("rule", "new", "k", "K{#####}")
+        self.assertEqual(self.done("adopt", self.file("old.txt", "K00001\nK00002\n"))[-1], "2 codes adopted, 0 foreign, 0 duplicate")
+        self.assertEqual(self.piped(b"K00003\r\nK00004\r\n", "adopt", "-").returncode, 0)
+        self.assertEqual(self.codes(), ["K00001", "K00002", "K00003", "K00004"])
+        lines = self.objects("adopt", self.file("bad.txt", "X0005\nK00005\n"), code=3)
+        self.assertEqual([(line["line"], line["result"]) for line in lines[:-1]], [(1, "foreign"), (2, "adopted")])
+        self.assertIn('line 1: "K00006" is a code of the rule where a line with the columns\' names is expected',
+                      self.refused("adopt", self.file("two.csv", "K00006,Miller\nK00007,Smith\n")))
+        self.done("adopt", self.file("named.csv", "Who,code\nMiller,K00006\n"))
+        self.done("adopt", self.file("named.txt", "Number\nK00007\n"), "--column", "Number")
+        self.assertEqual(self.codes(), [f"K0000{number}" for number in range(1, 8)])
+        self.assertEqual(self.objects("explain", "K00006")[0]["stored"], {"Who": "Miller"})
+
+    def test_next_and_last_read_dates_as_they_are_written(self):
+        self.done("rule", "new", "d", "{Date:yyyymmdd}{##}")
+        self.done("issue", "-f", "Date=2026-06-30")
+        date = ("d", "--date-format", "dd.mm.yyyy", "-f", "Date=30.06.2026")
+        self.assertEqual(self.done("next", *date), ["20260630??\tNumber\t2"])
+        self.assertEqual(self.done("last", *date)[0].split("\t")[-1], "2026063001")
+        self.assertIn("is no date, dd.mm.yyyy expected", self.refused("next", *date[:-1], "Date=2026-06-30"))
 
     def test_only_what_stores_codes_or_rules_makes_a_ledger(self):
         for arguments in (("rule", "list"), ("audit",), ("codes", "list"), ("preview",), ("explain", "X"), ("doctor",),
@@ -231,15 +260,31 @@ class Sqlite(OnSqlite, DailyTests, LedgerCase):
         return self.database.file.exists()
 
     def test_adopt_makes_a_ledger_too(self):
-        self.assertIn("the database has no rules yet", self.refused("adopt", "X"))
-        self.assertTrue(self.has_ledger())
+        self.assertIn("the database has no rules yet; make one with: kledger rule new NAME PATTERN, or", self.refused("adopt", "X"))
+        self.assertFalse(self.has_ledger())
+
+    def test_a_command_that_fails_leaves_no_new_ledger_behind(self):
+        for arguments, code in ((("rule", "new", "r", "A}"), 1), (("rule", "new", "r", "A{=luhn(Nope)}{#}"), 1), (("issue",), 1),
+                                (("rule", "import", self.file("bad.rule", "nonsense")), 1), (("adopt", "X"), 1)):
+            with self.subTest(arguments=arguments):
+                self.assertEqual(self.kledger(*arguments).returncode, code)
+                self.assertEqual(list(self.database.file.parent.glob(self.database.file.name + "*")), [])
+        self.done("rule", "new", "r", "A{#}")
+        self.refused("issue", "--rule", "nobody")
+        self.done("rule", "remove", "r")
+        self.refused("issue")
+        self.assertTrue(self.has_ledger(), "it was there before")
+
+    def test_an_empty_pattern_does_not_open_the_designer(self):
+        self.done("rule", "new", "other", "X{#}")
+        self.assertIn("the pattern is empty; write one such as", self.refused("rule", "new", "r", ""))
 
     def test_the_designer_needs_a_display(self):
         self.import_rule(rules.numbered())
         result = subprocess.run(["env", "-u", "DISPLAY", *command("kledger", ["--database", self.database.name, "design"])],
                                 stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=False, encoding="utf-8")
         self.assertEqual(result.returncode, 1, result.stderr)
-        self.assertIn("there is no display to open the designer on", result.stderr)
+        self.assertIn("there is no display to open the designer on; use \"kledger rule new NAME PATTERN\"", result.stderr)
 
 
 class Postgres(OnPostgres, DailyTests, LedgerCase):

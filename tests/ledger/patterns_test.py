@@ -69,7 +69,20 @@ class NewTest(PatternsCase):
         self.assertEqual(out, [])
         self.assertEqual(error, ["kledger: position 14 of the pattern: the last number 1 lies below the first one, 9",
                                  "INV-{####:9..1}", "             ^"])
-        self.assertEqual(self.done("rule", "list")[2:], [])
+        self.assertIn("there is no ledger", self.refused("rule", "list"))
+
+    def test_a_mark_stands_below_the_formula_that_is_wrong(self):
+        for pattern, place, cause in (
+                ("A-{=luhn(Nope)}{#}", 3, 'the rule has no band "Nope"'),
+                ("{##}{=foo(X):4}", 5, 'there is no function "foo"'),
+                ("{=year(Date)}{A=upper(B):2}{B=upper(A):2}{#}", 28, "are computed from each other in a circle: A from B from A"),
+                ("{#}{Check=luhn(Check)}", 4, "are computed from each other in a circle: Check from Check")):
+            with self.subTest(pattern=pattern):
+                _, error = self.reported("rule", "new", "r", pattern, code=1)
+                self.assertIn(f"position {place} of the pattern: ", error[0])
+                self.assertIn(cause, error[0])
+                self.assertEqual(error[1:], [pattern, " " * (place - 1) + "^"])
+        self.reported("rule", "new", "r", "A-{=luhn(Nope):1}{#}", "--force", code=1)
 
     def test_long_patterns_are_refused(self):
         for piece in ("a", "{a:1}", "{"):
@@ -91,15 +104,18 @@ class NewTest(PatternsCase):
         file = self.file("c.csv", "Country code;Country\nD\xfc;Z\xfcrich\n".encode("cp1252"))
         self.new("{Country=" + file + "}{##}", "--separator", ";", "--code-page", "1252")
         self.assertEqual(self.issue_fields("Country=Z\u00fcrich"), "D\u00fc01")
-        self.assertIn("cannot open", self.refused("rule", "new", "x", "{A=none.csv}{##}"))
+        _, error = self.reported("rule", "new", "x", "A-{##}{A=none.csv}", code=1)
+        self.assertIn("position 7 of the pattern: ", error[0])
+        self.assertIn("cannot open", error[0])
+        self.assertEqual(error[1:], ["A-{##}{A=none.csv}", "      ^"])
         for text, cause in (("c,v\n1,a\n22,b\n", 'line 3: code "22" has 2 characters where those above have 1'),
                             ("c,v\n1,a\n1,b\n", 'line 3: code "1" stands for "a" already, and for "b" here'),
                             ("c,v\n", "the file has no line below its columns' names"),
                             ("", "the first line must name the columns, and there is none"),
                             ("a,b,c\n1,2,3\n", 'a column "A" with the values is expected')):
             file = self.file("bad.csv", text)
-            refusal = self.refused("rule", "new", "x", "{A=" + file + "}{##}")
-            self.assertTrue(refusal.startswith(f"kledger: {file}: ") and cause in refusal, refusal)
+            _, error = self.reported("rule", "new", "x", "{A=" + file + "}{##}", code=1)
+            self.assertTrue(error[0].startswith(f"kledger: position 1 of the pattern: {file}: ") and cause in error[0], error)
 
     def test_settings(self):
         self.new("{=year(Date)}{##}", "--year-begins", "4", "--month-begins", "16", "--day-begins", "06:30", "--capitals")
@@ -237,7 +253,7 @@ class CheckTest(PatternsCase):
                       '"000"', error[-2])
         self.assertEqual(error[-1], 'kledger: rule "t" can issue no code and is not stored; put right what stands above, or '
                                     "store it with --force")
-        self.assertEqual(self.done("rule", "list")[2:], [])
+        self.assertIn("there is no ledger", self.refused("rule", "list"))
         self.reported("rule", "import", file, "--force", code=0)
         self.assertEqual(len(self.done("rule", "list")[2:]), 1)
         self.assertIn("obstacle", [line["finding"] for line in self.objects("rule", "check", file, code=4)])

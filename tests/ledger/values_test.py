@@ -1,5 +1,6 @@
 """What a code is made of: values that records bring, dates, macros that are computed, check digits; and what refusals say."""
 import datetime
+import re
 import unittest
 
 import rules
@@ -100,7 +101,7 @@ class ComputedMacros(Values):
                 ("=luhn(Number Part)", "macros are computed from each other in a circle: Part from Part")):
             with self.subTest(formula=formula):
                 self.assertIn(cause, self.refused("rule", "import", self.file("r.rule", numbered_by(formula, 4))))
-        self.assertEqual(self.objects("rule", "list"), [])
+        self.assertIn("there is no ledger", self.refused("rule", "list"))
 
     def test_formulas_without_sense_are_refused_when_codes_are_issued(self):
         self.import_rule(numbered_by("=year(Date)", 4))
@@ -320,6 +321,24 @@ class Refusals(Values):
         self.assertEqual(self.refusal("-f", "Land=Germany", "-f", "Town=Paris"), "band Town: no code for 'Paris'")
         self.assertEqual(self.refusal("-f", "Land=Germany", "-f", "Town=Berln"),
                          "band Town: no code for 'Berln'; nearest: 'Berlin'")
+
+    def test_a_value_that_a_code_does_not_tell_is_not_made_up(self):
+        self.done("rule", "new", "y", "{Date:yyyy}{Kind:2}{##}")
+        self.done("rule", "new", "d", "{Date:yyyymmdd}{Kind:2}{##}")
+        self.done("rule", "new", "c", "{=year(Date)}{Kind:2}{##}")
+        for rule, code, kept in (("y", "2026ab01", {"Kind": "ab"}), ("y", "1905ab01", {"Kind": "ab"}),
+                                 ("d", "20260630ab01", {"Date": "20260630", "Kind": "ab"})):
+            self.done("adopt", code, "--rule", rule)
+            shown = self.objects("explain", code, "--rule", rule)[0]
+            self.assertEqual((shown["stored"], shown["fields"]), (kept, kept), code)
+            self.assertEqual(shown.get("unreadable"), None if "Date" in kept else ["Date"], code)
+        self.assertIn(["field", "Date", "(the code does not tell its value)"],
+                      [re.split(" {2,}", line.strip()) for line in self.done("explain", "2026ab01", "--rule", "y")])
+        self.done("adopt", "2026ab01", "--rule", "c")
+        self.assertNotIn("Date", {name for name, value in self.objects("explain", "2026ab01", "--rule", "c")[0]["stored"].items() if value})
+        self.done("issue", "--rule", "y", "-f", "Date=2026-06-30", "-f", "Kind=ab")
+        shown = self.objects("explain", "2026ab02", "--rule", "y")[0]
+        self.assertEqual((shown["stored"]["Date"], shown["fields"]), ("2026-06-30", {"Kind": "ab"}))
 
     def test_a_full_series(self):
         for rule in self.on_each_policy(rules.numbered(digits=2)):

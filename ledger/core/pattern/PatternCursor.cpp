@@ -6,6 +6,21 @@
 
 namespace ledger {
 
+namespace {
+
+std::size_t FirstUnfit(std::wstring_view text, std::size_t at) {
+    while (at < text.size()) {
+        // Two characters are one that is whole, or each is looked at alone.
+        const std::size_t count = hosts::IsWhole(text.substr(at, 1)) ? 1 : 2;
+        const std::wstring_view character = text.substr(at, count);
+        if (hosts::HasControl(character) || !hosts::IsWhole(character)) return at;
+        at += character.size();
+    }
+    return at;
+}
+
+} // namespace
+
 bool IsDigit(wchar_t character) noexcept { return character >= L'0' && character <= L'9'; }
 bool IsCapital(wchar_t character) noexcept { return character >= L'A' && character <= L'Z'; }
 bool IsNameOfFunction(wchar_t character) noexcept {
@@ -44,9 +59,9 @@ bool PatternCursor::IsNext(wchar_t character) const noexcept {
 
 bool PatternCursor::AtAs() const noexcept { return mvarText.substr(mvarAt, PatternAs.size()) == PatternAs; }
 
-void PatternCursor::RefuseUnfit(std::wstring_view text, std::size_t position) {
+void PatternCursor::RefuseUnfit(std::wstring_view text, std::size_t position) const {
     if (hosts::HasControl(text) || !hosts::IsWhole(text))
-        Fail(position,
+        Fail(FirstUnfit(mvarText, position),
              L"\"" + hosts::Shown(text) + L"\" has a control character or half a character in it; write it without");
 }
 

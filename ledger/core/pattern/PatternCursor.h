@@ -25,8 +25,8 @@ class PatternCursor {
 
     // Fails with PatternError.
     [[noreturn]] static void Fail(std::size_t position, const std::wstring& message);
-    // Fails on a text with a control character or half a character.
-    static void RefuseUnfit(std::wstring_view text, std::size_t position);
+    // Fails on a text, read from the position on, with a control character or half a character; at its place.
+    void RefuseUnfit(std::wstring_view text, std::size_t position) const;
 
     [[nodiscard]] std::wstring_view Text() const noexcept { return mvarText; }
     [[nodiscard]] std::size_t At() const noexcept { return mvarAt; }

@@ -24,6 +24,7 @@
 #include <algorithm>
 
 #include "hosts/common/Text.h"
+#include "ledger/core/formulas/Functions.h"
 #include "ledger/core/pattern/CompletePattern.h"
 #include "ledger/core/pattern/FormatLength.h"
 #include "ledger/core/pattern/PatternCursor.h"
@@ -227,9 +228,19 @@ class Reader : PatternCursor {
         RefuseUnfit(part.formula, position);
         ReadForm(part);
         ReadCodes(part);
-        if (part.length == 0 && part.file.empty()) part.length = FormulaLengthOf(part.formula).value_or(0);
-        if (part.length == 0 && part.file.empty())
-            Fail(position, L"say how long the result is, as in {=" + part.formula + L":4}");
+        if (part.length > 0 || !part.file.empty()) return;
+        RefuseNoFormula(part.formula, position);
+        part.length = FormulaLengthOf(part.formula).value_or(0);
+        if (part.length == 0) Fail(position, L"say how long the result is, as in {=" + part.formula + L":4}");
+    }
+
+    // What is no formula has no length, either, and says so first.
+    static void RefuseNoFormula(const std::wstring& formula, std::size_t position) {
+        try {
+            static_cast<void>(ledger::LengthOf(ParseFormula(formula)));
+        } catch (const hosts::HostError& error) {
+            Fail(position, hosts::OneLine(error.Message()));
+        }
     }
 
     // ---------------------------------------------------------------------------------------- lengths and formats
@@ -260,11 +271,16 @@ class Reader : PatternCursor {
                                L"\" writes a value is not the same for all: say it behind, as in " + form + L":9");
     }
 
-    static std::size_t LengthOf(const std::wstring& digits, std::size_t position) {
+    // 0 for what is no number from 1 on, or is more than a code holds.
+    static std::size_t CountOf(const std::wstring& digits) {
         const bool fits = !digits.empty() && digits.size() <= MostLengthDigits && digits.front() != L'0';
-        const std::size_t length = fits ? std::stoul(digits) : 0;
-        if (length == 0 || length > LongestPatternCode)
-            Fail(position, L"a length from 1 to " + std::to_wstring(LongestPatternCode) + L" is expected");
+        const std::size_t count = fits ? std::stoul(digits) : 0;
+        return count > LongestPatternCode ? 0 : count;
+    }
+
+    static std::size_t LengthOf(const std::wstring& digits, std::size_t position) {
+        const std::size_t length = CountOf(digits);
+        if (length == 0) Fail(position, L"a length from 1 to " + std::to_wstring(LongestPatternCode) + L" is expected");
         return length;
     }
 
@@ -277,7 +293,8 @@ class Reader : PatternCursor {
         if (!Take(L'|')) return;
         SkipBlanks();
         const std::size_t at = At();
-        part.layer = LengthOf(ReadDigits(), at);
+        part.layer = CountOf(ReadDigits());
+        if (part.layer == 0) Fail(at, L"a layer from 1 on is expected, such as 1");
     }
 
     // ------------------------------------------------------------------------------------------- names and quotes

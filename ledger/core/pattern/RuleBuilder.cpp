@@ -176,7 +176,11 @@ class Builder {
     }
 
     [[nodiscard]] CodeTable ReadTable(const PatternPart& part, const std::vector<std::wstring>& fields) const {
-        return ReadCodeTable(mvarFiles(part.file), part.file, fields);
+        try {
+            return ReadCodeTable(mvarFiles(part.file), part.file, fields);
+        } catch (const hosts::HostError& error) {
+            throw PatternError(part.position, hosts::OneLine(error.Message()));
+        }
     }
 
     // Of a converted band as long as its codes are.

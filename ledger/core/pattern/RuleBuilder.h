@@ -20,8 +20,8 @@ struct PatternSettings {
 };
 
 // The definition text of the rule; the pattern is complete. Whoever opens it in the designer may change all of it.
-// Fails with PatternError where the component refuses a band, with its message, and with what `files` and ReadCodeTable
-// throw.
+// Fails with PatternError where the component refuses a band, with its message, and where `files` or ReadCodeTable
+// refuse its file, with theirs.
 [[nodiscard]] std::wstring BuildDefinition(const Pattern& pattern, const PatternSettings& settings,
                                            const CodeFiles& files);
 
