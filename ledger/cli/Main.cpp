@@ -2,7 +2,6 @@
 #include "hosts/common/Console.h"
 #include "hosts/common/Text.h"
 #include "ledger/cli/ExitCode.h"
-#include "ledger/cli/NewFile.h"
 #include "ledger/cli/Options.h"
 #include "ledger/core/Schema.h"
 #include "ledger/db/Open.h"
@@ -13,19 +12,11 @@ int RunCommand(const ledger::Invocation& invocation) {
     const hosts::Apartment apartment;
     if (invocation.alone) return invocation.alone(ledger::Output(invocation.json));
     const ledger::Patience patience(invocation.patience);
-    ledger::NewFile made(invocation.database); // removes the file, if at all, when the database is closed
     const std::unique_ptr<ledger::Database> database =
         ledger::OpenDatabase(invocation.database, patience, invocation.ifNone);
     if (!invocation.anySchema) ledger::PrepareSchema(*database, patience, invocation.ifNone);
     ledger::Session session{*database, patience, ledger::Output(invocation.json)};
-    try {
-        const int code = invocation.command(session);
-        made.LookInto(*database);
-        return code;
-    } catch (...) {
-        made.LookInto(*database);
-        throw;
-    }
+    return invocation.command(session);
 }
 
 int Run(const std::vector<std::wstring>& arguments) {

@@ -163,7 +163,7 @@ int Tell(const Output& output, const RuleReview& review) {
                                       {"holds", ledger::ToJson(untaken.holds)}});
     for (const std::wstring& finding : review.findings)
         output.Line(hosts::Shown(finding), {{"finding", "rule"}, {"text", ledger::ToJson(finding)}});
-    for (const std::wstring& obstacle : review.obstacles)
+    for (const std::wstring& obstacle : review.NoCode())
         output.Line(L"no code can be issued: " + hosts::Shown(obstacle),
                     {{"finding", "obstacle"}, {"text", ledger::ToJson(obstacle)}});
     if (review.IsClean()) output.Note(L"nothing was found");

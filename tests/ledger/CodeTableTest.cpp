@@ -49,7 +49,7 @@ const Row Rejected[] = {
     {L"c,v\n", {L"A"}, L"f.csv: the file has no line below its columns' names"},
     {L"a,b,c\n1,2,3\n", {L"A"}, L"f.csv: a column \"A\" with the values is expected"},
     {L"a,b\n1,2\n", {L"A", L"B"}, L"there are: a, b"},
-    {L"c,v\n1\n", {L"A"}, L"f.csv: line 2: 1 cells where the first line names 2"},
+    {L"c,v\n1\n", {L"A"}, L"f.csv: line 2: 1 cell where the first line names 2"},
     {L"c,v\n,North\n", {L"A"}, L"line 2: the code of \"North\" is empty"},
     {L"c,v\n1,\n", {L"A"}, L"line 2: the value of code \"1\" is empty"},
     {L"c,v\n1,North\n22,South\n", {L"A"}, L"line 3: code \"22\" has 2 characters where those above have 1"},

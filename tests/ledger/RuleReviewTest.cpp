@@ -147,11 +147,11 @@ TEST_F(RuleReviewTest, WhatIsWrittenAtAnotherLengthThanTheBandsKeepsEveryCode) {
 
 TEST_F(RuleReviewTest, AFormulaThatMakesNoSenseKeepsEveryCode) {
     const std::wstring good = Definition(L"{###}{C=damm(Number)}");
-    EXPECT_EQ(ledger::ReviewDefinition(good).obstacles, Lines());
+    EXPECT_EQ(ledger::ReviewDefinition(good).NoCode(), Lines());
     for (const wchar_t* formula : {L"dam(Number)", L"damm(Numer)", L"damm()"}) {
         std::wstring text = good;
         text.replace(text.find(L"damm(Number)"), 12, formula);
-        EXPECT_EQ(ledger::ReviewDefinition(text).obstacles.size(), 1U) << hosts::ToUtf8(formula);
+        EXPECT_EQ(ledger::ReviewDefinition(text).NoCode().size(), 1U) << hosts::ToUtf8(formula);
     }
 }
 

@@ -67,7 +67,7 @@ std::vector<std::wstring> FindingsOf(const std::wstring& definition) {
 
 class Obstacles {
   public:
-    explicit Obstacles(const hosts::Rule& rule) : mvarRule(rule) {}
+    Obstacles(const hosts::Rule& rule, bool isSound) : mvarRule(rule), mvarIsSound(isSound) {}
 
     std::vector<std::wstring> Find() {
         mvarLayers = NamesIn(mvarRule.Component().Object(L"LayeredBands"), L"Name");
@@ -116,6 +116,7 @@ class Obstacles {
         const std::wstring format = Text(L"Formate");
         const std::wstring formula = mvarObject.Object(L"DataField").Get(L"Description").Text();
         const bool isComputed = mvarBand.style == BandStyle::Macro && !formula.empty() && format.empty();
+        if (isComputed && !mvarIsSound) return;
         const auto length = isComputed ? FormulaLengthOf(formula) : FixedLengthOf(format);
         if (!length || *length == 0 || *length == mvarBand.length) return;
         Add((isComputed ? L"the formula " + formula + L" gives " : L"the format \"" + format + L"\" writes ") +
@@ -136,6 +137,7 @@ class Obstacles {
     }
 
     const hosts::Rule& mvarRule;
+    bool mvarIsSound; // its formulas
     std::vector<std::wstring> mvarLayers;
     hosts::Band mvarBand;
     Dispatch mvarObject;
@@ -171,9 +173,15 @@ std::vector<std::wstring> RuleReview::Lines() const {
         lines.push_back(LineOf(one));
     for (const std::wstring& finding : findings)
         lines.push_back(hosts::Shown(finding));
-    for (const std::wstring& obstacle : obstacles)
-        lines.push_back(L"no code can be issued: " + hosts::Shown(obstacle));
+    for (const std::wstring& cause : NoCode())
+        lines.push_back(L"no code can be issued: " + hosts::Shown(cause));
     return lines;
+}
+
+std::vector<std::wstring> RuleReview::NoCode() const {
+    std::vector<std::wstring> causes = obstacles;
+    if (!unsound.empty()) causes.push_back(unsound);
+    return causes;
 }
 
 RuleReview ReviewDefinition(const std::wstring& definition, const RuleSettings& settings) {
@@ -186,9 +194,8 @@ RuleReview ReviewDefinition(const std::wstring& definition, const RuleSettings& 
         review.findings.push_back(L"Codes of different values of " + settings.series +
                                   L" can be the same, for they are counted separately and the code does not show them; "
                                   L"the second of two equal codes is refused.");
-    review.obstacles = Obstacles(rule).Find();
-    if (auto refusal = review.obstacles.empty() ? WhyUnsound(definition) : std::wstring(); !refusal.empty())
-        review.obstacles.push_back(std::move(refusal));
+    review.unsound = WhyUnsound(definition);
+    review.obstacles = Obstacles(rule, review.unsound.empty()).Find();
     return review;
 }
 

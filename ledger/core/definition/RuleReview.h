@@ -14,8 +14,11 @@ struct RuleReview {
     std::vector<Untaken> untaken;        // in the order of the lines
     std::vector<std::wstring> findings;  // sentences of the component's Check, in the language of Windows
     std::vector<std::wstring> obstacles; // each alone keeps every record from getting a code
+    std::wstring unsound;                // why the formulas make no sense, so that no ledger stores it; empty: they do
 
-    [[nodiscard]] bool IsClean() const noexcept { return untaken.empty() && findings.empty() && obstacles.empty(); }
+    [[nodiscard]] bool IsClean() const noexcept { return untaken.empty() && findings.empty() && NoCode().empty(); }
+    // Obstacles and formulas.
+    [[nodiscard]] std::vector<std::wstring> NoCode() const;
     // All of it, a line each.
     [[nodiscard]] std::vector<std::wstring> Lines() const;
 };
