@@ -109,6 +109,7 @@ TEST_F(RuleReviewTest, FindingsAreThoseOfTheLedger) {
     EXPECT_EQ(ledger::ReviewDefinition(Definition(L"A{####}")).Lines(), Lines()) << "the ledger counts it";
     EXPECT_EQ(ledger::ReviewDefinition(Definition(L"{A:4}{####:..5000}")).Lines(), Lines())
         << "the ledger keeps to the end";
+    EXPECT_EQ(ledger::ReviewDefinition(Definition(L"{A:4}{##:10..12}")).Lines(), Lines()) << "so few were meant";
     EXPECT_EQ(ledger::ReviewDefinition(Definition(L"{A:4}")).findings.size(), 1U) << "two records, one code";
     EXPECT_EQ(ledger::ReviewDefinition(Definition(L"{A:4}{##}")).findings.size(), 1U) << "few numbers";
 }

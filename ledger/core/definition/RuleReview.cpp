@@ -29,15 +29,30 @@ std::vector<std::wstring> NamesIn(const Dispatch& items, const wchar_t* property
 
 // ------------------------------------------------------------------------------------------------------- findings
 
-// A ledger counts a number that tracks nothing over the whole rule, which is what tracking a fixed text means; and it
-// keeps to the end of a number. A copy of the rule is told so before it is asked.
+// Room for more numbers than anybody is warned of.
+constexpr std::size_t AmpleDigits = 9;
+
+// A ledger keeps to the end of a number, which whoever wrote it meant; the component would tell how many numbers its
+// digits could show.
+void ForgetEnd(const Dispatch& band) {
+    if (band.Get(L"InitEnd").Text().empty()) return;
+    band.Put(L"InitEnd", Variant(std::wstring_view()));
+    try {
+        band.Put(L"Length", Variant(static_cast<long>(AmpleDigits)));
+        band.Put(L"Formate", Variant(std::wstring(AmpleDigits, L'0')));
+    } catch (const hosts::DispatchError&) { // what does not fit is told as it is
+    }
+}
+
+// A ledger counts a number that tracks nothing over the whole rule, which is what tracking a fixed text means. A copy
+// of the rule is told so before it is asked.
 void SetUpForLedger(const hosts::Rule& copy) {
     const std::wstring anchor = L"\x2020";
     bool hasAnchor = false;
     for (const hosts::Band& band : copy.Bands()) {
         if (band.style != BandStyle::Number) continue;
         const Dispatch object = copy.Component().Item(Variant(band.name), L"Band");
-        object.Put(L"InitEnd", Variant(std::wstring_view()));
+        ForgetEnd(object);
         if (!band.tracked.empty()) continue;
         const Variant name(anchor);
         const Variant fixed(static_cast<long>(BandStyle::Fixed));
