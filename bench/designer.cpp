@@ -51,16 +51,25 @@ String TreeText(int nodes, Tree shape) {
     return text;
 }
 
+void Append(String& text, StringView before, StringView number, StringView behind) {
+    text += before;
+    text += number;
+    text += behind;
+}
+
 // Bands of every kind; the first and the second convert in the layers of the rule's tree.
 Ref<CodeClass> RuleOf(int bands, int nodes, Tree shape) {
     String text = L"#####02\r0\r15\rDay,,";
     for (int band = 3; band <= bands; ++band) {
         const String number = ToText(band);
         switch (band % 4) {
-        case 0: text += L"\r16\r0=Prefix " + number + L"\r1=0\r3=P-" + number + L"\r17"; break;
-        case 1: text += L"\r16\r0=Period " + number + L"\r1=1\r4=yymm\r5=4\r6=Day\r17"; break;
-        case 2: text += L"\r16\r0=Letter " + number + L"\r1=4\r12=B\r17"; break;
-        default: text += L"\r16\r0=Number " + number + L"\r1=3\r3=1\r4=000000\r5=6\r13=Prefix 4\r17"; break;
+        case 0:
+            Append(text, L"\r16\r0=Prefix ", number, L"\r1=0\r3=P-");
+            Append(text, {}, number, L"\r17");
+            break;
+        case 1: Append(text, L"\r16\r0=Period ", number, L"\r1=1\r4=yymm\r5=4\r6=Day\r17"); break;
+        case 2: Append(text, L"\r16\r0=Letter ", number, L"\r1=4\r12=B\r17"); break;
+        default: Append(text, L"\r16\r0=Number ", number, L"\r1=3\r3=1\r4=000000\r5=6\r13=Prefix 4\r17"); break;
         }
     }
     auto rule = EmptyRule();

@@ -8,6 +8,8 @@
 #include "support/StandIns.h"
 #include "support/Trees.h"
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-avoid-non-const-global-variables): these take the place of
+// what allocates everything else
 namespace {
 
 // What was allocated and not freed; each block remembers its size in front of itself.
@@ -35,6 +37,7 @@ void operator delete(void* memory) noexcept {
 }
 
 void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+// NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-avoid-non-const-global-variables)
 
 namespace kestrel::bench {
 

@@ -29,9 +29,9 @@ constexpr unsigned CodePageUtf8 = 65001;
 [[noreturn]] void FailToRead(const std::wstring& name) { throw HostError(L"cannot read \"" + name + L"\" to its end"); }
 
 // The bytes that are there, as many as there is room for; none at the end.
-std::string_view ReadPiece(std::FILE& file, std::array<char, PieceSize>& room, const std::wstring& name) {
-    const std::size_t size = std::fread(room.data(), 1, room.size(), &file);
-    if (std::ferror(&file) != 0) FailToRead(name);
+std::string_view ReadPiece(std::FILE* file, std::array<char, PieceSize>& room, const std::wstring& name) {
+    const std::size_t size = std::fread(room.data(), 1, room.size(), file);
+    if (std::ferror(file) != 0) FailToRead(name);
     return {room.data(), size};
 }
 
@@ -51,7 +51,7 @@ File StandardInput(const std::wstring& name) {
     File copy = TemporaryFile();
     std::array<char, PieceSize> room{};
     for (;;) {
-        const std::string_view piece = ReadPiece(*stdin, room, name);
+        const std::string_view piece = ReadPiece(stdin, room, name);
         if (piece.empty()) break;
         if (std::fwrite(piece.data(), 1, piece.size(), copy.get()) != piece.size()) FailToRead(name);
     }
@@ -122,7 +122,7 @@ std::string TextSource::NextBytes() {
     std::string bytes = std::exchange(mvarRest, {});
     std::array<char, PieceSize> room{};
     for (;;) {
-        const std::string_view piece = ReadPiece(*mvarFile, room, mvarName);
+        const std::string_view piece = ReadPiece(mvarFile.get(), room, mvarName);
         const std::size_t from = bytes.size() / 2 * 2; // where whole characters begin in every encoding
         bytes += piece;
         if (!mvarEncoding) mvarEncoding = EncodingOf(bytes);

@@ -1,6 +1,7 @@
 // Identifiers of the dialogs, their controls and their menus. A control is named ID_ and its name in the code.
 #pragma once
 
+// NOLINTBEGIN(cppcoreguidelines-macro-usage): the resource compiler reads them too, and knows macros
 #define IDD_frmDesigners 101
 #define IDD_frmAddBands 102
 #define IDD_frmAddNodes 103
@@ -70,3 +71,5 @@
 #define ID_mnuNodeEdit 1213
 #define ID_mnuNodeRemove 1214
 #define ID_mnuNodeRemoveAll 1215
+
+// NOLINTEND(cppcoreguidelines-macro-usage)
