@@ -23,7 +23,7 @@ class DesignTest(unittest.TestCase):
     def setUp(self):
         self.database = SqliteFile()
         self.folder = pathlib.Path(tempfile.mkdtemp())
-        self.process = None
+        self.process = self.title = None
         self.import_rule(rules.numbered())
 
     def tearDown(self):
@@ -59,11 +59,12 @@ class DesignTest(unittest.TestCase):
     def windows(title):
         return xdotool("search", "--onlyvisible", "--name", f"^{title}$")
 
-    def open_designer(self):
-        self.process = subprocess.Popen(command("kledger", ["--database", self.database.name, "design"]),
+    def open_designer(self, *arguments, title="Rule r"):
+        self.title = title
+        self.process = subprocess.Popen(command("kledger", ["--database", self.database.name, *(arguments or ("design",))]),
                                         stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                         encoding="utf-8")
-        self.comes_to_front("Rule r")
+        self.comes_to_front(self.title)
 
     def comes_to_front(self, title):
         """There is no window manager that would give the keyboard to a new window."""
@@ -74,7 +75,7 @@ class DesignTest(unittest.TestCase):
         """Again from time to time: a window that has only just come to the front misses keys."""
         def seen():
             if not until():
-                xdotool("windowfocus", self.windows("Rule r")[-1])
+                xdotool("windowfocus", self.windows(self.title)[-1])
                 xdotool("key", "--delay", "100", *keys)
                 time.sleep(0.5)
             return until()
@@ -84,7 +85,7 @@ class DesignTest(unittest.TestCase):
         return self.windows(QUESTION)
 
     def is_closed(self):
-        return not self.windows("Rule r")
+        return not self.windows(self.title)
 
     def answer(self, key):
         """To the question whether to save."""
@@ -113,6 +114,12 @@ class DesignTest(unittest.TestCase):
         self.answer("y")
         self.assertEqual(self.closed(), (0, "saved\n", ""))
         self.assertEqual(self.issue(), "-0000012024")
+
+    def test_a_rule_without_a_pattern_begins_in_the_designer(self):
+        self.open_designer("rule", "new", "fresh", "--field", "Year", title="Rule fresh")
+        self.press(("alt+c",), until=self.is_closed)
+        self.assertEqual(self.closed(), (0, "not changed\n", ""))
+        self.assertNotIn("fresh", self.kledger("rule", "list").stdout)
 
     def test_the_day_that_weeks_begin_on_comes_back(self):
         result = self.kledger("rule", "set", "r", "--week-begins", "sunday")
