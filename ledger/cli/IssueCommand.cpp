@@ -67,6 +67,7 @@ class Run {
             throw;
         }
         std::vector<Outcome> outcomes;
+        outcomes.reserve(lines.size());
         auto outcome = issued.begin();
         for (const IssueLine& line : lines)
             outcomes.push_back(line.refusal.empty() ? *outcome++ : Outcome{{}, line.refusal, false});

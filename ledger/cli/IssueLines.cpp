@@ -84,7 +84,7 @@ hosts::CsvReader::Pieces IssueLines::Pieces() {
     return [this] { return mvarSource->Next(); };
 }
 
-IssueLines::Reader IssueLines::Repetition(const FieldNames& known, const IssueOptions& options) const {
+IssueLines::Reader IssueLines::Repetition(const FieldNames& known, const IssueOptions& options) {
     return [line = OneLine(known, options), number = std::size_t{0}]() mutable -> std::optional<IssueLine> {
         line.number = ++number;
         return line;

@@ -40,7 +40,7 @@ class IssueLines {
     using Reader = std::function<std::optional<IssueLine>()>;
 
     [[nodiscard]] Reader ReaderOf(const FieldNames& known, const IssueOptions& options);
-    [[nodiscard]] Reader Repetition(const FieldNames& known, const IssueOptions& options) const;
+    [[nodiscard]] static Reader Repetition(const FieldNames& known, const IssueOptions& options);
     [[nodiscard]] Reader ListReader(const FieldValues& given);
     [[nodiscard]] Reader RecordReader(const FieldNames& known, const IssueOptions& options, const FieldValues& given);
     [[nodiscard]] hosts::CsvReader::Pieces Pieces();

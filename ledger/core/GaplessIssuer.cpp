@@ -113,7 +113,7 @@ Outcome GaplessIssuer::IssueOne(const Request& request) {
     bool looks = request.isGiven;
     bool mayGuess = true;
     NewCode issued;
-    const Outcome outcome = InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, [&] {
+    Outcome outcome = InTransaction(mvarWorkplace.database, mvarWorkplace.patience, OnUniqueKey::Retry, [&] {
         // The INSERT looks whether the rule has changed, where that is enough.
         if (mvarWorkplace.database.EntersByWriting()) Rules(mvarWorkplace.database).Enter(mvarWorkplace.rule);
         issued = {};
