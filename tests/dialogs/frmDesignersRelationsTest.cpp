@@ -32,8 +32,9 @@ class frmDesignersRelationsTest : public DesignerTest {
     }
     // So many nodes in the first layer, and below each of them.
     void FillLayers(int first, int below) {
-        String text = ToText(first * (below + 1));
-        for (int node = 1; node <= first * (below + 1); ++node)
+        const int all = first * (below + 1);
+        String text = ToText(all);
+        for (int node = 1; node <= all; ++node)
             text += L';' + (node <= first ? String() : ToText((node - 1) % first + 1)) + L',' + ToText(node) + L",C" +
                     ToText(node) + L",V" + ToText(node);
         rule->Relations().ImportNodes(text);

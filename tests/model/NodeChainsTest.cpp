@@ -59,7 +59,7 @@ TEST_F(NodeChainsTest, TellHashesApartThatShareAllBitsButOne) {
 }
 
 TEST_F(NodeChainsTest, KeepWhatOneMapWithListsKeeps) {
-    std::mt19937 random(1);
+    std::mt19937 random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same chains in every run
     std::map<std::uint32_t, std::vector<const cNode*>> expected;
     for (int step = 0; step < 20'000; ++step) {
         const auto hash = static_cast<std::uint32_t>(random() % 40 * 0x10001);
