@@ -241,11 +241,13 @@ std::vector<CodeRow> Codes::After(const std::wstring& code, std::size_t count) {
 }
 
 // By ranges of codes, whose size a server looks up in its index: what it knows of a table that was filled a moment ago
-// is that it was empty, and for all codes at once it would read all numbers for each.
+// is that it was empty, and for all codes at once it would read all numbers for each. The rule is a range as well, or
+// an engine would rather read all of its numbers by their key, for each range of codes.
 std::map<std::wstring, std::int64_t> Codes::NumbersBetween(const std::wstring& first, const std::wstring& last) {
     Statement& counts = mvarDatabase.Prepare(
-        L"SELECT code, COUNT(*) FROM kestrel_numbers WHERE rule_id = ? AND code > ? AND code <= ? GROUP BY code");
-    counts.Set(mvarRuleId).Set(first).Set(last).Execute();
+        L"SELECT code, COUNT(*) FROM kestrel_numbers WHERE rule_id >= ? AND rule_id <= ? AND code > ? AND code <= ? "
+        L"GROUP BY code");
+    counts.Set(mvarRuleId).Set(mvarRuleId).Set(first).Set(last).Execute();
     std::map<std::wstring, std::int64_t> numbers;
     while (counts.Fetch()) {
         std::wstring code = counts.Text(1);
