@@ -54,6 +54,13 @@ const wchar_t* const HighestNumberQuery =
     L"SELECT number, code, seal FROM kestrel_numbers WHERE rule_id = ? AND band = ? AND series = ? ORDER BY number "
     L"DESC LIMIT 1";
 
+// By ranges of codes, whose size a server looks up in its index: what it knows of a table that was filled a moment ago
+// is that it was empty, and for all codes at once it would read all numbers for each. The rule is a range as well, or
+// an engine would rather read all of its numbers by their key, for each range of codes.
+const wchar_t* const NumbersBetweenQuery = L"SELECT code, COUNT(*) FROM kestrel_numbers WHERE rule_id >= ? AND rule_id "
+                                           L"<= ? AND code > ? AND code <= ? GROUP BY "
+                                           L"code";
+
 const wchar_t* const CodeColumns = L"c.code, c.ticket, c.definition, c.origin, c.void_act, c.stored_at, c.fields";
 
 CodeRow ReadCode(const Statement& row, unsigned first) {
@@ -240,13 +247,8 @@ std::vector<CodeRow> Codes::After(const std::wstring& code, std::size_t count) {
         .Rows([](const Statement& row) { return ReadCode(row, 1); });
 }
 
-// By ranges of codes, whose size a server looks up in its index: what it knows of a table that was filled a moment ago
-// is that it was empty, and for all codes at once it would read all numbers for each. The rule is a range as well, or
-// an engine would rather read all of its numbers by their key, for each range of codes.
 std::map<std::wstring, std::int64_t> Codes::NumbersBetween(const std::wstring& first, const std::wstring& last) {
-    Statement& counts = mvarDatabase.Prepare(
-        L"SELECT code, COUNT(*) FROM kestrel_numbers WHERE rule_id >= ? AND rule_id <= ? AND code > ? AND code <= ? "
-        L"GROUP BY code");
+    Statement& counts = mvarDatabase.Prepare(NumbersBetweenQuery);
     counts.Set(mvarRuleId).Set(mvarRuleId).Set(first).Set(last).Execute();
     std::map<std::wstring, std::int64_t> numbers;
     while (counts.Fetch()) {

@@ -68,6 +68,8 @@ struct HighestNumber {
 
 // What Highest asks, so that its plan can be looked at: rule, band and series, and the same again.
 extern const wchar_t* const HighestNumberQuery;
+// And NumbersBetween: the rule twice, and the codes.
+extern const wchar_t* const NumbersBetweenQuery;
 
 // Members run in the caller's transaction and fail with DbError.
 class Codes {

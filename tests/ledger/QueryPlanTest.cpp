@@ -83,3 +83,10 @@ TEST_F(QueryPlanTest, TheFirstFreeNumberIsFoundThroughTheKeys) {
     for (const wchar_t* query : ledger::FirstFreeQueries)
         ExpectOneStepDownTheKey(query);
 }
+
+TEST_F(QueryPlanTest, NumbersOfCodesAreCountedThroughTheirCodes) {
+    const std::vector<std::wstring> reads = Plan(ledger::NumbersBetweenQuery);
+    ASSERT_EQ(reads.size(), 1U);
+    const std::string shown(reads[0].begin(), reads[0].end());
+    EXPECT_NE(reads[0].find(L"kestrel_numbers_of_codes (code>? AND code<?"), std::wstring::npos) << shown;
+}
