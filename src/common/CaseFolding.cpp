@@ -1,6 +1,5 @@
 #include "common/CaseFolding.h"
 
-#include <algorithm>
 #include <cstdint>
 
 #include "common/PlainText.h"
@@ -18,11 +17,13 @@ String CaseFolded(const String& text) { return TheText().Lower(text); }
 
 bool SameFolded(StringView left, StringView right) {
     if (left.size() != right.size()) return false;
-    const auto [inLeft, inRight] = std::mismatch(left.begin(), left.end(), right.begin());
-    if (inLeft == left.end()) return true;
-    // Most texts differ in their first letters, and those that are ASCII need no folding of the whole.
-    if (IsAscii(*inLeft) && IsAscii(*inRight) && FoldedAscii(*inLeft) != FoldedAscii(*inRight)) return false;
-    return CaseFolded(String(left)) == CaseFolded(String(right));
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        if (left[i] == right[i]) continue;
+        // Of what goes beyond ASCII only the platform knows the other case.
+        if (!IsAscii(left[i]) || !IsAscii(right[i])) return CaseFolded(String(left)) == CaseFolded(String(right));
+        if (FoldedAscii(left[i]) != FoldedAscii(right[i])) return false;
+    }
+    return true;
 }
 
 } // namespace kestrel

@@ -2,7 +2,8 @@
 // trees, whose nodes are found with less memory (NodeList).
 //
 // Invariants: positions run from 1 to Count(); no two items have the same key; an item without a key is reached by
-// position only. `Fold` maps a key to the form in which keys are compared (unchanged for exact keys).
+// position only. `Fold` maps a key to the form in which keys are compared (unchanged for exact keys), `IsSame` tells
+// whether it is that form of a key.
 // A lookup by key or position takes constant time; a position is found, and a place in the middle filled, in one pass.
 #pragma once
 
@@ -19,13 +20,14 @@ namespace kestrel {
 
 struct ExactKeys {
     static const String& Fold(const String& key) noexcept { return key; }
+    static bool IsSame(const String& folded, const String& key) noexcept { return folded == key; }
 };
 
 template <class Item, class Keys = ExactKeys>
 class KeyedCollection {
   public:
     [[nodiscard]] std::int32_t Count() const noexcept { return static_cast<std::int32_t>(mvarEntries.size()); }
-    [[nodiscard]] bool HasKey(const String& key) const { return mvarKeys.count(Keys::Fold(key)) != 0; }
+    [[nodiscard]] bool HasKey(const String& key) const { return FindByKey(key) != nullptr; }
 
     // Whether it names an item of this collection.
     [[nodiscard]] bool Knows(const IndexKey& indexKey) const {
@@ -41,8 +43,7 @@ class KeyedCollection {
     }
     // Null when no item has the key.
     [[nodiscard]] const Item* FindByKey(const String& key) const {
-        const auto found = mvarKeys.find(Keys::Fold(key));
-        return found != mvarKeys.end() ? &found->second : nullptr;
+        return mvarEntries.size() <= FewKeys ? FindAmongFew(key) : FindAmongMany(key);
     }
     [[nodiscard]] const Item& operator[](std::int32_t position) const {
         return mvarEntries[static_cast<std::size_t>(position) - 1].item;
@@ -110,6 +111,19 @@ class KeyedCollection {
         Item item{};
         const String* key = nullptr; // the key as it stands in mvarKeys; null for an item without one
     };
+
+    // So many keys at most are compared one by one sooner than one is hashed.
+    static constexpr std::size_t FewKeys = 8;
+
+    [[nodiscard]] const Item* FindAmongFew(const String& key) const {
+        for (const auto& entry : mvarEntries)
+            if (entry.key != nullptr && Keys::IsSame(*entry.key, key)) return &entry.item;
+        return nullptr;
+    }
+    [[nodiscard]] const Item* FindAmongMany(const String& key) const {
+        const auto found = mvarKeys.find(Keys::Fold(key));
+        return found != mvarKeys.end() ? &found->second : nullptr;
+    }
 
     [[nodiscard]] std::size_t CheckedOffset(std::int64_t position) const {
         if (position < 1 || position > Count()) throw Error(Message::OutOfRange);

@@ -7,6 +7,7 @@ namespace kestrel {
 
 struct BandKeys {
     static String Fold(const String& name) { return CaseFolded(name); }
+    static bool IsSame(const String& folded, const String& name) { return SameFolded(folded, name); }
 };
 
 } // namespace kestrel

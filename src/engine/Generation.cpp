@@ -57,18 +57,18 @@ void Generation::SetLayeredValues() const {
     for (std::int32_t position = 1; position <= layers.Count(); ++position) {
         const auto band = mvarRule.FindBand(layers.Item(position)->Name());
         if (!band) throw Error(Message::InvalidCall);
-        String value = BoundItem(*band)->Value();
-        layerAbove = mvarRule.Relations().Conversion(csValueToCode, value, layerAbove);
-        band->SetValue(std::move(value));
+        const cNode& node = mvarRule.Relations().Converting(csValueToCode, BoundItem(*band)->Value(), layerAbove);
+        layerAbove = node.Key();
+        band->SetValue(node.Text());
     }
 }
 
 void Generation::SetBoundValues() const {
     ForEachBand([](Band& band) {
         if (!band.IsBound() || band.SwapMode() == smLayersSwap) return;
-        String value = BoundItem(band)->Value();
-        if (band.SwapMode() == smSimpleSwap) band.Relations()->Conversion(csValueToCode, value);
-        band.SetValue(std::move(value));
+        const auto item = BoundItem(band);
+        const auto relations = band.SwapMode() == smSimpleSwap ? band.Relations() : nullptr;
+        band.SetValue(relations ? relations->Converting(csValueToCode, item->Value()).Text() : item->Value());
     });
 }
 
@@ -107,21 +107,17 @@ String Generation::NumberAfter(const Band& band, const String& lastCode) const {
 
 // As long as the code: fixed and tracked bands stand with their values, the others as a "?" for each character.
 String Generation::MakeFilter(const Names& tracked) const {
-    const auto isLiteral = [&tracked](const Band& band) {
-        return band.Style() == bsFixed || Contains(tracked, band.Name());
-    };
-    std::uint64_t length = 0;
-    ForEachBand([&](const Band& band) {
-        length += isLiteral(band) ? band.Value().size() : static_cast<std::uint64_t>(band.Length());
-    });
-    if (length > LongestText) throw std::bad_alloc();
+    constexpr std::size_t usualLength = 64;
     String filter;
-    filter.reserve(static_cast<std::size_t>(length));
+    filter.reserve(usualLength);
     ForEachBand([&](const Band& band) {
-        if (isLiteral(band))
+        const bool isLiteral = band.Style() == bsFixed || Contains(tracked, band.Name());
+        const std::size_t length = isLiteral ? band.Value().size() : static_cast<std::size_t>(band.Length());
+        if (length > LongestText - filter.size()) throw std::bad_alloc();
+        if (isLiteral)
             filter += band.Value();
         else
-            filter.append(static_cast<std::size_t>(band.Length()), L'?');
+            filter.append(length, L'?');
     });
     return filter;
 }

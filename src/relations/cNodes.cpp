@@ -196,15 +196,19 @@ void cNodes::NotifyChanged(const String& key) {
 }
 
 String cNodes::Conversion(int convStyle, String& value, const IndexKey& indexKey) const {
+    const cNode& node = Converting(convStyle, value, indexKey);
+    value = convStyle == csCodeToValue ? node.Tag() : node.Text();
+    return node.Key();
+}
+
+const cNode& cNodes::Converting(int convStyle, const String& value, const IndexKey& indexKey) const {
     if (convStyle != csCodeToValue && convStyle != csValueToCode) throw Error(Message::InvalidParameter);
     if (value.empty()) throw Error(Message::InvalidParameter);
     if (Count() == 0) throw Error(Message::NoRelations);
     const auto parent = indexKey.IsMissing() ? Ref<cNode>() : Node(indexKey);
-    const bool toValue = convStyle == csCodeToValue;
-    const auto* node = FindAlike(toValue ? &cNode::Text : &cNode::Tag, parent.Get(), value);
+    const auto* node = FindAlike(convStyle == csCodeToValue ? &cNode::Text : &cNode::Tag, parent.Get(), value);
     if (node == nullptr) throw Error(Message::NoRelatedRelation);
-    value = toValue ? node->Tag() : node->Text();
-    return node->Key();
+    return *node;
 }
 
 const cNode* cNodes::FindAlike(TreeIndexes::Side side, const cNode* parent, const String& value) const {

@@ -49,6 +49,8 @@ class cNodes final : public Exposed {
     // Fails with 2003 on any other ConvStyle or an empty Value, with 2033 in an empty tree, with 2034 when nothing
     // matches, as Node on an unknown key; then Value is unchanged.
     String Conversion(int convStyle, String& value, const IndexKey& indexKey = {}) const;
+    // The node that Conversion finds: the value's other side, without a copy of either. Fails as that does.
+    [[nodiscard]] const cNode& Converting(int convStyle, const String& value, const IndexKey& indexKey = {}) const;
     // Removes the node with all its descendants; raises nothing and keeps the key counter. Fails as Node.
     void RemoveItem(const IndexKey& indexKey);
 

@@ -60,6 +60,24 @@ TEST_F(CaseFoldingTest, TheFoldingDoesNot) {
     InstallPorts(before);
 }
 
+// Letters that are compared as they stand are the same as when the whole text is folded, whichever two they are; and
+// what was folded stays as it is.
+TEST_F(CaseFoldingTest, ComparesEveryTwoLettersAsTheirFoldings) {
+    const WindowsText text;
+    const PortSet before = InstallPorts({nullptr, &text, nullptr, nullptr});
+    for (int letter = 1; letter < 0xD800; ++letter) {
+        const String one(1, static_cast<wchar_t>(letter));
+        const String small = CaseFolded(one);
+        ASSERT_EQ(CaseFolded(small), small) << letter;
+        ASSERT_TRUE(SameFolded(small, one)) << letter;
+        for (const wchar_t other : {L'K', L'k', L'i', L'I', L's', L'\u212A', L'\u0130', L'\u017F', L'\u00E5'}) {
+            const String two = L"x" + String(1, other);
+            ASSERT_EQ(SameFolded(L"X" + one, two), CaseFolded(L"X" + one) == CaseFolded(two)) << letter;
+        }
+    }
+    InstallPorts(before);
+}
+
 TEST_F(CaseFoldingTest, BandsThatALocaleTakesForOneAreTrackedAndRemovedEachByItself) {
     for (const wchar_t* name : {Wide, Hyphened})
         EXPECT_DONE(Tracker->Add(Arg(name), Bstr().Out()));

@@ -38,6 +38,29 @@ TEST_F(KeyedCollectionTest, FindsItemsByKeyAndByPosition) {
     EXPECT_EQ(items.Find(L"four"), 0);
 }
 
+// A few keys are compared one by one, many are hashed: nobody can tell.
+TEST_F(KeyedCollectionTest, FindsAKeyAmongAFewAsAmongMany) {
+    KeyedCollection<String> exact;
+    KeyedCollection<String, BandKeys> folded;
+    for (int count = 1; count <= 20; ++count) {
+        const String name = L"Band " + ToText(count);
+        exact.Append(name, name);
+        folded.Append(name, name);
+        exact.AppendWithoutKey(L"no key");
+        for (int wanted = 1; wanted <= 21; ++wanted) {
+            const String number = ToText(wanted);
+            const bool isThere = wanted <= count;
+            EXPECT_EQ(exact.HasKey(L"Band " + number), isThere) << count;
+            EXPECT_FALSE(exact.HasKey(L"band " + number)) << count;
+            for (const wchar_t* spelling : {L"Band ", L"bAND "}) {
+                const auto* found = folded.FindByKey(spelling + number);
+                EXPECT_EQ(found != nullptr ? *found : String(), isThere ? L"Band " + number : String()) << count;
+            }
+        }
+        EXPECT_FALSE(exact.HasKey(L""));
+    }
+}
+
 TEST_F(KeyedCollectionTest, RefusesPositionsOutsideTheRange) {
     const auto items = ThreeItems();
     for (const std::int64_t position :
