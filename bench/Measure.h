@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <exception>
 #include <limits>
+#include <string>
 
 namespace kestrel::bench {
 
@@ -47,12 +48,15 @@ void Use(const Result& result) {
     lastResult = &result;
 }
 
-// Prints the measured figures against their targets and remembers whether one was missed.
+// Prints the measured figures against their targets and remembers whether one was missed. bench/performance.py reads
+// the lines, so that no two of one program may say the same; what stands in parentheses at the end tells apart what is
+// measured in several ways, and of those the table shows the worst.
 class Verdicts {
   public:
-    void AtMost(const char* what, double measured, double target) {
+    void AtMost(const std::string& what, double measured, double target) {
         const bool met = measured <= target;
-        std::printf("  %-62s %8.2f  target %5.2f  %s\n", what, measured, target, met ? "met" : "MISSED");
+        std::printf("  %-76s %8.2f  at most %5.2f  %s\n", what.c_str(), measured, target, met ? "met" : "MISSED");
+        static_cast<void>(std::fflush(stdout));
         mvarMissed = mvarMissed || !met;
     }
 

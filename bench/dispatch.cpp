@@ -117,7 +117,7 @@ int Run() {
     verdicts.AtMost("Invoke of a text without arguments / the platform's", value.invoke / value.platformInvoke, 0.25);
     verdicts.AtMost("Invoke of a method with three arguments / the platform's", drag.invoke / drag.platformInvoke, 0.4);
     for (const auto& [name, costs] : {std::pair{"Count", count}, {"AllowSimpleStyle", late}, {"Drag", drag}})
-        verdicts.AtMost((std::string("Name ") + name + " / the platform's").c_str(), costs.names / costs.platformNames,
+        verdicts.AtMost("GetIDsOfNames / the platform's (" + std::string(name) + ")", costs.names / costs.platformNames,
                         0.05);
     return verdicts.ExitCode();
 }

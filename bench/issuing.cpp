@@ -85,7 +85,7 @@ int Run() {
     Verdicts verdicts;
     verdicts.AtMost("GetCode through the vtable / event round trip", vtable / roundTrip, 8);
     verdicts.AtMost("GetCode late-bound, id known / event round trip", byId / roundTrip, 9);
-    verdicts.AtMost("GetCode without a tracked number, microseconds", untracked, 1);
+    verdicts.AtMost("GetCode without a tracked number, to one microsecond", untracked, 1);
     return verdicts.ExitCode();
 }
 

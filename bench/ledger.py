@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Measures the ledger: codes per second beside a bare loop of the same INSERTs, how the cost grows with the codes stored,
-what the audit of all of them takes, and the memory that a long file takes. Ends with 1 when a target is missed.
+"""Measures the ledger: codes per second beside a bare loop of the same INSERTs and beside other ways to number, where the
+time of a code goes, how the cost grows with the codes stored, what the audit of all of them takes, and the memory that a
+long file takes. Ends with 1 when a target is missed.
 
-usage: ledger.py [--codes N] [--largest N] [--proof] [--engine sqlite|postgres] [--part rates|growth|memory]
+usage: ledger.py [--codes N] [--largest N] [--proof] [--engine sqlite|postgres] [--part rates|peers|parts|growth|memory]
 
 --codes    codes that each program issues (2000)
 --largest  codes stored when the growth is measured last, and audited (1000000)
@@ -39,8 +40,8 @@ GROWTH_CODES = 500
 GROWTH_ROUNDS = 8
 FILL_LEASE = 1000
 NUMBER_DIGITS = 9
-OF_BARE = {"SqliteFile": 0.8, "PostgresDatabase": 0.7}  # gapless, one program
-FAST_OF_GAPLESS = {"SqliteFile": 0.0, "PostgresDatabase": 10.0}  # one program
+OF_BARE = {"SQLite": 0.8, "PostgreSQL": 0.7}  # gapless, one program
+FAST_OF_GAPLESS = {"PostgreSQL": 10.0}  # one program
 LARGEST_GROWTH = 1.2
 AUDIT_SECONDS, AUDIT_MEGABYTES = 60, 200
 FEW_RECORDS = 10_000
@@ -48,14 +49,22 @@ LARGEST_MEMORY = 1.1  # of what issuing by a file of few records takes
 MISSED = []
 
 
-def verdict(met, text):
-    print(f"  {'met' if met else 'MISSED'}: {text}", flush=True)
+WAYS = ("counter", "lock", "sequence")
+PART_NAMES = {"component": "the component", "begin": "BEGIN", "reading": "reading", "writing": "INSERT and UPDATE",
+              "commit": "COMMIT", "rest": "all else"}
+
+
+def verdict(what, measured, limit, target):
+    """As the other benchmarks print theirs (bench/Measure.h)."""
+    met = measured <= target if limit == "at most" else measured >= target
+    print(f"  {what:76} {measured:8.2f}  {limit} {target:5.2f}  {'met' if met else 'MISSED'}", flush=True)
     if not met:
-        MISSED.append(text)
+        MISSED.append(what)
 
 
 class Bench:
     def __init__(self, database, codes, proof):
+        self.engine = {"SqliteFile": "SQLite", "PostgresDatabase": "PostgreSQL"}[type(database).__name__]
         self.database, self.codes, self.proof = database, codes, proof
         self.folder = pathlib.Path(tempfile.mkdtemp())
         (self.folder / "rule.rule").write_bytes(rules.numbered(digits=NUMBER_DIGITS).encode())
@@ -115,7 +124,6 @@ class Bench:
 
     def rates(self):
         """The three in turn, and the best of each."""
-        kind = type(self.database).__name__
         print("programs   bare/s   gapless/s  of bare     fast/s  of gapless")
         for programs in PROGRAMS:
             rounds = [(self.inserts(f"bare{programs}-{turn}", programs),
@@ -125,8 +133,45 @@ class Bench:
             print(f"{programs:8} {bare:8.0f} {gapless:11.0f} {gapless / bare:8.2f} {fast:10.0f} {fast / gapless:11.1f}",
                   flush=True)
             if programs == 1:
-                verdict(gapless / bare >= OF_BARE[kind], f"gapless at least {OF_BARE[kind]} of the bare loop")
-                verdict(fast / gapless >= FAST_OF_GAPLESS[kind], f"fast at least {FAST_OF_GAPLESS[kind]} of gapless")
+                verdict(f"{self.engine}: gapless to the bare loop of the same INSERTs", gapless / bare, "at least",
+                        OF_BARE[self.engine])
+                if self.engine in FAST_OF_GAPLESS:
+                    verdict(f"{self.engine}: fast to gapless", fast / gapless, "at least", FAST_OF_GAPLESS[self.engine])
+
+    def other(self, way, programs):
+        """Codes per second of programs that number in another way."""
+        lines = [command("ledger_peers", [self.database.name, way, self.codes])] * programs
+        return programs * self.codes / max(float(output) for output in self.at_once(lines))
+
+    def peers(self):
+        """In turn, and the best of each."""
+        for way in WAYS:
+            self.at_once([command("ledger_peers", [self.database.name, way, "prepare"])])
+        print("programs " + "".join(f"{name:>14}" for name in (*WAYS, "gapless", "fast")) + "   (codes per second)")
+        best = {}
+        for programs in PROGRAMS:
+            rounds = [[*(self.other(way, programs) for way in WAYS),
+                       *(self.issue(f"{policy}-peer{programs}-{turn}", policy, programs) for policy in ("gapless", "fast"))]
+                      for turn in range(RATE_ROUNDS)]
+            best[programs] = [max(rates) for rates in zip(*rounds)]
+            print(f"{programs:8} " + "".join(f"{rate:14.0f}" for rate in best[programs]), flush=True)
+        for programs, rates in best.items():
+            *others, gapless, fast = rates
+            cells = [f"{ours / rate:.2f}" for ours in (gapless, fast) for rate in others]
+            print(f"peers: {programs} | " + " | ".join(cells))
+
+    def parts(self):
+        """Where the time of a code goes, in each policy, as shares of all of it."""
+        shares = {}
+        for policy in ("gapless", "fast"):
+            self.import_rule(f"parts-{policy}", policy)
+            runs = [self.at_once([command("ledger_parts", [self.database.name, f"parts-{policy}", self.codes])])[0]
+                    for _ in range(RATE_ROUNDS)]
+            seconds = [{name: float(value) for name, value in map(str.split, run.splitlines())} for run in runs]
+            quickest = min(seconds, key=lambda parts: sum(parts.values()))
+            shares[policy] = {name: value / sum(quickest.values()) for name, value in quickest.items()}
+        for name, shown in PART_NAMES.items():
+            print(f"parts: {self.engine} | {shown} | " + " | ".join(f"{shares[policy][name]:.2f}" for policy in shares))
 
     def hold(self, codes):
         """Issues so many codes by one rule, the quick way, and lets it go on in the gapless policy."""
@@ -156,12 +201,15 @@ class Bench:
         return time.monotonic() - begin, usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024
 
 
-def measure_rates(make_database, options):
-    bench = Bench(make_database(), options.codes, options.proof)
-    try:
-        bench.rates()
-    finally:
-        bench.close()
+def with_one(work):
+    """A part that is measured on one database."""
+    def measured(make_database, options):
+        bench = Bench(make_database(), options.codes, options.proof)
+        try:
+            work(bench)
+        finally:
+            bench.close()
+    return measured
 
 
 def measure_growth(make_database, options):
@@ -182,10 +230,12 @@ def measure_growth(make_database, options):
     print(f"  codes stored  ms per code  of the first  (gapless, best of {GROWTH_ROUNDS} times {GROWTH_CODES} codes)")
     for size, cost in zip(sizes, best):
         print(f"{size:14} {cost:12.3f} {cost / best[0]:13.2f}", flush=True)
-    verdict(best[-1] / best[0] <= LARGEST_GROWTH, f"at most {LARGEST_GROWTH} times the cost with {sizes[-1]} codes")
+    engine = benches[0].engine
+    verdict(f"{engine}: a code when {sizes[-1]:,} are stored to one when {sizes[0]:,} are", best[-1] / best[0], "at most",
+            LARGEST_GROWTH)
     print(f"  audit of {sizes[-1]} codes: {seconds:.1f} s, {processor:.1f} s of the processor, {megabytes:.0f} MB")
-    verdict(seconds <= AUDIT_SECONDS and megabytes <= AUDIT_MEGABYTES,
-            f"at most {AUDIT_SECONDS} s and {AUDIT_MEGABYTES} MB")
+    verdict(f"{engine}: audit of {sizes[-1]:,} codes to {AUDIT_SECONDS} s", seconds / AUDIT_SECONDS, "at most", 1)
+    verdict(f"{engine}: its memory to {AUDIT_MEGABYTES} MB", megabytes / AUDIT_MEGABYTES, "at most", 1)
 
 
 def measure_memory(make_database, options):
@@ -198,16 +248,19 @@ def measure_memory(make_database, options):
     finally:
         bench.close()
     print(f"  a file of {FEW_RECORDS} records: {few:.0f} MB, of {options.largest}: {many:.0f} MB, {seconds:.0f} s")
-    verdict(many / few <= LARGEST_MEMORY, f"at most {LARGEST_MEMORY} times the memory for {options.largest} records")
+    verdict(f"{bench.engine}: memory for {options.largest:,} records to that for {FEW_RECORDS:,}", many / few,
+            "at most", LARGEST_MEMORY)
 
 
-PARTS = {"rates": measure_rates, "growth": measure_growth, "memory": measure_memory}
+PARTS = {"rates": with_one(Bench.rates), "peers": with_one(Bench.peers), "parts": with_one(Bench.parts),
+         "growth": measure_growth, "memory": measure_memory}
+ONLY = {"peers": "PostgreSQL"}  # what is written for one engine
 
 
 def measure(title, make_database, options):
     print(f"== {title}, {options.codes} codes per program")
     for name, part in PARTS.items():
-        if options.part in (None, name):
+        if options.part in (None, name) and ONLY.get(name, title) == title:
             part(make_database, options)
 
 

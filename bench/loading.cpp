@@ -89,7 +89,8 @@ void MeasureHostileKeys(Verdicts& verdicts) {
         for (const auto& [aim, hostile] : HostileKeys(keys)) {
             const auto time = TimeToLoad(definition(hostile), counted, keys);
             std::printf("  against %s: %.0f us\n", aim.c_str(), time);
-            verdicts.AtMost("hostile to harmless", time / harmless, 3);
+            verdicts.AtMost("Load of hostile to harmless keys (" + std::string(name) + " against " + aim + ")",
+                            time / harmless, 3);
         }
     }
 }

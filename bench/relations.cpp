@@ -186,13 +186,15 @@ void Judge(const char* name, const std::array<Times, Sizes.size()>& times, Verdi
                 "%.2f; with the nodes: convert %.2f, remove %.2f, clear %.2f\n",
                 name, small.size, large.size, byText(&Times::import), byText(&Times::split), byText(&Times::write),
                 byText(&Times::join), byNodes(&Times::convert), byNodes(&Times::remove), byNodes(&Times::clear));
-    verdicts.AtMost("Add, per node of 100,000 to one of 1,000", growth(&Times::build), 1.5);
-    verdicts.AtMost("setting Text and Tag, per node of 100,000 to one of 1,000", growth(&Times::rename), 1.5);
-    verdicts.AtMost("import, growth exponent", byText(&Times::import), 1.05);
-    verdicts.AtMost("export, growth exponent", byText(&Times::write), 1.05);
+    const auto of = [name](const std::string& what) { return what + " (" + name + " tree)"; };
+    verdicts.AtMost(of("Add, per node of 100,000 to one of 1,000"), growth(&Times::build), 1.5);
+    verdicts.AtMost(of("setting Text and Tag, per node of 100,000 to one of 1,000"), growth(&Times::rename), 1.5);
+    verdicts.AtMost(of("import, growth exponent"), byText(&Times::import), 1.05);
+    verdicts.AtMost(of("export, growth exponent"), byText(&Times::write), 1.05);
     for (const auto& row : times) {
-        verdicts.AtMost("import to splitting the same text into its fields", row.import / row.split, 1.5);
-        verdicts.AtMost("export to joining the same text of its fields", row.write / row.join, 1.5);
+        const std::string ofSize = " (" + std::string(name) + " tree of " + std::to_string(row.size) + ")";
+        verdicts.AtMost("import to splitting the same text into its fields" + ofSize, row.import / row.split, 1.5);
+        verdicts.AtMost("export to joining the same text of its fields" + ofSize, row.write / row.join, 1.5);
     }
 }
 

@@ -58,11 +58,11 @@ int Run(int percent) {
         return S_OK;
     });
     Verdicts verdicts;
-    verdicts.AtMost("growth over the codes, KB", Growth("codes", FullCodes / 100 * percent, [&] { Issue(rule); }),
-                    MayGrowBy);
+    verdicts.AtMost("growth of the process over a million codes, to 1 MB",
+                    Growth("codes", FullCodes / 100 * percent, [&] { Issue(rule); }) / MayGrowBy, 1);
     const Variant definition{StringView(test::Text(sample.rule, &_CodeClass::get_Definition))};
-    verdicts.AtMost("growth over the loads, KB",
-                    Growth("loads", FullLoads / 100 * percent, [&] { Load(rule, definition); }), MayGrowBy);
+    verdicts.AtMost("growth of the process over 10,000 loads, to 1 MB",
+                    Growth("loads", FullLoads / 100 * percent, [&] { Load(rule, definition); }) / MayGrowBy, 1);
     return verdicts.ExitCode();
 }
 

@@ -5,4 +5,4 @@
 
 need_tools shellcheck
 cd "$ROOT"
-shellcheck --external-sources run test test-clusters test-dist dist kledger .ci/run tools/*.sh
+shellcheck --external-sources run test test-* dist kledger .ci/run bench/run tools/*.sh
