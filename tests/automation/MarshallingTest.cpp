@@ -2,6 +2,7 @@
 #include <thread>
 
 #include "automation/support/Late.h"
+#include "automation/support/Sink.h"
 
 namespace kestrel::test {
 
@@ -60,6 +61,29 @@ TEST_F(MarshallingTest, ObjectsAndReferences) {
         EXPECT_EQ(proxy->Conversion(&style, value.Out(), Missing(), key.Out()), S_OK);
         EXPECT_EQ(value.Text(), L"North");
         EXPECT_EQ(key.Text(), L"N1");
+    });
+}
+
+// The thread that connected its handler gets the event, while it waits for its own call, and answers by reference.
+TEST_F(MarshallingTest, EventsComeToTheThreadThatAskedForThem) {
+    const auto rule = NewRule();
+    Must(rule->Add(Arg(L"Prefix"), bsFixed, smNoneSwap, Arg(L"A-"), nullptr, Missing(), nullptr, Missing(), Missing(),
+                   ComPtr<_Band>().Out()));
+    ComPtr<_Band> number;
+    Must(rule->Add(Arg(L"Number"), bsIncreaseNumber, smNoneSwap, Arg(L"1"), nullptr, Number(3), Arg(L"000"), Missing(),
+                   Missing(), number.Out()));
+    Must(Object(number, &_Band::get_TrackBands)->Add(Arg(L"Prefix"), Bstr().Out()));
+    Elsewhere(rule, [](const ComPtr<_CodeClass>& proxy) {
+        DWORD answered = 0;
+        const Advised sink(proxy.Get(), __uuidof(__CodeClass), [&answered](const EventCall& call) {
+            answered = GetCurrentThreadId();
+            call.SetText(1, L"A-041");
+            return S_OK;
+        });
+        Bstr code;
+        EXPECT_EQ(proxy->GetCode(gsNewCode, code.Out()), S_OK);
+        EXPECT_EQ(code.Text(), L"A-042");
+        EXPECT_EQ(answered, GetCurrentThreadId());
     });
 }
 

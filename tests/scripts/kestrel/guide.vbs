@@ -113,10 +113,27 @@ Check "but not the name", copy.Name, ""
 Check "nor the value", copy.Value, ""
 Check "nor the style", copy.Style, csNormal
 Check "and a name with a comma becomes another", copy.UsrFields(1).Name, "A"
+Set macro = copy.UsrMacros.Add("Kept")
+copy.ApplyMode = 1
 copy.Load "no definition at all"
 Check "loading never fails", copy.Count, 0
+Check "and what the text does not name stays", copy.UsrMacros.Count & " " & copy.ApplyMode, "1 1"
+NewRule
+rule.SeparaOfWeek = 1
+rule.SeparaOfMonth = 15
+rule.UsrFields.Add "Town", , "Bonn" & vbCr & "Beuel"
+Set copy = WScript.CreateObject("Kestrel.CodeClass")
+copy.Load rule.Definition
+Check "the day that weeks begin on does not come back", copy.SeparaOfWeek, 2
+Check "but the one of months does", copy.SeparaOfMonth, 15
+Check "nor what stands behind a carriage return", copy.UsrFields("Town").Value, "Bonn"
+rule.UsrFields("Town").Value = "Bonn" & vbLf & "Beuel"
+copy.Load rule.Definition
+Check "what stands behind a line feed does", copy.UsrFields("Town").Value, "Bonn" & vbLf & "Beuel"
 
 ' Collections.
+NewRule
+Set number = NewNumber()
 walked = 0
 For Each one In rule
     walked = walked + 1
