@@ -66,6 +66,8 @@ NewRule
 Check "bands may not be added by the designer", rule.AllowAddBand, False
 Check "nor removed", rule.AllowDropBand, False
 Check "nor fields managed", rule.AllowFieldManage, False
+Check "nor the simple style chosen", rule.AllowSimpleStyle, False
+Check "nor the advanced options opened", InStr(rule.Definition, vbCr & "5" & vbCr & "0" & vbCr) > 0, True
 
 ' Years.
 Set macro = rule.UsrMacros.Add("Day", , "2024-05-06")
@@ -93,6 +95,24 @@ Check "each asks, the fixed bands and what it tracks standing", asked, "A???-???
 lastCode = "A007-202603"
 Check "the last code of each series is the other's too here", rule.GetCode(gsNewCode), "A008-202604"
 Check "each number by its band", rule.Band("Total").Value & " " & rule.Band("OfYear").Value, "008 04"
+
+' What the platform refuses, in its own numbers.
+NewRule
+Set number = NewNumber()
+number.TrackBands.Add "Prefix"
+number.Length = 2147483647
+On Error Resume Next
+rule.SeparaOfYear = "June"
+CheckErrorNumber "an argument of the wrong kind", 13
+text = rule.GetCode(gsNewCode, 2)
+CheckErrorNumber "an argument too many", 450
+text = rule.Band()
+CheckErrorNumber "an argument too few", 450
+rule.NoSuchMember
+CheckErrorNumber "a member that there is not", 438
+text = rule.GetCode(gsNewCode)
+CheckErrorNumber "a code of more characters than memory holds", 7
+On Error GoTo 0
 
 ' The definition string.
 NewRule
