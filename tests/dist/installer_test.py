@@ -247,6 +247,7 @@ WScript.Echo rule.GetCode(1)
             self.assertEqual("for 64-bit Windows" in conditions, preset == "x64")
             actions = subprocess.run(["msiinfo", "export", str(file), "CustomAction"], check=True, capture_output=True,
                                      text=True).stdout.split("\n")[3:]
+            self.assertIn("\tA newer version of Kestrel is installed; remove it first", "\n".join(actions))
             # A text that ends the installation, and a property that is set: none runs code.
             self.assertEqual(sorted(line.split("\t")[1] for line in actions if line.strip()), ["19", "51"])
 
