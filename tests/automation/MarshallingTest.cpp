@@ -8,6 +8,32 @@ namespace kestrel::test {
 
 namespace {
 
+// "A-" and a number that counts for as long as that stands before it.
+ComPtr<_CodeClass> CountingRule() {
+    const auto rule = NewRule();
+    Must(rule->Add(Arg(L"Prefix"), bsFixed, smNoneSwap, Arg(L"A-"), nullptr, Missing(), nullptr, Missing(), Missing(),
+                   ComPtr<_Band>().Out()));
+    ComPtr<_Band> number;
+    Must(rule->Add(Arg(L"Number"), bsIncreaseNumber, smNoneSwap, Arg(L"1"), nullptr, Number(3), Arg(L"000"), Missing(),
+                   Missing(), number.Out()));
+    Must(Object(number, &_Band::get_TrackBands)->Add(Arg(L"Prefix"), Bstr().Out()));
+    return rule;
+}
+
+String NextCode(const ComPtr<_CodeClass>& rule) {
+    Bstr code;
+    EXPECT_EQ(rule->GetCode(gsNewCode, code.Out()), S_OK);
+    return code.Text();
+}
+
+// Whether calls go to the component straight away, not to what carries them to another thread.
+bool IsOfTheComponent(IUnknown* object) {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       *reinterpret_cast<LPCWSTR*>(object), &module);
+    return module == GetModuleHandleW(L"Kestrel.dll");
+}
+
 class MarshallingTest : public ComTest {
   protected:
     // Runs the body in another apartment with a proxy of the object, while this one answers its calls.
@@ -66,13 +92,7 @@ TEST_F(MarshallingTest, ObjectsAndReferences) {
 
 // The thread that connected its handler gets the event, while it waits for its own call, and answers by reference.
 TEST_F(MarshallingTest, EventsComeToTheThreadThatAskedForThem) {
-    const auto rule = NewRule();
-    Must(rule->Add(Arg(L"Prefix"), bsFixed, smNoneSwap, Arg(L"A-"), nullptr, Missing(), nullptr, Missing(), Missing(),
-                   ComPtr<_Band>().Out()));
-    ComPtr<_Band> number;
-    Must(rule->Add(Arg(L"Number"), bsIncreaseNumber, smNoneSwap, Arg(L"1"), nullptr, Number(3), Arg(L"000"), Missing(),
-                   Missing(), number.Out()));
-    Must(Object(number, &_Band::get_TrackBands)->Add(Arg(L"Prefix"), Bstr().Out()));
+    const auto rule = CountingRule();
     Elsewhere(rule, [](const ComPtr<_CodeClass>& proxy) {
         DWORD answered = 0;
         const Advised sink(proxy.Get(), __uuidof(__CodeClass), [&answered](const EventCall& call) {
@@ -80,11 +100,29 @@ TEST_F(MarshallingTest, EventsComeToTheThreadThatAskedForThem) {
             call.SetText(1, L"A-041");
             return S_OK;
         });
-        Bstr code;
-        EXPECT_EQ(proxy->GetCode(gsNewCode, code.Out()), S_OK);
-        EXPECT_EQ(code.Text(), L"A-042");
+        EXPECT_EQ(NextCode(proxy), L"A-042");
         EXPECT_EQ(answered, GetCurrentThreadId());
     });
+}
+
+// A thread without messages, such as the main one of a program that does not say otherwise: COM gives the rule a thread
+// of its own.
+TEST_F(MarshallingTest, ARuleOfAThreadWithoutMessagesHasAThreadOfItsOwn) {
+    std::thread thread([] {
+        CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+        {
+            const auto rule = CountingRule();
+            EXPECT_FALSE(IsOfTheComponent(rule.Get()));
+            const Advised sink(rule.Get(), __uuidof(__CodeClass), [](const EventCall& call) {
+                call.SetText(1, L"A-041");
+                return S_OK;
+            });
+            EXPECT_EQ(NextCode(rule), L"A-042");
+        }
+        CoUninitialize();
+    });
+    thread.join();
+    EXPECT_TRUE(IsOfTheComponent(NewRule().Get()));
 }
 
 TEST_F(MarshallingTest, AnObjectOfAnotherApartmentIsForeign) {
