@@ -113,11 +113,14 @@ TEST_F(MarshallingTest, ARuleOfAThreadWithoutMessagesHasAThreadOfItsOwn) {
         {
             const auto rule = CountingRule();
             EXPECT_FALSE(IsOfTheComponent(rule.Get()));
-            const Advised sink(rule.Get(), __uuidof(__CodeClass), [](const EventCall& call) {
+            DWORD answered = 0;
+            const Advised sink(rule.Get(), __uuidof(__CodeClass), [&answered](const EventCall& call) {
+                answered = GetCurrentThreadId();
                 call.SetText(1, L"A-041");
                 return S_OK;
             });
             EXPECT_EQ(NextCode(rule), L"A-042");
+            EXPECT_NE(answered, GetCurrentThreadId());
         }
         CoUninitialize();
     });
