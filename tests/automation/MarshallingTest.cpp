@@ -10,7 +10,7 @@ namespace {
 
 // "A-" and a number that counts for as long as that stands before it.
 ComPtr<_CodeClass> CountingRule() {
-    const auto rule = NewRule();
+    auto rule = NewRule();
     Must(rule->Add(Arg(L"Prefix"), bsFixed, smNoneSwap, Arg(L"A-"), nullptr, Missing(), nullptr, Missing(), Missing(),
                    ComPtr<_Band>().Out()));
     ComPtr<_Band> number;

@@ -40,12 +40,13 @@ void Run() {
     events.On(getLastCode, [&last](const Arguments& arguments) { arguments.SetTextAt(1, last); });
     std::map<std::wstring, std::wstring> issued; // the code of each request
     for (const wchar_t* ticket : {L"order 1", L"order 2", L"order 3", L"order 2"}) {
-        if (issued.count(ticket) == 0) {
-            Text code;
-            Check(rule->GetCode(gsNewCode, code.Out()));
-            issued[ticket] = last = code.Value();
+        std::wstring& code = issued[ticket];
+        if (code.empty()) {
+            Text next;
+            Check(rule->GetCode(gsNewCode, next.Out()));
+            code = last = next.Value();
         }
-        std::printf("%ls\n", issued[ticket].c_str());
+        std::printf("%ls\n", code.c_str());
     }
     wchar_t path[MAX_PATH];
     GetModuleFileNameW(GetModuleHandleW(L"Kestrel.dll"), path, MAX_PATH);
