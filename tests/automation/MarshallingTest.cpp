@@ -20,10 +20,18 @@ ComPtr<_CodeClass> CountingRule() {
     return rule;
 }
 
-String NextCode(const ComPtr<_CodeClass>& rule) {
+// Asks for a code, whose last one a handler names that this thread connects; the thread that the handler is called on.
+DWORD ThreadOfTheHandler(const ComPtr<_CodeClass>& rule) {
+    DWORD called = 0;
+    const Advised sink(rule.Get(), __uuidof(__CodeClass), [&called](const EventCall& call) {
+        called = GetCurrentThreadId();
+        call.SetText(1, L"A-041");
+        return S_OK;
+    });
     Bstr code;
     EXPECT_EQ(rule->GetCode(gsNewCode, code.Out()), S_OK);
-    return code.Text();
+    EXPECT_EQ(code.Text(), L"A-042");
+    return called;
 }
 
 // Whether calls go to the component straight away, not to what carries them to another thread.
@@ -92,17 +100,8 @@ TEST_F(MarshallingTest, ObjectsAndReferences) {
 
 // The thread that connected its handler gets the event, while it waits for its own call, and answers by reference.
 TEST_F(MarshallingTest, EventsComeToTheThreadThatAskedForThem) {
-    const auto rule = CountingRule();
-    Elsewhere(rule, [](const ComPtr<_CodeClass>& proxy) {
-        DWORD answered = 0;
-        const Advised sink(proxy.Get(), __uuidof(__CodeClass), [&answered](const EventCall& call) {
-            answered = GetCurrentThreadId();
-            call.SetText(1, L"A-041");
-            return S_OK;
-        });
-        EXPECT_EQ(NextCode(proxy), L"A-042");
-        EXPECT_EQ(answered, GetCurrentThreadId());
-    });
+    Elsewhere(CountingRule(),
+              [](const ComPtr<_CodeClass>& proxy) { EXPECT_EQ(ThreadOfTheHandler(proxy), GetCurrentThreadId()); });
 }
 
 // A thread without messages, such as the main one of a program that does not say otherwise: COM gives the rule a thread
@@ -113,14 +112,7 @@ TEST_F(MarshallingTest, ARuleOfAThreadWithoutMessagesHasAThreadOfItsOwn) {
         {
             const auto rule = CountingRule();
             EXPECT_FALSE(IsOfTheComponent(rule.Get()));
-            DWORD answered = 0;
-            const Advised sink(rule.Get(), __uuidof(__CodeClass), [&answered](const EventCall& call) {
-                answered = GetCurrentThreadId();
-                call.SetText(1, L"A-041");
-                return S_OK;
-            });
-            EXPECT_EQ(NextCode(rule), L"A-042");
-            EXPECT_NE(answered, GetCurrentThreadId());
+            EXPECT_NE(ThreadOfTheHandler(rule), GetCurrentThreadId());
         }
         CoUninitialize();
     });
