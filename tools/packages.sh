@@ -15,7 +15,8 @@ PACKAGES_TEST=(
     xdotool imagemagick chromium unixodbc libodbc2 libodbc2:i386
     odbc-postgresql odbc-postgresql:i386 postgresql mariadb-server mariadb-client libmariadb3 libmariadb3:i386 galera-4 rsync
 )
-PACKAGES_CLIENTS=(fp-compiler-3.2.2 fpc-source-3.2.2 openssl)
+PACKAGES_PASCAL=(fp-compiler-3.2.2 fpc-source-3.2.2)
+PACKAGES_CLIENTS=("${PACKAGES_PASCAL[@]}" openssl)
 SERVICES=(postgresql mariadb)
 DRIVERS=(amd64 i386)
 # Where the system looks whether packages may start services, and for the services themselves; tests name other places.
@@ -130,7 +131,7 @@ main() {
     local missing services wanted=("${PACKAGES_BUILD[@]}")
     case "${1:-}" in
     "") DRIVERS=() ;;
-    --all) wanted+=("${PACKAGES_TEST[@]}") ;;
+    --all) wanted+=("${PACKAGES_TEST[@]}" "${PACKAGES_PASCAL[@]}") ;;
     --clients)
         DRIVERS=()
         wanted+=("${PACKAGES_CLIENTS[@]}")

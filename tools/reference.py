@@ -189,10 +189,13 @@ def as_host_sees(number):
 
 def error_sections():
     sections = ["## Errors", "",
-                "`Err.Number` of VBScript and VBA is in the first column, the result code that other languages see in the second.",
+                "`Err.Number` of VBScript and VBA is in the first column: where there are two, the one in brackets, whose last 16 bits",
+                "(`Err.Number And &HFFFF&`) are the other. The result code that other languages see is in the second column.",
                 "`Err.Source` names the class (`Kestrel.Band`), `Err.Description` begins with the text, in English or German as the",
                 "system is, and may go on with what it is about. The texts are what they are, spelling included: programs may have",
                 "been written that compare them.", "",
+                "The platform itself refuses an argument of the wrong kind (13), arguments too many or too few (450) and a member that",
+                "there is not (438); where memory runs out a call fails with 7 (8007000E).", "",
                 "| Number | Code | Text | German | Cause | What to do |", "|---|---|---|---|---|---|"]
     all_texts = texts()
     for line in CAUSES.read_text(encoding="utf-8").strip().split("\n"):

@@ -1,5 +1,6 @@
 ' Document numbers such as WD-1990-000002: a fixed prefix, the document's year, and a number that counts within the
-' year. The rule asks for the last number issued through an event, and the script answers.
+' year. The rule asks for the last number issued through an event, and the script answers. A document that comes again gets
+' the number that it has.
 '
 '   kscript documents.vbs                with events
 '   kscript documents.vbs FILE           the same, and keeps the rule in FILE: loads it from there when there is one, and
@@ -11,7 +12,7 @@ Option Explicit
 Const bsFixed = 0, bsUsrMacro = 1, bsIncreaseNumber = 3
 Const gsNewCode = 1
 Const ForReading = 1, AsUnicode = -1
-Dim rule, issued, withEvents, ruleFile, document
+Dim rule, issued, seriesOf, series, withEvents, ruleFile, document
 
 withEvents = True
 ruleFile = ""
@@ -28,12 +29,13 @@ If withEvents Then
 Else
     Set rule = CreateObject("Kestrel.CodeClass")
 End If
-Set issued = CreateObject("Scripting.Dictionary")
+Set issued = CreateObject("Scripting.Dictionary")   ' the number of each document
+Set seriesOf = CreateObject("Scripting.Dictionary") ' the series of each number
 PrepareRule
 
 For Each document In Array("1974-01-01 Withdrawal of AIDJ", "1989-12-05 Withdrawal of BUMM", _
         "1990-08-14 Withdrawal of YDYE", "1990-10-30 Withdrawal of DDDE", "1992-08-30 Withdrawal of SUHH", _
-        "1990-12-31 A late entry", "undated entry")
+        "1990-12-31 A late entry", "undated entry", "1990-08-14 Withdrawal of YDYE")
     IssueNumber YearOf(document), document
 Next
 TakeApart "WD-1990-000002"
@@ -63,22 +65,27 @@ End Function
 ' A document that the rule refuses is told, and the others go on.
 Sub IssueNumber(year, document)
     Dim number
-    rule.UsrMacros("Year").Value = year
-    If Not withEvents Then rule("Number").Default = NextInYear(year)
     On Error Resume Next
-    number = rule.GetCode(gsNewCode)
+    If issued.Exists(document) Then number = issued(document) Else number = NewNumber(year)
     If Err.Number <> 0 Then
         WScript.Echo "Refused: " & document & ": " & Replace(Err.Description, vbCrLf, " ")
     Else
-        issued.Add number, document
+        issued(document) = number
         WScript.Echo number & "  " & document
     End If
 End Sub
 
+Function NewNumber(year)
+    rule.UsrMacros("Year").Value = year
+    If Not withEvents Then rule("Number").Default = NextInYear(year)
+    NewNumber = rule.GetCode(gsNewCode)
+    seriesOf(NewNumber) = series
+End Function
+
 Function NextInYear(year)
     Dim number
     NextInYear = 1
-    For Each number In issued.Keys
+    For Each number In issued.Items
         If Mid(number, 4, 4) = year Then NextInYear = CLng(Right(number, 6)) + 1
     Next
 End Function
@@ -93,21 +100,15 @@ Sub TakeApart(number)
     End If
 End Sub
 
-' The last number issued that matches the filter, in which "?" stands for any character.
+' The highest number of the series. The filter is the name of the series: compared as a whole, for a "?" in it stands for
+' any character only to the component.
 Sub rule_GetLastCode(Filter, Value)
     Dim number
-    For Each number In issued.Keys
-        If Matches(number, Filter) Then Value = number
+    series = Filter
+    For Each number In seriesOf.Keys
+        If seriesOf(number) = series And number > Value Then Value = number
     Next
 End Sub
-
-Function Matches(text, filter)
-    Dim position
-    Matches = (Len(text) = Len(filter))
-    For position = 1 To Len(filter)
-        If Mid(filter, position, 1) <> "?" And Mid(filter, position, 1) <> Mid(text, position, 1) Then Matches = False
-    Next
-End Function
 
 ' The definition that the host holds now: none, or what the file holds.
 Sub rule_GetSettings(Name, Value)

@@ -46,18 +46,19 @@ struct Parts {
     std::vector<std::wstring> unreadable; // fields that have a value, and the code does not tell which
 };
 
-FieldValues BandValues(CodeMaker& maker) {
-    FieldValues values;
+// As they stand in the code: a band that was read again may hold another text, 1905 for the year 2024.
+FieldValues BandTexts(CodeMaker& maker, const std::wstring& code) {
+    FieldValues texts;
     for (const hosts::Band& band : maker.Bands())
-        values.emplace_back(band.name, maker.Rule().BandValue(band.name));
-    return values;
+        texts.emplace_back(band.name, code.substr(band.position, band.length));
+    return texts;
 }
 
 Parts PartsOf(const KnownCode& known, const std::wstring& code) {
     if (known.row && known.row->definition == 0) return {};
     CodeMaker maker(known.definition.text);
     maker.TakeApart(code);
-    Parts parts{maker.Values(), BandValues(maker), maker.Checked(code), maker.Unreadable(code)};
+    Parts parts{maker.Values(), BandTexts(maker, code), maker.Checked(code), maker.Unreadable(code)};
     for (const std::wstring& item : parts.unreadable)
         std::erase_if(parts.fields, [&item](const auto& field) { return field.first == item; });
     return parts;

@@ -12,11 +12,26 @@ import unittest
 from windows_program import ROOT, path
 
 SAMPLES = ROOT / "hosts" / "samples" / "clients"
+HOST = ROOT / "hosts" / "samples" / "hosting" / "Host.cs"
+# The first number is the code, the last one that of the transactions that it took.
+HOST_LINES = """first: INV-2026-000001, 1
+second: INV-2026-000002, 1
+the first again: INV-2026-000001, 1
+a conflict: INV-2026-000003, 2
+a key of SQL Server: INV-2026-000004, 2
+a deadlock while the rule asks: INV-2026-000005, 2
+a missing value: said 23000, 1
+a missing table while the rule asks: said 42P01, 1
+what comes then: INV-2026-000006, 1
+stored: 6 codes, 6 numbers
+definition
+"""
 DOTNET = ROOT / "build" / "dotnet"
 LINES = (ROOT / "tests" / "scripts" / "samples" / "clients.out").read_text(encoding="ascii")
 # What the samples use of the framework.
 ASSEMBLIES = ("System.Private.CoreLib", "System.Runtime", "System.Console", "System.Collections", "System.Linq",
-              "System.Runtime.InteropServices", "System.Runtime.Extensions")
+              "System.Runtime.InteropServices", "System.Runtime.Extensions", "System.Data.Common",
+              "System.ComponentModel.Primitives", "System.Threading.Thread")
 
 
 class Client(unittest.TestCase):
@@ -53,6 +68,11 @@ class CSharp(DotNet):
     def test_prints_the_lines(self):
         self.compile("csc", "-langversion:6", "-r:Kestrel.Interop.dll", "-out:Client.dll", path(SAMPLES / "Client.cs"))
         self.assertEqual(self.dotnet("Client.dll"), LINES)
+
+    def test_the_host_tries_again_only_what_may_succeed(self):
+        self.compile("csc", "-langversion:7", "-r:Kestrel.Interop.dll", "-out:Client.dll", path(HOST),
+                     path(ROOT / "tests" / "clients" / "HostTest.cs"))
+        self.assertEqual(self.dotnet("Client.dll"), HOST_LINES)
 
 
 class VisualBasic(DotNet):

@@ -247,6 +247,7 @@ WScript.Echo rule.GetCode(1)
             self.assertEqual("for 64-bit Windows" in conditions, preset == "x64")
             actions = subprocess.run(["msiinfo", "export", str(file), "CustomAction"], check=True, capture_output=True,
                                      text=True).stdout.split("\n")[3:]
+            self.assertIn("\tA newer version of Kestrel is installed; remove it first", "\n".join(actions))
             # A text that ends the installation, and a property that is set: none runs code.
             self.assertEqual(sorted(line.split("\t")[1] for line in actions if line.strip()), ["19", "51"])
 
@@ -272,8 +273,8 @@ class PortableTest(unittest.TestCase):
             with self.subTest(preset):
                 done = PREFIX.run(f"C:\\somewhere\\{top.name}\\{preset}\\portable.exe")
                 lines = done.stdout.decode().replace("\r", "").split("\n")
-                self.assertEqual((lines[:3], done.returncode), (["INV-0001", "INV-0002", "INV-0003"], 0))
-                self.assertEqual(lines[3].lower(), f"c:\\somewhere\\{top.name}\\{preset}\\kestrel.dll".lower())
+                self.assertEqual((lines[:4], done.returncode), (["INV-0001", "INV-0002", "INV-0003", "INV-0002"], 0))
+                self.assertEqual(lines[4].lower(), f"c:\\somewhere\\{top.name}\\{preset}\\kestrel.dll".lower())
         shutil.rmtree(folder)
 
 

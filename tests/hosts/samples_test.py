@@ -47,7 +47,7 @@ class DocumentationTest(unittest.TestCase):
     def test_a_sample_that_nothing_runs_says_so(self):
         text = (ROOT / "docs" / "hosting.md").read_text(encoding="utf-8")
         untried = re.findall(r"`([\w.]+)`", "".join(line for line in text.splitlines() if "| nobody:" in line))
-        for name in [*untried, "Host.cs", "tables.sql", "KestrelLedger.cls", "KestrelOrders.bas"]:
+        for name in [*untried, "tables.sql", "KestrelLedger.cls", "KestrelOrders.bas"]:
             if name == "Kestrel.cs":  # beside the PowerShell sample, and run with those in C# and VB.NET
                 continue
             [file] = SAMPLES.parent.rglob(name)
@@ -84,14 +84,15 @@ class RetryingTest(unittest.TestCase):
     def test_the_script_tries_again_only_what_may_succeed(self):
         """With a database that only says what it is told to: the system's own does not work under Wine."""
         with tempfile.TemporaryDirectory() as folder:
-            part = pathlib.Path(folder, "issue.vbs")
-            part.write_text((SAMPLES / "host.vbs").read_text(encoding="utf-8").split("' [issue]")[1], encoding="utf-8")
+            part = pathlib.Path(folder, "part.vbs")
+            sample = (SAMPLES / "host.vbs").read_text(encoding="utf-8")
+            part.write_text("\n".join(sample.split(f"' [{name}]")[1] for name in ("issue", "event")), encoding="utf-8")
             library = ROOT / "tests" / "scripts" / "lib"
             includes = [option for file in (library / "assert.vbs", library / "kestrel.vbs", part)
                         for option in ("--include", path(file))]
             result = run("kscript", *includes, path(ROOT / "tests" / "hosts" / "retrying.vbs"))
         self.assertEqual((result.returncode, result.stderr), (0, ""), result.stdout)
-        self.assertRegex(result.stdout, r"end of script: 22 checks, 0 failed")
+        self.assertRegex(result.stdout, r"end of script: 43 checks, 0 failed")
 
 
 class SampleCase(unittest.TestCase):

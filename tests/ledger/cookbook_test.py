@@ -66,6 +66,36 @@ class CookbookTest(unittest.TestCase):
             for file in self.folder.iterdir():
                 file.unlink()
 
+    def test_the_other_periods_begin_anew(self):
+        """The patterns that stand in sentences, with the last day of one period and the first of the next."""
+        guide = GUIDE.read_text(encoding="utf-8")
+        for pattern, options, *expected in (
+                ("{=fiscal(Date end)}-{##}", "--year-begins 4", "2026-03-31 2026-01", "2026-04-01 2027-01"),
+                ("{=fiscal(Date start)}-{##}", "--year-begins 4", "2026-03-31 2025-01", "2026-04-01 2026-01"),
+                ("{=fiscal(Date)}-{##}", "--year-begins 4 --month-begins 6", "2026-04-05 2025-26-01", "2026-04-06 2026-27-01"),
+                ("{Date:yyyymm}/{####}", "", "2026-04-30 202604/0001", "2026-05-01 202605/0001"),
+                ("{Date:yyyy}Q{=quarter(Date)}/{####}", "", "2026-03-31 2026Q1/0001", "2026-04-01 2026Q2/0001"),
+                ("{=isoyear(Date)}W{=isoweek(Date)}/{####}", "", "2027-01-03 2026W53/0001", "2027-01-04 2027W01/0001"),
+                ("{=year(Date)}W{=week(Date)}/{####}", "--week-begins sunday",
+                 "2026-01-03 2026W01/0001", "2026-01-04 2026W02/0001")):
+            with self.subTest(pattern, options=options):
+                self.assertIn(pattern.removesuffix("-{##}"), guide)
+                self.assertIn(options, guide)
+                self.done("rule", "new", "periods", pattern, *options.split())
+                for day, code in map(str.split, expected):
+                    [line] = self.done("issue", "-f", f"Date={day}", "--rule", "periods")
+                    self.assertEqual(line.split("\t")[0], code)
+                (self.folder / "ledger.db").unlink()
+
+    def test_a_number_counts_over_what_stands_behind_its_stroke(self):
+        records = (("MUC", "2026"), ("HAM", "2026"), ("MUC", "2027"))
+        for number, expected in (("{##}", "01 01 01"), ("{##/}", "01 02 03"), ("{##/Branch}", "01 01 02")):
+            with self.subTest(number):
+                self.done("rule", "new", "counts", "{Branch:3}{Year:4}-" + number)
+                codes = [self.done("issue", "-f", f"Branch={branch}", "-f", f"Year={year}")[0] for branch, year in records]
+                self.assertEqual(" ".join(code.split("\t")[0][-2:] for code in codes), expected)
+                (self.folder / "ledger.db").unlink()
+
     def test_the_files_of_the_guide_are_found(self):
         files = {step: lines for steps in read_recipes().values() for step, lines in steps if not step.startswith("kledger ")}
         self.assertEqual(sorted(files), ["accounts.csv", "branches.csv", "categories.csv"])

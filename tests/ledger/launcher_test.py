@@ -54,11 +54,16 @@ class LauncherTest(unittest.TestCase):
         self.assertEqual(result.returncode, 0, result.stderr)
         self.assertTrue(result.stdout.startswith("kledger "))
 
+    @staticmethod
+    def readme_blocks():
+        """The commands of "The first codes", each without what the page says of it: the first five, and the others."""
+        section = (ROOT / "README.md").read_text(encoding="utf-8").split("## The first codes")[1]
+        blocks = re.findall(r"\n\n((?: {4}kledger .*\n)+)", section)[:2]
+        return [[shlex.split(re.split(r" {2,}", line.strip())[0])[1:] for line in block.splitlines()] for block in blocks]
+
     def test_the_readmes_first_five_commands(self):
         """From an empty folder to ten codes, one of them explained, and a clean audit."""
-        section = (ROOT / "README.md").read_text(encoding="utf-8").split("## The first codes")[1]
-        block = re.search(r"\n\n((?: {4}kledger .*\n)+)", section).group(1)
-        commands = [shlex.split(line)[1:] for line in block.splitlines()]
+        commands = self.readme_blocks()[0]
         self.assertEqual(len(commands), 5)
         results = [self.launch(*command) for command in commands]
         for result in results:
@@ -69,6 +74,36 @@ class LauncherTest(unittest.TestCase):
         self.assertEqual([line.split("\t")[0] for line in listed], codes)
         self.assertTrue(any("Year" in line and "2026" in line for line in explained))
         self.assertEqual(audited[-1], "10 codes, 0 findings")
+
+    def test_the_readmes_commands_of_every_day(self):
+        """Where the first five were run, with files of the names that they name."""
+        first, others = self.readme_blocks()
+        for command in first:
+            self.launch(*command)
+        (self.folder / "records.csv").write_text("Year\n2026\n2027\n")
+        (self.folder / "names.txt").write_text("Ann\nBo\n")
+        commands = [command for command in others if "rename|copy|remove" not in command]
+        self.assertEqual(len(others) - len(commands), 1)
+        printed = {}
+        for command in commands:
+            result = self.launch(*command)
+            self.assertEqual((result.returncode, result.stderr.count("kledger:")), (0, 0), (command, result.stderr))
+            printed[" ".join(command)] = result.stdout
+        self.assertEqual(printed["issue records.csv --dry-run"], "INV-2026-0011\t2026\nINV-2027-0001\t2027\n")
+        self.assertEqual(printed["issue names.txt -f Year=2026"], "INV-2026-0011\t2026\tAnn\nINV-2026-0012\t2026\tBo\n")
+        self.assertEqual(len(printed["codes find INV-2026-*"].splitlines()), 13)
+        self.assertIn("INV-2026-0013", (self.folder / "codes.csv").read_text())
+        self.assertIn("<svg", (self.folder / "report.html").read_text())
+        self.assertEqual(printed["audit"].splitlines()[-1], "14 codes, 0 findings")
+
+    def test_the_commands_of_the_documents_are_quoted_for_every_shell(self):
+        """The command prompt of Windows knows double quotes alone, and hands single ones on."""
+        documents = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]
+        commands = [line for document in documents for line in document.read_text(encoding="utf-8").splitlines()
+                    if line.startswith("    kledger ")]
+        self.assertGreater(len(commands), 50)
+        for command in commands:
+            self.assertNotIn("'", re.sub(r'"[^"]*"', "", re.split(r" {2,}", command.strip())[0]), command)
 
     def test_it_says_what_is_missing(self):
         result = self.launch("--version", env=os.environ | {"KESTREL_WINEPREFIX": str(self.folder / "none")})

@@ -69,6 +69,8 @@ class NewTest(PatternsCase):
         self.assertEqual(out, [])
         self.assertEqual(error, ["kledger: position 14 of the pattern: the last number 1 lies below the first one, 9",
                                  "INV-{####:9..1}", "             ^"])
+        guide = (ROOT / "docs" / "patterns.md").read_text(encoding="utf-8")
+        self.assertIn("\n\n    " + "\n    ".join(error) + "\n\n", guide)
         self.assertEqual(self.done("rule", "list")[2:], [])
 
     def test_a_mark_stands_below_the_formula_that_is_wrong(self):

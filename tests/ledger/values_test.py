@@ -332,6 +332,7 @@ class Refusals(Values):
             shown = self.objects("explain", code, "--rule", rule)[0]
             self.assertEqual((shown["stored"], shown["fields"]), (kept, kept), code)
             self.assertEqual(shown.get("unreadable"), None if "Date" in kept else ["Date"], code)
+            self.assertEqual("".join(shown["bands"].values()), code, "each band as it stands in the code")
         self.assertIn(["field", "Date", "(the code does not tell its value)"],
                       [re.split(" {2,}", line.strip()) for line in self.done("explain", "2026ab01", "--rule", "y")])
         self.done("adopt", "2026ab01", "--rule", "c")

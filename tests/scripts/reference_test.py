@@ -41,6 +41,13 @@ class ErrorsTest(unittest.TestCase):
         for number, (file, words) in self.ELSEWHERE.items():
             self.assertTrue(words in (ROOT / "tests" / file).read_text(encoding="utf-8"), number)
 
+    def test_every_number_that_a_member_names_is_in_the_table(self):
+        table = {line.split(" |")[0] for line in (ROOT / "tools" / "reference-errors.txt").read_text().splitlines()}
+        helps = re.findall(r'helpstring\("([^"]*)"\)', (ROOT / "src" / "resources" / "Kestrel.idl").read_text(encoding="utf-8"))
+        named = set(re.findall(r"\b20\d\d\b", " ".join(helps)))
+        self.assertGreater(len(named), 15)
+        self.assertEqual(named - table, set())
+
 
 class ExamplesTest(unittest.TestCase):
     def setUp(self):

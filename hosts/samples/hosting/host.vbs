@@ -12,7 +12,7 @@ Const AsUnicode = -1
 Const adStateOpen = 1
 Const LeaseSize = 50
 Const Attempts = 200
-Dim rule, database, files, policy, series, leased, nextNumber, endNumber, count
+Dim rule, database, files, policy, series, leased, nextNumber, endNumber, failure, count
 
 Set rule = WScript.CreateObject("Kestrel.CodeClass", "rule_")
 Set database = CreateObject("ADODB.Connection")
@@ -47,11 +47,13 @@ End Function
 Function TryToIssue(ticket)
     Dim code, number, description, retry, isNew
     On Error Resume Next
+    failure = ""
     database.Errors.Clear
     database.BeginTrans
     code = One("SELECT code FROM codes WHERE ticket = " & Quoted(ticket))
     isNew = (code = "")
     If Err.Number = 0 And isNew Then code = rule.GetCode(gsNewCode)
+    If failure <> "" Then Err.Raise vbObjectError + 2, "host.vbs", failure
     If Err.Number = 0 And isNew Then Store ticket, code
     If Err.Number = 0 Then database.CommitTrans
     If Err.Number = 0 Then
@@ -63,19 +65,25 @@ Function TryToIssue(ticket)
     description = Err.Description
     retry = MayBeRetried()
     database.RollbackTrans
+    leased = "" ' a block that was set aside in this transaction is undone with it
     On Error GoTo 0
     If Not retry Then Err.Raise number, "host.vbs", description
     TryToIssue = ""
 End Function
 
-' A unique key, a serialization failure and a deadlock, in the words of PostgreSQL and of other servers; and what PostgreSQL
-' says when such a failure came in the event already.
+' A duplicate key, a serialization failure and a deadlock, as PostgreSQL and others say them. The 23000 of SQL Server and MariaDB
+' also stands for a missing value or a broken reference: their own numbers tell a duplicate key from those.
 Function MayBeRetried()
     MayBeRetried = False
     If database.Errors.Count = 0 Then Exit Function ' the rule refused, not the database
     Select Case database.Errors.Item(0).SQLState
-        Case "23505", "23000", "40001", "40P01", "25P02"
+        Case "23505", "40001", "40P01"
             MayBeRetried = True
+        Case "23000"
+            Select Case database.Errors.Item(0).NativeError
+                Case 2601, 2627, 1062
+                    MayBeRetried = True
+            End Select
     End Select
 End Function
 
@@ -93,16 +101,24 @@ End Function
 ' [issue]
 
 ' [event]
+' An error of a handler never reaches the caller of GetCode: it is kept for TryToIssue, which raises it there.
 Sub rule_GetLastCode(Filter, Value)
-    series = Filter
+    Dim last
+    On Error Resume Next
+    last = LastCode(Filter)
+    If Err.Number = 0 Then Value = last Else failure = Err.Description & " (when the last code was asked for)"
+End Sub
+
+Function LastCode(filter)
+    series = filter
     If policy = "fast" Then
         If leased <> series Or nextNumber = endNumber Then TakeLease
-        Value = Left(series, Len(series) - 6) & Right("000000" & (nextNumber - 1), 6)
+        LastCode = Left(series, Len(series) - 6) & Right("000000" & (nextNumber - 1), 6)
     Else
-        Value = One("SELECT code FROM numbers WHERE series = " & Quoted(series) & " AND number = " & _
+        LastCode = One("SELECT code FROM numbers WHERE series = " & Quoted(series) & " AND number = " & _
             "(SELECT MAX(number) FROM numbers WHERE series = " & Quoted(series) & ")")
     End If
-End Sub
+End Function
 
 Sub TakeLease()
     nextNumber = 1 + Number(One("SELECT MAX(n) FROM (SELECT MAX(number) AS n FROM numbers WHERE series = " & _

@@ -1,7 +1,9 @@
 // A program that brings the component along: portable.exe.manifest names it, the library lies in the same folder, and
-// nothing is registered. Copy the folder anywhere and run portable.exe; it prints three codes and where the library was
-// found. It keeps its codes for as long as it runs; one that keeps them for good is in the sample hosting.
+// nothing is registered. Copy the folder anywhere and run portable.exe; it prints the codes of four requests, one of
+// which was made before, and where the library was found. It keeps its codes for as long as it runs; one that keeps
+// them for good is in the sample hosting.
 #include <cstdio>
+#include <map>
 
 #include "Kestrel.h"
 
@@ -36,11 +38,15 @@ void Run() {
     std::wstring last;
     Events events(rule.Get(), __uuidof(__CodeClass));
     events.On(getLastCode, [&last](const Arguments& arguments) { arguments.SetTextAt(1, last); });
-    for (int i = 0; i < 3; ++i) {
-        Text code;
-        Check(rule->GetCode(gsNewCode, code.Out()));
-        last = code.Value();
-        std::printf("%ls\n", last.c_str());
+    std::map<std::wstring, std::wstring> issued; // the code of each request
+    for (const wchar_t* ticket : {L"order 1", L"order 2", L"order 3", L"order 2"}) {
+        std::wstring& code = issued[ticket];
+        if (code.empty()) {
+            Text next;
+            Check(rule->GetCode(gsNewCode, next.Out()));
+            code = last = next.Value();
+        }
+        std::printf("%ls\n", code.c_str());
     }
     wchar_t path[MAX_PATH];
     GetModuleFileNameW(GetModuleHandleW(L"Kestrel.dll"), path, MAX_PATH);

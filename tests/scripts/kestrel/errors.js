@@ -39,6 +39,10 @@ expect(457, function () { rule.UsrFields.Add("F"); }, function () { rule.UsrFiel
 band = rule.Band("Prefix");
 expect(2001, function () { band.Style = bsUsrField; },
     function () { rule.Add("Another", bsUsrField, 0, "", rule.UsrFields("F"), 2); });
+item = WScript.CreateObject("Kestrel.List");
+item.Name = "A";
+expect(2001, function () { item.Name = "B"; }, function () { WScript.CreateObject("Kestrel.List").Name = "B"; });
+expect(2003, function () { item.ForeignName = " "; }, function () { item.ForeignName = "Shown"; });
 band = WScript.CreateObject("Kestrel.Band");
 expect(2002, function () { band.Default = "x"; }, function () { band.Style = bsFixed; band.Default = "x"; });
 expect(2003, function () { rule.SeparaOfYear = 13; }, function () { rule.SeparaOfYear = 12; });

@@ -66,6 +66,8 @@ NewRule
 Check "bands may not be added by the designer", rule.AllowAddBand, False
 Check "nor removed", rule.AllowDropBand, False
 Check "nor fields managed", rule.AllowFieldManage, False
+Check "nor the simple style chosen", rule.AllowSimpleStyle, False
+Check "nor the advanced options opened", InStr(rule.Definition, vbCr & "5" & vbCr & "0" & vbCr) > 0, True
 
 ' Years.
 Set macro = rule.UsrMacros.Add("Day", , "2024-05-06")
@@ -94,6 +96,24 @@ lastCode = "A007-202603"
 Check "the last code of each series is the other's too here", rule.GetCode(gsNewCode), "A008-202604"
 Check "each number by its band", rule.Band("Total").Value & " " & rule.Band("OfYear").Value, "008 04"
 
+' What the platform refuses, in its own numbers.
+NewRule
+Set number = NewNumber()
+number.TrackBands.Add "Prefix"
+number.Length = 2147483647
+On Error Resume Next
+rule.SeparaOfYear = "June"
+CheckErrorNumber "an argument of the wrong kind", 13
+text = rule.GetCode(gsNewCode, 2)
+CheckErrorNumber "an argument too many", 450
+text = rule.Band()
+CheckErrorNumber "an argument too few", 450
+rule.NoSuchMember
+CheckErrorNumber "a member that there is not", 438
+text = rule.GetCode(gsNewCode)
+CheckErrorNumber "a code of more characters than memory holds", 7
+On Error GoTo 0
+
 ' The definition string.
 NewRule
 Set number = NewNumber()
@@ -113,10 +133,27 @@ Check "but not the name", copy.Name, ""
 Check "nor the value", copy.Value, ""
 Check "nor the style", copy.Style, csNormal
 Check "and a name with a comma becomes another", copy.UsrFields(1).Name, "A"
+Set macro = copy.UsrMacros.Add("Kept")
+copy.ApplyMode = 1
 copy.Load "no definition at all"
 Check "loading never fails", copy.Count, 0
+Check "and what the text does not name stays", copy.UsrMacros.Count & " " & copy.ApplyMode, "1 1"
+NewRule
+rule.SeparaOfWeek = 1
+rule.SeparaOfMonth = 15
+rule.UsrFields.Add "Town", , "Bonn" & vbCr & "Beuel"
+Set copy = WScript.CreateObject("Kestrel.CodeClass")
+copy.Load rule.Definition
+Check "the day that weeks begin on does not come back", copy.SeparaOfWeek, 2
+Check "but the one of months does", copy.SeparaOfMonth, 15
+Check "nor what stands behind a carriage return", copy.UsrFields("Town").Value, "Bonn"
+rule.UsrFields("Town").Value = "Bonn" & vbLf & "Beuel"
+copy.Load rule.Definition
+Check "what stands behind a line feed does", copy.UsrFields("Town").Value, "Bonn" & vbLf & "Beuel"
 
 ' Collections.
+NewRule
+Set number = NewNumber()
 walked = 0
 For Each one In rule
     walked = walked + 1

@@ -1,6 +1,6 @@
 ' One line for each member and event of the component; the line below a comment that names one stands in the reference.
 ' What a line prints is the comment at its end: "|" stands between lines, "*" for whatever comes. Handlers print too, which
-' shows that the event came; nobody clicks here, so that AddField and DropField do not.
+' shows that the event came; nobody clicks here, so that AddField does not, and some events are raised by nothing.
 Option Explicit
 Dim rule, band, number, region, item, list, names, tree, node, child, value, text, found, one, stored, last
 
@@ -35,7 +35,7 @@ Sub rule_BandsChanged(): Heard "rule_BandsChanged": End Sub
 ' __CodeClass.AddField
 Sub rule_AddField(Name): rule.UsrFields.Add InputBox("Which field?"): End Sub
 ' __CodeClass.DropField
-Sub rule_DropField(Name): rule.UsrFields.Remove Name: End Sub
+Sub rule_DropField(Name): Heard "rule_DropField": End Sub
 ' __CodeClass.BeforeDropField
 Sub rule_BeforeDropField(Name, Cancel, Description): Heard "rule_BeforeDropField": End Sub
 ' __CodeClass.BeforeDropBand
