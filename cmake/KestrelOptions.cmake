@@ -16,6 +16,13 @@ if(KESTREL_CCACHE)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
+if(MINGW)
+    # What a report of a crash names: functions and lines. Describing each variable as well takes the compiler half as long
+    # again; the library alone has that (src/CMakeLists.txt), for it runs in programs of others.
+    string(REPLACE -g -g1 CMAKE_C_FLAGS_RELWITHDEBINFO "${CMAKE_C_FLAGS_RELWITHDEBINFO}")
+    string(REPLACE -g -g1 CMAKE_CXX_FLAGS_RELWITHDEBINFO "${CMAKE_CXX_FLAGS_RELWITHDEBINFO}")
+endif()
+
 add_library(kestrel_options INTERFACE)
 if(MSVC)
     target_compile_options(kestrel_options INTERFACE /W4 /WX /utf-8 /permissive- /EHsc /Zc:__cplusplus /sdl /guard:cf)

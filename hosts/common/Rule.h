@@ -15,6 +15,11 @@ namespace hosts {
 
 enum class BandStyle : long { Fixed = 0, Macro = 1, Field = 2, Number = 3, Letter = 4 };
 
+// How a band changes the value of its field or macro, as the type library publishes it.
+inline constexpr long NoSwap = 0;
+inline constexpr long SimpleSwap = 1;
+inline constexpr long LayersSwap = 2;
+
 struct Band {
     std::wstring name;
     BandStyle style = BandStyle::Fixed;

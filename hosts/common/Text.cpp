@@ -1,6 +1,7 @@
 #include "hosts/common/Text.h"
 
 #include <algorithm>
+#include <cwctype>
 
 namespace hosts {
 
@@ -68,5 +69,34 @@ std::wstring OneLine(std::wstring_view message) {
     }
     return line;
 }
+
+std::wstring Trimmed(std::wstring_view text) {
+    const auto first = text.find_first_not_of(L' ');
+    if (first == std::wstring_view::npos) return {};
+    return std::wstring(text.substr(first, text.find_last_not_of(L' ') + 1 - first));
+}
+
+std::wstring_view WithoutBlanks(std::wstring_view text) noexcept {
+    text.remove_prefix(std::min(text.find_first_not_of(L" \t"), text.size()));
+    return text.substr(0, text.find_last_not_of(L" \t") + 1);
+}
+
+std::wstring Folded(std::wstring text) {
+    std::ranges::transform(text, text.begin(), [](wchar_t character) { return std::towlower(character); });
+    return text;
+}
+
+std::vector<std::wstring> Split(std::wstring_view text, wchar_t separator) {
+    std::vector<std::wstring> pieces(1);
+    for (const wchar_t character : text) {
+        if (character == separator)
+            pieces.emplace_back();
+        else
+            pieces.back() += character;
+    }
+    return pieces;
+}
+
+std::wstring Quoted(std::wstring_view text) { return L"'" + std::wstring(text) + L"'"; }
 
 } // namespace hosts

@@ -90,10 +90,10 @@ std::vector<std::wstring> CsvHeader(const std::set<std::wstring>& names) {
     return columns;
 }
 
-using Print = std::function<void(std::wstring_view)>;
+using PrintText = std::function<void(std::wstring_view)>;
 
 // Read twice: a table has all its columns from the first line on.
-void PrintCsv(Session& session, const CodeWish& wish, const Print& print) {
+void PrintCsv(Session& session, const CodeWish& wish, const PrintText& print) {
     std::set<std::wstring> names;
     ForEachCode(session.database, session.patience, wish, [&names](const FoundCode& code) {
         for (const auto& [name, value] : code.fields)
@@ -104,7 +104,7 @@ void PrintCsv(Session& session, const CodeWish& wish, const Print& print) {
                 [&](const FoundCode& code) { print(CsvLine(CsvFields(code, names))); });
 }
 
-void PrintJson(Session& session, const CodeWish& wish, const Print& print) {
+void PrintJson(Session& session, const CodeWish& wish, const PrintText& print) {
     ForEachCode(session.database, session.patience, wish,
                 [&print](const FoundCode& code) { print(JsonText(JsonOf(code)) + L'\n'); });
 }

@@ -186,10 +186,6 @@ struct Front {
     std::unique_ptr<Issuer> issuer;
 };
 
-std::vector<StoredRule> AllRules(Session& session) {
-    return InSnapshot(session.database, session.patience, [&] { return Rules(session.database).All(); });
-}
-
 Front FrontOf(Session& session, Numbering numbering, const IssueOptions& options) {
     const std::vector<StoredRule> rules = AllRules(session);
     Front front;

@@ -46,7 +46,7 @@ std::wstring ConditionsText(const NumberingPart& part) {
     return text;
 }
 
-std::wstring DaysText(const NumberingPart& part) {
+std::wstring DaysShown(const NumberingPart& part) {
     if (part.date.empty()) return {};
     return hosts::Shown(part.date) + L" " + part.from + L".." + part.until;
 }
@@ -127,7 +127,7 @@ int ShowNumbering(Session& session, const std::wstring& name) {
     std::size_t place = 0;
     for (const NumberingPart& part : numbering.parts) {
         const std::wstring rule = RuleName(rules, part.rule);
-        table.Add({std::to_wstring(++place), rule, DaysText(part), ConditionsText(part), NameOf(part.then)});
+        table.Add({std::to_wstring(++place), rule, DaysShown(part), ConditionsText(part), NameOf(part.then)});
         if (session.output.IsJson())
             hosts::PrintLine(JsonText({{"part", place},
                                        {"rule", ToJson(rule)},

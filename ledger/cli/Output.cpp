@@ -13,7 +13,7 @@ std::wstring Padded(const std::wstring& text, std::size_t width) {
     return text + std::wstring(width - std::min(width, text.size()), L' ');
 }
 
-std::wstring Trimmed(std::wstring line) {
+std::wstring WithoutSpacesBehind(std::wstring line) {
     line.erase(line.find_last_not_of(L' ') + 1);
     return line;
 }
@@ -47,12 +47,12 @@ std::vector<std::wstring> Table::Lines() const {
         std::wstring line;
         for (std::size_t column = 0; column < row.size(); ++column)
             line += Padded(row[column], widths[column]) + L"  ";
-        lines.push_back(Trimmed(std::move(line)));
+        lines.push_back(WithoutSpacesBehind(std::move(line)));
     }
     std::wstring rule;
     for (const std::size_t width : widths)
         rule += std::wstring(width, L'-') + L"  ";
-    lines.insert(lines.begin() + 1, Trimmed(std::move(rule)));
+    lines.insert(lines.begin() + 1, WithoutSpacesBehind(std::move(rule)));
     return lines;
 }
 

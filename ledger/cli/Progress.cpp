@@ -9,7 +9,7 @@ namespace ledger {
 
 namespace {
 
-constexpr std::size_t Width = 40;
+constexpr std::size_t BarWidth = 40;
 constexpr std::chrono::milliseconds Between{200};
 
 bool SomebodyWatches() {
@@ -41,11 +41,11 @@ void Progress::Advance(std::size_t done) {
 }
 
 void Progress::Draw() const {
-    const std::size_t filled = mvarDone * Width / mvarTotal;
-    const std::string bar = std::string(filled, '#') + std::string(Width - filled, '.');
+    const std::size_t filled = mvarDone * BarWidth / mvarTotal;
+    const std::string bar = std::string(filled, '#') + std::string(BarWidth - filled, '.');
     Show("\r[" + bar + "] " + std::to_string(mvarDone) + " of " + std::to_string(mvarTotal));
 }
 
-void Progress::Clear() { Show("\r" + std::string(Width + 40, ' ') + "\r"); }
+void Progress::Clear() { Show("\r" + std::string(BarWidth + 40, ' ') + "\r"); }
 
 } // namespace ledger

@@ -87,13 +87,6 @@ std::vector<BandRow> RowsOf(const hosts::Rule& rule) {
     return rows;
 }
 
-Json ToJson(const std::vector<std::wstring>& texts) {
-    Json array = Json::array();
-    for (const std::wstring& text : texts)
-        array.push_back(ledger::ToJson(text));
-    return array;
-}
-
 Json RowJson(const BandRow& row) {
     return {{"band", ledger::ToJson(row.name)},
             {"style", ledger::ToJson(row.style)},

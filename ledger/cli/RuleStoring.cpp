@@ -13,13 +13,6 @@ using hosts::HostError;
 
 constexpr std::size_t LongestName = 120;
 
-Json FindingsJson(const RuleReview& review) {
-    Json findings = Json::array();
-    for (const std::wstring& line : review.Lines())
-        findings.push_back(ToJson(line));
-    return findings;
-}
-
 } // namespace
 
 void TellStored(const Session& session, const ChangeReport& report, std::size_t bands, const RuleReview& review) {
@@ -34,7 +27,7 @@ void TellStored(const Session& session, const ChangeReport& report, std::size_t 
                        {"codes", report.codes},
                        {"otherCodes", report.foreign},
                        {"sharedNumbers", report.shared},
-                       {"findings", FindingsJson(review)}};
+                       {"findings", ToJson(review.Lines())}};
     session.output.Line(L"rule \"" + hosts::Shown(rule.name) + L"\": " + hosts::Counted(bands, L"band") +
                             L", codes of " + hosts::Counted(rule.definition.codeLength, L"character") + L", policy " +
                             NameOf(rule.policy) + L", definition " + std::to_wstring(rule.definition.number) +

@@ -12,7 +12,7 @@ namespace ledger {
 namespace {
 
 // The picture's own units.
-constexpr double Width = 600;
+constexpr double ChartWidth = 600;
 constexpr double Height = 160;
 constexpr double Margin = 6; // for strokes and crosses at the edges
 constexpr int GapRows = 100;
@@ -39,7 +39,7 @@ class Chart {
         const auto from = mvarReport.history.from;
         const auto all = static_cast<double>((mvarReport.history.to - from).count());
         const double share = all > 0 ? static_cast<double>((at - from).count()) / all : 0;
-        return Margin + std::clamp(share, 0.0, 1.0) * (Width - 2 * Margin);
+        return Margin + std::clamp(share, 0.0, 1.0) * (ChartWidth - 2 * Margin);
     }
 
     [[nodiscard]] double Y(double number) const {
@@ -60,7 +60,7 @@ class Chart {
         std::wstring line = L"M" + Number(Margin) + L' ' + Number(Height - Margin);
         for (const HistoryPoint& point : mvarReport.history.points)
             line += L"H" + Number(X(point.at)) + L"V" + Number(Y(static_cast<double>(point.highest)));
-        line += L"H" + Number(Width - Margin);
+        line += L"H" + Number(ChartWidth - Margin);
         return L"<path class=\"area\" d=\"" + line + L"V" + Number(Height - Margin) +
                L"Z\"/><path class=\"line\" d=\"" + line + L"\"/>";
     }

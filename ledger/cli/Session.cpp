@@ -11,11 +11,6 @@ namespace {
 
 using hosts::HostError;
 
-std::vector<StoredRule> AllRules(Session& session) {
-    Rules rules(session.database);
-    return InSnapshot(session.database, session.patience, [&rules] { return rules.All(); });
-}
-
 std::wstring NamesOf(const std::vector<StoredRule>& rules) {
     std::wstring names;
     for (const StoredRule& rule : rules)
@@ -48,6 +43,11 @@ StoredRule OnlyOne(std::vector<StoredRule> rules) {
 }
 
 } // namespace
+
+std::vector<StoredRule> AllRules(Session& session) {
+    Rules rules(session.database);
+    return InSnapshot(session.database, session.patience, [&rules] { return rules.All(); });
+}
 
 StoredRule ResolveRule(Session& session, const std::wstring& name) {
     if (name.empty()) return OnlyOne(AllRules(session));

@@ -16,6 +16,9 @@ struct Session {
     Output output = Output(false);
 };
 
+// In the order of their names.
+[[nodiscard]] std::vector<StoredRule> AllRules(Session& session);
+
 // The rule of that name; without a name the only rule that there is. Fails with HostError otherwise.
 [[nodiscard]] StoredRule ResolveRule(Session& session, const std::wstring& name);
 

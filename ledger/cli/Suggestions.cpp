@@ -4,13 +4,11 @@
 
 #include "hosts/common/Nearest.h"
 #include "hosts/common/Text.h"
-#include "hosts/common/Utf8.h"
+#include "ledger/cli/OptionParts.h"
 
 namespace ledger {
 
 namespace {
-
-std::wstring Wide(const std::string& text) { return hosts::FromOwnUtf8(text); }
 
 // The innermost command that was understood.
 const CLI::App& Chosen(const CLI::App& app) {

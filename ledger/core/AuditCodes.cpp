@@ -6,7 +6,7 @@ namespace ledger {
 
 namespace {
 
-constexpr std::size_t RowsAtOnce = 2000;
+constexpr std::size_t CodesRead = 2000;
 
 } // namespace
 
@@ -14,7 +14,7 @@ void CodeAudit::CheckEach(const std::function<void()>& advance) {
     Codes codes(mvarDatabase, mvarReport.rule.id);
     std::wstring before;
     for (;;) {
-        const std::vector<CodeRow> rows = codes.After(before, RowsAtOnce);
+        const std::vector<CodeRow> rows = codes.After(before, CodesRead);
         if (rows.empty()) return;
         for (const CodeRow& row : rows) {
             Check(row);

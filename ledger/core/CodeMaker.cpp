@@ -23,7 +23,7 @@ constexpr std::size_t LongestBandName = 120;
 constexpr std::size_t LongestSeries = 255;
 
 // Nothing when the text is not all digits or the number is beyond 64 bits.
-std::optional<std::int64_t> NumberOf(const std::wstring& text) {
+std::optional<std::int64_t> DigitsAsNumber(const std::wstring& text) {
     std::int64_t number = 0;
     if (text.empty()) return std::nullopt;
     for (const wchar_t digit : text) {
@@ -45,12 +45,12 @@ std::int64_t LargestNumber(std::size_t digits) {
 
 std::int64_t StartOf(const hosts::Dispatch& band) {
     const std::wstring defaultText = band.Get(L"Default").Text();
-    return NumberOf(defaultText.empty() ? band.Get(L"InitStart").Text() : defaultText).value_or(0);
+    return DigitsAsNumber(defaultText.empty() ? band.Get(L"InitStart").Text() : defaultText).value_or(0);
 }
 
 std::int64_t HighestOf(const hosts::Dispatch& band, std::size_t length) {
     const std::int64_t room = LargestNumber(length);
-    return std::min(room, NumberOf(band.Get(L"InitEnd").Text()).value_or(room));
+    return std::min(room, DigitsAsNumber(band.Get(L"InitEnd").Text()).value_or(room));
 }
 
 // Names of bands are the same whatever their letter case.
@@ -97,7 +97,7 @@ bool IsOfFormat(const std::wstring& value, const std::wstring& format) {
 std::wstring WhyNumberIsRefused(const NumberBand& band, const std::wstring& series, const std::wstring& lastCode,
                                 const std::wstring& format, const std::wstring& message) {
     const std::wstring last = lastCode.empty() ? std::wstring() : lastCode.substr(band.position, band.length);
-    const std::int64_t next = last.empty() ? band.start : NumberOf(last).value_or(0) + 1;
+    const std::int64_t next = last.empty() ? band.start : DigitsAsNumber(last).value_or(0) + 1;
     if (next > LargestNumber(band.length))
         return L"series " + series + L": full, " + std::to_wstring(band.highest) + L" was the last number";
     const std::wstring shown = Formatted(std::to_wstring(next), format);
@@ -261,7 +261,7 @@ MadeCode CodeMaker::Numbered(std::wstring code, const std::vector<std::wstring>&
     for (std::size_t at = 0; at < series.size(); ++at) {
         const NumberBand& band = mvarNumberBands[at];
         const std::wstring part = made.code.substr(band.position, band.length);
-        const auto number = NumberOf(part);
+        const auto number = DigitsAsNumber(part);
         if (!number)
             throw RecordError(L"\"" + part + L"\" in band " + band.name + L" is no number that can be counted");
         made.numbers.push_back({band.name, series[at], *number});

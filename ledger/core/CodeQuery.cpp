@@ -12,7 +12,7 @@ namespace {
 
 using hosts::HostError;
 
-constexpr std::size_t CodesAtOnce = 1000;
+constexpr std::size_t CodesFound = 1000;
 
 void CheckTime(const std::wstring& text, const wchar_t* option) {
     if (text.empty() || TimeOf(text)) return;
@@ -22,9 +22,9 @@ void CheckTime(const std::wstring& text, const wchar_t* option) {
 }
 
 // One consistent piece of the answer after another.
-class Reader {
+class CodeReader {
   public:
-    Reader(Database& database, const CodeWish& wish) : mvarDatabase(database), mvarWish(wish) {}
+    CodeReader(Database& database, const CodeWish& wish) : mvarDatabase(database), mvarWish(wish) {}
 
     void Run(const std::function<void(const FoundCode&)>& visit) {
         for (const StoredRule& rule : Rules(mvarDatabase).All()) {
@@ -54,7 +54,7 @@ class Reader {
             code.fields = FieldsOf(code.row.fields);
             if (Fits(code)) visit(code);
         }
-        return piece.size() == CodesAtOnce;
+        return piece.size() == CodesFound;
     }
 
     Statement& Query(const StoredRule& rule) {
@@ -77,7 +77,7 @@ class Reader {
             L" AND EXISTS (SELECT 1 FROM kestrel_numbers n WHERE n.rule_id = c.rule_id AND n.code = c.code AND "
             L"n.series = ?)",
             {});
-        Statement& query = mvarDatabase.Prepare(sql + L" ORDER BY c.code LIMIT " + std::to_wstring(CodesAtOnce));
+        Statement& query = mvarDatabase.Prepare(sql + L" ORDER BY c.code LIMIT " + std::to_wstring(CodesFound));
         query.Set(rule.id).Set(mvarLast);
         for (const std::wstring& text : texts)
             query.Set(text);
@@ -132,7 +132,7 @@ void CheckWish(const CodeWish& wish) {
 
 void ForEachCode(Database& database, Patience patience, const CodeWish& wish,
                  const std::function<void(const FoundCode&)>& visit) {
-    Reader reader(database, wish);
+    CodeReader reader(database, wish);
     InSnapshot(database, patience, [&] {
         reader.Run(visit);
         return true;

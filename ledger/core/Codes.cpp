@@ -5,7 +5,7 @@ namespace ledger {
 namespace {
 
 // Rows that one INSERT stores: few enough for every engine's limit of parameters, enough to make the way there cheap.
-constexpr std::size_t RowsAtOnce = 50;
+constexpr std::size_t RowsOfInsert = 50;
 
 const wchar_t* const InsertColumns =
     L"kestrel_codes (rule_id, code, ticket, definition, origin, void_act, stored_at, fields)";
@@ -17,12 +17,12 @@ std::wstring InsertText(const std::wstring& into, const std::wstring& row, std::
     return text;
 }
 
-// Calls the function with pieces of the rows: full ones of RowsAtOnce, then single rows, so that only two statements
+// Calls the function with pieces of the rows: full ones of RowsOfInsert, then single rows, so that only two statements
 // are ever prepared.
 template <class Row, class Store>
 void InPieces(std::span<const Row> rows, Store store) {
     while (!rows.empty()) {
-        const std::size_t size = rows.size() >= RowsAtOnce ? RowsAtOnce : 1;
+        const std::size_t size = rows.size() >= RowsOfInsert ? RowsOfInsert : 1;
         store(rows.first(size));
         rows = rows.subspan(size);
     }

@@ -7,12 +7,12 @@ namespace ledger {
 
 namespace {
 
-const wchar_t* const SelectText =
+const wchar_t* const ActSelect =
     L"SELECT number, act, subject, detail, acted_at, acted_by, ticket, seal FROM kestrel_journal WHERE rule_id = ?";
 
-std::wstring Select(const wchar_t* rest) { return std::wstring(SelectText) + rest; }
+std::wstring SelectActs(const wchar_t* rest) { return std::wstring(ActSelect) + rest; }
 
-Act ReadRow(const Statement& row) {
+Act ReadAct(const Statement& row) {
     Act act;
     act.number = row.Number(1);
     act.kind = row.Text(2);
@@ -42,7 +42,7 @@ std::wstring SealOf(std::int64_t ruleId, const Act& act, const std::wstring& bef
 }
 
 std::optional<Act> Journal::Newest() {
-    return mvarDatabase.Prepare(Select(L" ORDER BY number DESC LIMIT 1")).Set(mvarRuleId).First(ReadRow);
+    return mvarDatabase.Prepare(SelectActs(L" ORDER BY number DESC LIMIT 1")).Set(mvarRuleId).First(ReadAct);
 }
 
 bool BringsSettings(const Act& act) { return BringsDefinition(act) || act.kind == acts::Settings; }
@@ -88,17 +88,17 @@ std::int64_t Journal::Write(const std::wstring& kind, const std::wstring& subjec
 }
 
 std::optional<Act> Journal::OfTicket(const std::wstring& ticket) {
-    auto act = mvarDatabase.Prepare(Select(L" AND ticket = ?")).Set(mvarRuleId).Set(ticket).First(ReadRow);
+    auto act = mvarDatabase.Prepare(SelectActs(L" AND ticket = ?")).Set(mvarRuleId).Set(ticket).First(ReadAct);
     if (act) mvarDatabase.Confirm();
     return act;
 }
 
 std::optional<Act> Journal::At(std::int64_t number) {
-    return mvarDatabase.Prepare(Select(L" AND number = ?")).Set(mvarRuleId).Set(number).First(ReadRow);
+    return mvarDatabase.Prepare(SelectActs(L" AND number = ?")).Set(mvarRuleId).Set(number).First(ReadAct);
 }
 
 std::vector<Act> Journal::All() {
-    return mvarDatabase.Prepare(Select(L" ORDER BY number")).Set(mvarRuleId).Rows(ReadRow);
+    return mvarDatabase.Prepare(SelectActs(L" ORDER BY number")).Set(mvarRuleId).Rows(ReadAct);
 }
 
 } // namespace ledger

@@ -6,6 +6,13 @@ namespace ledger {
 
 Json ToJson(std::wstring_view text) { return hosts::ToUtf8(text); }
 
+Json ToJson(const std::vector<std::wstring>& texts) {
+    Json array = Json::array();
+    for (const std::wstring& text : texts)
+        array.push_back(ledger::ToJson(text));
+    return array;
+}
+
 Json ToJson(const FieldValues& values) {
     Json object = Json::object();
     for (const auto& [name, value] : values)

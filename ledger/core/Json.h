@@ -14,6 +14,8 @@ using Json = nlohmann::ordered_json;
 
 // A JSON string.
 [[nodiscard]] Json ToJson(std::wstring_view text);
+// In their order.
+[[nodiscard]] Json ToJson(const std::vector<std::wstring>& texts);
 // A JSON object with a string per field.
 [[nodiscard]] Json ToJson(const FieldValues& values);
 // On one line.

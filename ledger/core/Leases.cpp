@@ -9,13 +9,13 @@ namespace ledger {
 
 namespace {
 
-const wchar_t* const SelectText =
+const wchar_t* const LeaseSelect =
     L"SELECT band, series, first_number, last_number, granted_to, owner, taken_at, ticket, state, "
     L"act, seal FROM kestrel_leases WHERE rule_id = ?";
 
-std::wstring Select(const wchar_t* rest) { return std::wstring(SelectText) + rest; }
+std::wstring SelectLeases(const wchar_t* rest) { return std::wstring(LeaseSelect) + rest; }
 
-Lease ReadRow(const Statement& row) {
+Lease ReadLease(const Statement& row) {
     Lease lease;
     lease.band = row.Text(1);
     lease.series = row.Text(2);
@@ -75,12 +75,12 @@ std::int64_t Leases::FirstFree(const NumberBand& band, const std::wstring& serie
 }
 
 std::optional<Lease> Leases::OfTicket(const NumberBand& band, const std::wstring& series, const std::wstring& ticket) {
-    return mvarDatabase.Prepare(Select(L" AND band = ? AND series = ? AND ticket = ?"))
+    return mvarDatabase.Prepare(SelectLeases(L" AND band = ? AND series = ? AND ticket = ?"))
         .Set(mvarRuleId)
         .Set(band.name)
         .Set(series)
         .Set(ticket)
-        .First(ReadRow);
+        .First(ReadLease);
 }
 
 Lease Leases::Take(const NumberBand& band, const std::wstring& series, std::int64_t count, const std::wstring& ticket) {
@@ -157,7 +157,7 @@ void Leases::Close(const Lease& lease, std::int64_t next, std::int64_t step) {
 }
 
 std::vector<Lease> Leases::All() {
-    return mvarDatabase.Prepare(Select(L" ORDER BY band, series, first_number")).Set(mvarRuleId).Rows(ReadRow);
+    return mvarDatabase.Prepare(SelectLeases(L" ORDER BY band, series, first_number")).Set(mvarRuleId).Rows(ReadLease);
 }
 
 } // namespace ledger

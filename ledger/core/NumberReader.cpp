@@ -4,9 +4,9 @@ namespace ledger {
 
 namespace {
 
-constexpr std::size_t RowsAtOnce = 2000;
+constexpr std::size_t NumbersRead = 2000;
 
-const std::wstring& SelectText() {
+const std::wstring& NumberSelect() {
     static const std::wstring text =
         std::wstring(L"SELECT n.band, n.series, n.number, n.code, n.lease, n.act, n.seal, ") + CodeColumns +
         L" FROM kestrel_numbers n LEFT JOIN kestrel_codes c ON c.rule_id = n.rule_id AND c.code = n.code WHERE "
@@ -61,7 +61,7 @@ std::vector<FullNumber> NumberReader::Next(const std::wstring& band, const FullN
 }
 
 Statement& NumberReader::Query(const std::wstring& condition, const std::wstring& band) {
-    return mvarDatabase.Prepare(SelectText() + condition + L" LIMIT " + std::to_wstring(RowsAtOnce))
+    return mvarDatabase.Prepare(NumberSelect() + condition + L" LIMIT " + std::to_wstring(NumbersRead))
         .Set(mvarRuleId)
         .Set(band);
 }

@@ -13,9 +13,9 @@ namespace {
 
 using hosts::HostError;
 
-class Check {
+class PartsCheck {
   public:
-    Check(const Numbering& numbering, const std::vector<StoredRule>& rules)
+    PartsCheck(const Numbering& numbering, const std::vector<StoredRule>& rules)
         : mvarNumbering(numbering), mvarRules(rules) {}
 
     void Run() {
@@ -193,6 +193,8 @@ class Check {
 
 } // namespace
 
-void CheckNumbering(const Numbering& numbering, const std::vector<StoredRule>& rules) { Check(numbering, rules).Run(); }
+void CheckNumbering(const Numbering& numbering, const std::vector<StoredRule>& rules) {
+    PartsCheck(numbering, rules).Run();
+}
 
 } // namespace ledger

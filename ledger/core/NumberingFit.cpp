@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "hosts/common/Text.h"
+
 namespace ledger {
 
 namespace {
@@ -13,7 +15,7 @@ std::wstring ValueOf(const FieldValues& record, const std::wstring& field) {
     return found == record.rend() ? std::wstring() : found->second;
 }
 
-std::wstring Quoted(const std::wstring& text) { return L"'" + text + L"'"; }
+using hosts::Quoted;
 
 } // namespace
 

@@ -43,7 +43,7 @@ void Read(const std::wstring& text, Numbering& numbering) {
     }
 }
 
-Numbering ReadRow(const Statement& row) {
+Numbering ReadNumbering(const Statement& row) {
     Numbering numbering;
     numbering.id = row.Number(1);
     numbering.name = row.Text(2);
@@ -52,7 +52,7 @@ Numbering ReadRow(const Statement& row) {
     return numbering;
 }
 
-const wchar_t* const SelectText = L"SELECT id, name, revision, text FROM kestrel_numberings";
+const wchar_t* const NumberingSelect = L"SELECT id, name, revision, text FROM kestrel_numberings";
 
 void Add(Database& database, Numbering& numbering) {
     const auto lowest = database.Prepare(L"SELECT MIN(id) FROM kestrel_numberings").First([](const Statement& row) {
@@ -91,11 +91,12 @@ bool Numbering::Names(std::int64_t rule) const {
 }
 
 std::vector<Numbering> Numberings::All() {
-    return mvarDatabase.Prepare(std::wstring(SelectText) + L" ORDER BY name").Rows(ReadRow);
+    return mvarDatabase.Prepare(std::wstring(NumberingSelect) + L" ORDER BY name").Rows(ReadNumbering);
 }
 
 std::optional<Numbering> Numberings::Find(const std::wstring& name) {
-    auto found = mvarDatabase.Prepare(std::wstring(SelectText) + L" WHERE name = ?").Set(name).First(ReadRow);
+    auto found =
+        mvarDatabase.Prepare(std::wstring(NumberingSelect) + L" WHERE name = ?").Set(name).First(ReadNumbering);
     return found && !found->parts.empty() ? found : std::nullopt;
 }
 
@@ -132,7 +133,7 @@ void StoreNumbering(Database& database, Patience patience, const Numbering& numb
 void StoreNumberingWithin(Database& database, const Numbering& numbering, const std::wstring& ticket) {
     Numbering stored = numbering;
     const auto before =
-        database.Prepare(std::wstring(SelectText) + L" WHERE name = ?").Set(numbering.name).First(ReadRow);
+        database.Prepare(std::wstring(NumberingSelect) + L" WHERE name = ?").Set(numbering.name).First(ReadNumbering);
     if (before && Journal(database, before->id).OfTicket(ticket)) return; // its COMMIT was not answered
     CheckNumbering(numbering, Rules(database).All());
     if (before && numbering.revision == 0 && before->parts.empty()) { // it was removed, and comes back

@@ -8,7 +8,7 @@ namespace ledger {
 
 namespace {
 
-constexpr std::size_t CodesAtOnce = 1000;
+constexpr std::size_t CodesCounted = 1000;
 
 } // namespace
 
@@ -22,7 +22,7 @@ std::int64_t Recount::Run(CodeMaker& maker, std::int64_t definition) {
     std::int64_t counted = 0;
     std::wstring last;
     for (;;) {
-        const std::vector<CodeRow> codes = mvarCodes.After(last, CodesAtOnce);
+        const std::vector<CodeRow> codes = mvarCodes.After(last, CodesCounted);
         if (codes.empty()) return counted;
         for (const CodeRow& code : codes) {
             if (definition != 0 && code.definition != definition) continue;

@@ -18,7 +18,7 @@ enum class Direction : long { CodeToValue = 0, ValueToCode = 1 };
 // In a larger layer nobody waits for the nearest name.
 constexpr std::size_t MostCandidates = 2000;
 
-std::wstring Quoted(const std::wstring& text) { return L"'" + text + L"'"; }
+using hosts::Quoted;
 
 // The texts that the layer below a node, or the first one, can convert.
 std::vector<std::wstring> CandidatesIn(const Dispatch& tree, const std::wstring& key, Direction direction) {

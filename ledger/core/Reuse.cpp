@@ -16,7 +16,7 @@ const wchar_t* const IsOfVoidCode =
     L"n.rule_id = kestrel_free.rule_id AND n.band = kestrel_free.band AND n.series = kestrel_free.series AND n.number "
     L"= kestrel_free.number AND n.code = kestrel_free.code AND c.void_act <> 0)";
 
-const wchar_t* const Missing =
+const wchar_t* const NotListed =
     L" FROM kestrel_codes c JOIN kestrel_numbers n ON n.rule_id = c.rule_id AND n.code = c.code WHERE c.rule_id = ? "
     L"AND c.void_act <> 0 AND NOT EXISTS (SELECT 1 FROM kestrel_free f WHERE f.rule_id = n.rule_id AND f.band = n.band "
     L"AND f.series = n.series AND f.number = n.number)";
@@ -123,7 +123,7 @@ std::int64_t Reuse::Refill(bool isAllowed) {
     Statement& missing = mvarDatabase.Prepare(
         std::wstring(L"INSERT INTO kestrel_free (rule_id, band, series, number, code) SELECT n.rule_id, n.band, "
                      L"n.series, n.number, n.code") +
-        Missing);
+        NotListed);
     missing.Set(mvarRuleId).Execute();
     return removed + missing.Changed();
 }
@@ -138,7 +138,7 @@ std::vector<FreeNumber> Reuse::Wrong(bool isAllowed) {
             .Rows(read);
     if (!isAllowed) return wrong;
     std::vector<FreeNumber> missing =
-        mvarDatabase.Prepare(std::wstring(L"SELECT n.number, n.code") + Missing).Set(mvarRuleId).Rows(read);
+        mvarDatabase.Prepare(std::wstring(L"SELECT n.number, n.code") + NotListed).Set(mvarRuleId).Rows(read);
     wrong.insert(wrong.end(), missing.begin(), missing.end());
     return wrong;
 }

@@ -7,14 +7,14 @@ namespace ledger {
 
 namespace {
 
-const wchar_t* const SelectText =
+const wchar_t* const RuleSelect =
     L"SELECT r.id, r.name, r.policy, r.lease_size, r.revision, d.number, d.code_length, d.stored_at, d.stored_by, "
     L"d.text, r.settings "
     L"FROM kestrel_rules r JOIN kestrel_definitions d ON d.rule_id = r.id AND d.number = r.definition";
 
-std::wstring Select(const wchar_t* rest) { return std::wstring(SelectText) + rest; }
+std::wstring SelectRules(const wchar_t* rest) { return std::wstring(RuleSelect) + rest; }
 
-StoredRule ReadRow(const Statement& row) {
+StoredRule ReadRule(const Statement& row) {
     StoredRule rule;
     rule.id = row.Number(1);
     rule.name = row.Text(2);
@@ -49,10 +49,10 @@ std::wstring SettingsText(const StoredRule& rule) {
            rule.definition.storedBy + L", rule " + rule.name;
 }
 
-std::vector<StoredRule> Rules::All() { return mvarDatabase.Prepare(Select(L" ORDER BY r.name")).Rows(ReadRow); }
+std::vector<StoredRule> Rules::All() { return mvarDatabase.Prepare(SelectRules(L" ORDER BY r.name")).Rows(ReadRule); }
 
 std::optional<StoredRule> Rules::Find(const std::wstring& name) {
-    return mvarDatabase.Prepare(Select(L" WHERE r.name = ?")).Set(name).First(ReadRow);
+    return mvarDatabase.Prepare(SelectRules(L" WHERE r.name = ?")).Set(name).First(ReadRule);
 }
 
 void Rules::Add(StoredRule& rule) {

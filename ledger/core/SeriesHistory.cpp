@@ -36,9 +36,9 @@ std::int64_t PartOf(std::int64_t place, std::int64_t first, std::int64_t last, s
     return std::clamp(static_cast<std::int64_t>(share * static_cast<double>(parts)), std::int64_t{0}, parts - 1);
 }
 
-class Reader {
+class HistoryReader {
   public:
-    Reader(Database& database, std::int64_t ruleId, const Series& series)
+    HistoryReader(Database& database, std::int64_t ruleId, const Series& series)
         : mvarDatabase(database), mvarRuleId(ruleId), mvarSeries(series) {}
 
     SeriesHistory Run(sys_seconds now) {
@@ -134,7 +134,7 @@ class Reader {
 } // namespace
 
 SeriesHistory ReadHistory(Database& database, std::int64_t ruleId, const Series& series, sys_seconds now) {
-    return Reader(database, ruleId, series).Run(now);
+    return HistoryReader(database, ruleId, series).Run(now);
 }
 
 } // namespace ledger

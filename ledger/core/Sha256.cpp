@@ -10,33 +10,33 @@ namespace ledger {
 
 namespace {
 
-void Check(NTSTATUS status) {
+void RefuseFailure(NTSTATUS status) {
     if (status < 0) throw hosts::HostError(L"Windows provides no SHA-256 (bcrypt.dll)");
 }
 
 BCRYPT_ALG_HANDLE Provider() {
     static const BCRYPT_ALG_HANDLE provider = [] {
         BCRYPT_ALG_HANDLE opened = nullptr;
-        Check(BCryptOpenAlgorithmProvider(&opened, BCRYPT_SHA256_ALGORITHM, nullptr, 0));
+        RefuseFailure(BCryptOpenAlgorithmProvider(&opened, BCRYPT_SHA256_ALGORITHM, nullptr, 0));
         return opened;
     }();
     return provider;
 }
 
 // One computation; ended with this.
-class Hash {
+class Computation {
   public:
-    Hash() { Check(BCryptCreateHash(Provider(), &mvarHash, nullptr, 0, nullptr, 0, 0)); }
-    Hash(const Hash&) = delete; // one computation
-    Hash& operator=(const Hash&) = delete;
-    ~Hash() { BCryptDestroyHash(mvarHash); }
+    Computation() { RefuseFailure(BCryptCreateHash(Provider(), &mvarHash, nullptr, 0, nullptr, 0, 0)); }
+    Computation(const Computation&) = delete; // one computation
+    Computation& operator=(const Computation&) = delete;
+    ~Computation() { BCryptDestroyHash(mvarHash); }
 
     [[nodiscard]] Sha256Sum Of(std::string_view bytes) {
         // The declaration takes no constant bytes.
         auto* const data = reinterpret_cast<PUCHAR>(const_cast<char*>(bytes.data()));
         Sha256Sum sum{};
-        Check(BCryptHashData(mvarHash, data, static_cast<ULONG>(bytes.size()), 0));
-        Check(BCryptFinishHash(mvarHash, sum.data(), static_cast<ULONG>(sum.size()), 0));
+        RefuseFailure(BCryptHashData(mvarHash, data, static_cast<ULONG>(bytes.size()), 0));
+        RefuseFailure(BCryptFinishHash(mvarHash, sum.data(), static_cast<ULONG>(sum.size()), 0));
         return sum;
     }
 
@@ -46,7 +46,7 @@ class Hash {
 
 } // namespace
 
-Sha256Sum Sha256Of(std::string_view bytes) { return Hash().Of(bytes); }
+Sha256Sum Sha256Of(std::string_view bytes) { return Computation().Of(bytes); }
 
 std::wstring HexOf(const Sha256Sum& sum) {
     constexpr const wchar_t* digits = L"0123456789abcdef";

@@ -60,7 +60,7 @@ std::vector<std::wstring> LinesOf(std::wstring_view text) {
     return lines;
 }
 
-class Reader {
+class DefinitionReader {
   public:
     DefinitionText Read(std::wstring_view text) {
         if (!text.starts_with(Header))
@@ -158,7 +158,7 @@ std::wstring ListWithoutValues(const std::wstring& list) {
 
 } // namespace
 
-DefinitionText ReadDefinitionText(std::wstring_view text) { return Reader().Read(text); }
+DefinitionText ReadDefinitionText(std::wstring_view text) { return DefinitionReader().Read(text); }
 
 std::wstring NameOfItem(const DefinitionText& text, const DefinitionItem& item) {
     if (item.entry != entries::Band) return EntryNames.at(static_cast<std::size_t>(item.entry));

@@ -16,9 +16,8 @@ using hosts::BandStyle;
 using hosts::Dispatch;
 using hosts::Variant;
 
-// The component's enumeration, as its type library publishes it.
-constexpr long SimpleSwap = 1;
-constexpr long LayersSwap = 2;
+using hosts::LayersSwap;
+using hosts::SimpleSwap;
 
 std::vector<std::wstring> NamesIn(const Dispatch& items, const wchar_t* property) {
     std::vector<std::wstring> names;

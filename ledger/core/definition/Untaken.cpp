@@ -18,28 +18,11 @@ namespace ledger {
 
 namespace {
 
-std::wstring Trimmed(const std::wstring& text) {
-    const auto first = text.find_first_not_of(L' ');
-    return first == std::wstring::npos ? std::wstring() : text.substr(first, text.find_last_not_of(L' ') + 1 - first);
-}
+using hosts::Folded;
+using hosts::Split;
+using hosts::Trimmed;
 
-std::wstring Folded(std::wstring text) {
-    std::ranges::transform(text, text.begin(), [](wchar_t character) { return std::towlower(character); });
-    return text;
-}
-
-std::vector<std::wstring> Split(const std::wstring& text, wchar_t separator) {
-    std::vector<std::wstring> pieces(1);
-    for (const wchar_t character : text) {
-        if (character == separator)
-            pieces.emplace_back();
-        else
-            pieces.back() += character;
-    }
-    return pieces;
-}
-
-std::optional<double> NumberOf(const std::wstring& text) {
+std::optional<double> ValueAsNumber(const std::wstring& text) {
     const std::wstring trimmed = Trimmed(text);
     wchar_t* end = nullptr;
     const double number = std::wcstod(trimmed.c_str(), &end);
@@ -54,13 +37,13 @@ std::optional<double> DateOf(std::wstring text) {
 }
 
 bool SameNumber(const std::wstring& read, const std::wstring& holds) {
-    const auto left = NumberOf(read);
-    return left && left == NumberOf(holds);
+    const auto left = ValueAsNumber(read);
+    return left && left == ValueAsNumber(holds);
 }
 
 bool SameFlag(const std::wstring& read, const std::wstring& holds) {
     const bool holdsTrue = holds == L"1";
-    if (const auto number = NumberOf(read)) return (*number != 0) == holdsTrue;
+    if (const auto number = ValueAsNumber(read)) return (*number != 0) == holdsTrue;
     const std::wstring word = Folded(Trimmed(read));
     return holdsTrue ? word == L"true" : word == L"false";
 }
@@ -204,7 +187,7 @@ class Comparison {
         std::vector<std::wstring> held = Split(holds, L';');
         held.resize(std::max(held.size(), read.size()));
         for (std::size_t place = 0; place < read.size(); ++place)
-            if (read[place] != held[place] && (place > 0 || !NumberOf(read[place])))
+            if (read[place] != held[place] && (place > 0 || !ValueAsNumber(read[place])))
                 return Report(item, read[place], held[place]);
     }
 

@@ -5,6 +5,7 @@
 #include <cwchar>
 
 #include "hosts/common/HostError.h"
+#include "hosts/common/Text.h"
 
 namespace ledger {
 
@@ -13,7 +14,7 @@ namespace {
 constexpr int FirstYear = 1000;
 constexpr int LastYear = 9999;
 
-bool IsDigit(wchar_t character) noexcept { return character >= L'0' && character <= L'9'; }
+bool IsDateDigit(wchar_t character) noexcept { return character >= L'0' && character <= L'9'; }
 
 int DaysIn(int year, int month) noexcept {
     const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
@@ -26,16 +27,12 @@ bool Exists(const DateTime& date) noexcept {
            date.day <= DaysIn(date.year, date.month) && date.hour < 24 && date.minute < 60 && date.second < 60;
 }
 
-std::wstring_view Trimmed(std::wstring_view text) {
-    const std::size_t begin = std::min(text.find_first_not_of(L" \t"), text.size());
-    text.remove_prefix(begin);
-    return text.substr(0, text.find_last_not_of(L" \t") + 1);
-}
+using hosts::WithoutBlanks;
 
 // Reads a text from its beginning; every member says whether what it wanted was there, and takes it only then.
-class Reader {
+class DateReader {
   public:
-    explicit Reader(std::wstring_view text) : mvarRest(text) {}
+    explicit DateReader(std::wstring_view text) : mvarRest(text) {}
 
     bool Take(wchar_t character) {
         if (mvarRest.empty() || mvarRest.front() != character) return false;
@@ -46,7 +43,7 @@ class Reader {
     bool Digits(std::size_t least, std::size_t most, int& number) {
         std::size_t count = 0;
         int read = 0;
-        while (count < most && count < mvarRest.size() && IsDigit(mvarRest[count]))
+        while (count < most && count < mvarRest.size() && IsDateDigit(mvarRest[count]))
             read = read * 10 + (mvarRest[count++] - L'0');
         if (count < least) return false;
         mvarRest.remove_prefix(count);
@@ -55,7 +52,7 @@ class Reader {
     }
 
     void SkipDigits() {
-        while (!mvarRest.empty() && IsDigit(mvarRest.front()))
+        while (!mvarRest.empty() && IsDateDigit(mvarRest.front()))
             mvarRest.remove_prefix(1);
     }
 
@@ -65,13 +62,13 @@ class Reader {
     std::wstring_view mvarRest;
 };
 
-bool ReadIsoDay(Reader& reader, DateTime& date) {
+bool ReadIsoDay(DateReader& reader, DateTime& date) {
     if (!reader.Digits(4, 4, date.year)) return false;
     if (!reader.Take(L'-')) return reader.Digits(2, 2, date.month) && reader.Digits(2, 2, date.day);
     return reader.Digits(2, 2, date.month) && reader.Take(L'-') && reader.Digits(2, 2, date.day);
 }
 
-bool ReadIsoTime(Reader& reader, DateTime& date) {
+bool ReadIsoTime(DateReader& reader, DateTime& date) {
     if (!reader.Digits(2, 2, date.hour)) return false;
     const bool isSpread = reader.Take(L':');
     if (!reader.Digits(2, 2, date.minute)) return false;
@@ -82,7 +79,7 @@ bool ReadIsoTime(Reader& reader, DateTime& date) {
     return true;
 }
 
-bool ReadIsoZone(Reader& reader) {
+bool ReadIsoZone(DateReader& reader) {
     int part = 0;
     if (reader.Take(L'Z') || reader.AtEnd()) return true;
     if (!reader.Take(L'+') && !reader.Take(L'-')) return false;
@@ -94,7 +91,7 @@ bool ReadIsoZone(Reader& reader) {
 
 std::optional<DateTime> ReadIso(std::wstring_view text) {
     DateTime date;
-    Reader reader(text);
+    DateReader reader(text);
     if (!ReadIsoDay(reader, date)) return std::nullopt;
     if (!reader.AtEnd()) {
         if (!reader.Take(L'T') && !reader.Take(L' ')) return std::nullopt;
@@ -189,10 +186,10 @@ DateFormat::DateFormat(std::wstring_view pattern) : mvarPattern(pattern) {
 }
 
 std::optional<DateTime> DateFormat::Read(std::wstring_view text) const {
-    text = Trimmed(text);
+    text = WithoutBlanks(text);
     if (mvarPattern.empty()) return ReadIso(text);
     DateTime date;
-    Reader reader(text);
+    DateReader reader(text);
     for (const Part& part : mvarParts) {
         if (part.letter == 0) {
             if (!reader.Take(part.itself)) return std::nullopt;
@@ -210,10 +207,10 @@ std::wstring DateFormat::Expected() const {
 }
 
 std::optional<DateTime> ReadTime(std::wstring_view text) {
-    text = Trimmed(text);
+    text = WithoutBlanks(text);
     DateTime time;
     time.isMoment = true;
-    Reader reader(text);
+    DateReader reader(text);
     if (!reader.Digits(2, 2, time.hour) || !reader.Take(L':') || !reader.Digits(2, 2, time.minute)) return std::nullopt;
     if (reader.Take(L':') && !reader.Digits(2, 2, time.second)) return std::nullopt;
     return reader.AtEnd() && Exists(time) ? std::optional(time) : std::nullopt;

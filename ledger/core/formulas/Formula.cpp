@@ -15,6 +15,7 @@
 #include <algorithm>
 
 #include "hosts/common/HostError.h"
+#include "hosts/common/Text.h"
 
 namespace ledger {
 
@@ -24,10 +25,7 @@ constexpr std::size_t LongestFormula = 1000;
 constexpr int DeepestCall = 20;
 constexpr std::wstring_view NoWord = L" \t\"'(),;";
 
-std::wstring_view WithoutBlanks(std::wstring_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(L" \t"), text.size()));
-    return text.substr(0, text.find_last_not_of(L" \t") + 1);
-}
+using hosts::WithoutBlanks;
 
 bool IsNumber(std::wstring_view word) { return word.find_first_not_of(L"0123456789") == std::wstring_view::npos; }
 

@@ -25,9 +25,9 @@ std::wstring NamesOf(const std::vector<std::wstring>& columns) {
     return names;
 }
 
-class Reader {
+class TableReader {
   public:
-    Reader(const hosts::CsvTable& table, const std::wstring& file, const std::vector<std::wstring>& fields)
+    TableReader(const hosts::CsvTable& table, const std::wstring& file, const std::vector<std::wstring>& fields)
         : mvarTable(table), mvarFile(file) {
         for (const std::wstring& field : fields)
             mvarColumns.push_back(ColumnsOf(field, fields.size()));
@@ -172,7 +172,7 @@ class Writer {
 
 CodeTable ReadCodeTable(const hosts::CsvTable& table, const std::wstring& file,
                         const std::vector<std::wstring>& fields) {
-    return Reader(table, file, fields).Read();
+    return TableReader(table, file, fields).Read();
 }
 
 std::wstring WriteCodeTable(const std::vector<Relation>& relations, const std::vector<std::wstring>& fields) {

@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 
+#include "hosts/common/Text.h"
 #include "ledger/core/formulas/Formula.h"
 #include "ledger/core/formulas/Functions.h"
 
@@ -12,10 +13,7 @@ namespace ledger {
 
 namespace {
 
-std::wstring Folded(std::wstring text) {
-    std::ranges::transform(text, text.begin(), [](wchar_t character) { return std::towlower(character); });
-    return text;
-}
+using hosts::Folded;
 
 bool IsBound(PartKind kind) { return kind == PartKind::Field || kind == PartKind::Macro || kind == PartKind::Formula; }
 

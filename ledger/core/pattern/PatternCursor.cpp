@@ -28,12 +28,6 @@ bool IsNameOfFunction(wchar_t character) noexcept {
 }
 bool IsAllDigits(std::wstring_view text) noexcept { return !text.empty() && std::ranges::all_of(text, IsDigit); }
 
-std::wstring Trimmed(std::wstring_view text) {
-    const auto first = text.find_first_not_of(L' ');
-    if (first == std::wstring_view::npos) return {};
-    return std::wstring(text.substr(first, text.find_last_not_of(L' ') + 1 - first));
-}
-
 void PatternCursor::Fail(std::size_t position, const std::wstring& message) { throw PatternError(position, message); }
 
 wchar_t PatternCursor::Peek(std::size_t ahead) const noexcept {
@@ -86,7 +80,7 @@ std::wstring PatternCursor::ReadWord(std::wstring_view ends) {
     const std::size_t begin = mvarAt;
     while (!AtEnd() && ends.find(Peek()) == std::wstring_view::npos && !AtAs())
         ++mvarAt;
-    return Trimmed(mvarText.substr(begin, mvarAt - begin));
+    return hosts::Trimmed(mvarText.substr(begin, mvarAt - begin));
 }
 
 std::wstring PatternCursor::ReadQuotes() {

@@ -15,8 +15,6 @@ inline constexpr std::wstring_view PatternAs = L" as ";
 [[nodiscard]] bool IsNameOfFunction(wchar_t character) noexcept;
 // False for an empty text.
 [[nodiscard]] bool IsAllDigits(std::wstring_view text) noexcept;
-// Without the blanks around it.
-[[nodiscard]] std::wstring Trimmed(std::wstring_view text);
 
 class PatternCursor {
   public:

@@ -9,9 +9,9 @@ namespace ledger {
 
 namespace {
 
-class Check {
+class FormulasCheck {
   public:
-    explicit Check(const Pattern& pattern) {
+    explicit FormulasCheck(const Pattern& pattern) {
         for (const PatternPart& part : pattern)
             Add(part);
     }
@@ -70,6 +70,6 @@ class Check {
 
 } // namespace
 
-void CheckFormulas(const Pattern& pattern) { Check(pattern).Run(); }
+void CheckFormulas(const Pattern& pattern) { FormulasCheck(pattern).Run(); }
 
 } // namespace ledger

@@ -46,9 +46,9 @@ bool IsBelow(const std::wstring& left, const std::wstring& right) {
     return left.size() != right.size() ? left.size() < right.size() : left < right;
 }
 
-class Reader : PatternCursor {
+class PatternReader : PatternCursor {
   public:
-    explicit Reader(std::wstring_view text) : PatternCursor(text) {}
+    explicit PatternReader(std::wstring_view text) : PatternCursor(text) {}
 
     Pattern Read() {
         if (Text().size() > LongestPattern)
@@ -302,7 +302,7 @@ class Reader : PatternCursor {
     std::wstring ReadName() {
         SkipBlanks();
         const std::size_t position = At();
-        std::wstring name = Peek() == L'"' ? Trimmed(ReadQuotes()) : ReadWord(L":=/|,{}\"");
+        std::wstring name = Peek() == L'"' ? hosts::Trimmed(ReadQuotes()) : ReadWord(L":=/|,{}\"");
         if (name.empty()) {
             if (AtEnd()) FailUnexpected();
             Fail(position, L"a name is expected");
@@ -324,7 +324,7 @@ class Reader : PatternCursor {
 } // namespace
 
 Pattern ParsePattern(std::wstring_view text) {
-    Pattern pattern = Reader(text).Read();
+    Pattern pattern = PatternReader(text).Read();
     CompletePattern(pattern);
     return pattern;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "hosts/common/Text.h"
 #include "ledger/core/pattern/FormatLength.h"
 #include "ledger/core/pattern/PatternCursor.h"
 
@@ -9,18 +10,18 @@ namespace ledger {
 
 namespace {
 
-std::wstring Quoted(std::wstring_view text) {
+std::wstring InQuotes(std::wstring_view text) {
     std::wstring quoted = L"\"";
     for (const wchar_t character : text)
         quoted.append(character == L'"' ? 2 : 1, character);
     return quoted + L'"';
 }
 
-std::wstring QuotedIf(const std::wstring& text, bool must) { return must ? Quoted(text) : text; }
+std::wstring QuotedIf(const std::wstring& text, bool must) { return must ? InQuotes(text) : text; }
 
 bool HoldsAny(const std::wstring& text, std::wstring_view characters) {
     return text.find_first_of(characters) != std::wstring::npos || text.find(PatternAs) != std::wstring::npos ||
-           Trimmed(text) != text;
+           hosts::Trimmed(text) != text;
 }
 
 bool LooksLikeLetters(const std::wstring& name) {
@@ -90,7 +91,7 @@ std::wstring BandText(const PatternPart& part) {
     case PartKind::Formula: return FormulaText(part);
     case PartKind::Text: break;
     }
-    return Quoted(part.text);
+    return InQuotes(part.text);
 }
 
 std::wstring PlainText(const std::wstring& text) {

@@ -14,10 +14,11 @@ namespace {
 using hosts::Dispatch;
 using hosts::Variant;
 
-// The component's enumerations, as its type library publishes them.
-constexpr long NoSwap = 0;
-constexpr long SimpleSwap = 1;
-constexpr long LayersSwap = 2;
+using hosts::LayersSwap;
+using hosts::NoSwap;
+using hosts::SimpleSwap;
+
+// Where a node is added, as the component's type library publishes it.
 constexpr long Child = 4;
 
 Variant Missing() {

@@ -4,6 +4,7 @@
 #include <tuple>
 #include <unordered_map>
 
+#include "hosts/common/Text.h"
 #include "ledger/core/definition/DefinitionText.h"
 #include "ledger/core/formulas/Formula.h"
 #include "ledger/core/pattern/CompletePattern.h"
@@ -16,16 +17,7 @@ namespace {
 
 using hosts::HostError;
 
-std::vector<std::wstring> Split(const std::wstring& text, wchar_t separator) {
-    std::vector<std::wstring> pieces(1);
-    for (const wchar_t character : text) {
-        if (character == separator)
-            pieces.emplace_back();
-        else
-            pieces.back() += character;
-    }
-    return pieces;
-}
+using hosts::Split;
 
 std::size_t NumberIn(const std::wstring& text) {
     const bool isNumber =

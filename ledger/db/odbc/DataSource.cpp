@@ -4,6 +4,7 @@
 #include <array>
 #include <cwctype>
 
+#include "hosts/common/Text.h"
 #include "ledger/db/odbc/Handle.h"
 
 namespace ledger {
@@ -15,11 +16,7 @@ bool IsSame(const std::wstring& left, const std::wstring& right) {
                               [](wchar_t one, wchar_t other) { return std::towlower(one) == std::towlower(other); });
 }
 
-std::wstring Trimmed(const std::wstring& text) {
-    const std::size_t begin = text.find_first_not_of(L' ');
-    if (begin == std::wstring::npos) return {};
-    return text.substr(begin, text.find_last_not_of(L' ') + 1 - begin);
-}
+using hosts::Trimmed;
 
 // Where the setting that begins there ends: at a semicolon that stands in no braces.
 std::size_t EndOfSetting(const std::wstring& text, std::size_t begin) {

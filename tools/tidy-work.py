@@ -1,0 +1,163 @@
+#!/usr/bin/env python3
+"""What clang-tidy has to read: prints "PRESET TAB GROUP" for each group of the project's sources that have no mark of
+having been clean, and on the last line how many sources there are in all and how many have no mark.
+
+usage: tidy-work.py WORK MARKS PRESET...
+
+WORK/groups/GROUP has the lines "SOURCE TAB KEY" of the group, WORK/groups/GROUP.cpp includes its sources: headers, which
+are most of what there is to read, are then read once for all of them. WORK/database-PRESET/compile_commands.json has a
+command for each source by itself, although the build compiles several at a time, and for each group. A source that several
+presets compile belongs to the first. WORK/options-PRESET is what clang-tidy is told besides. The key covers the text of
+the source and of the project's headers that it includes, the command, clang-tidy and what configures it; MARKS holds a
+file of that name for each source that was clean.
+"""
+import functools
+import hashlib
+import itertools
+import json
+import pathlib
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[1]
+BUILD = ROOT / "build"
+AT_A_TIME = 8
+FOLDERS = ("src", "hosts", "ledger", "bench", "tests")
+INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*[<"]([^>"]+)[>"]', re.MULTILINE)
+# What only the compiler of Windows' builds knows, and what many sources at a time are spared.
+UNKNOWN = re.compile(r"-fno-(align-[a-z]+|reorder-blocks-and-partition)|-fwhole-program|--param=.*"
+                     r"|-Wno-(shadow|subobject-linkage)")
+
+
+@functools.cache
+def text_of(file):
+    return file.read_text(encoding="utf-8", errors="replace")
+
+
+def is_own(file):
+    return file.suffix == ".cpp" and file.is_relative_to(ROOT) and file.relative_to(ROOT).parts[0] in FOLDERS
+
+
+@functools.cache
+def included(file, folders):
+    """The files of the project that the file names, found as the compiler finds them."""
+    found = []
+    for name in INCLUDE.findall(text_of(file)):
+        candidates = (folder / name for folder in (file.parent, *folders))
+        match = next((candidate.resolve() for candidate in candidates if candidate.is_file()), None)
+        if match and match.is_relative_to(ROOT):
+            found.append(match)
+    return found
+
+
+def all_included(file, folders):
+    seen, waiting = {file}, [file]
+    while waiting:
+        for header in included(waiting.pop(), folders):
+            if header not in seen:
+                seen.add(header)
+                waiting.append(header)
+    return sorted(seen)
+
+
+def folders_of(arguments):
+    """Where the command has the compiler look for headers."""
+    folders = [arguments[at + 1] for at, argument in enumerate(arguments) if argument == "-isystem"]
+    folders += [argument[2:] for argument in arguments if argument.startswith("-I")]
+    return tuple(pathlib.Path(folder) for folder in folders)
+
+
+def sources_of(file, folders):
+    """The source itself, or those that a source made by the build includes."""
+    if not file.is_relative_to(BUILD):
+        return [file]
+    return included(file, folders)
+
+
+def commands(preset):
+    """Of each of the project's sources the command that compiles it alone."""
+    found = {}
+    for entry in json.loads((BUILD / preset / "compile_commands.json").read_text(encoding="utf-8")):
+        if not entry["file"].endswith((".cpp", ".cxx")):
+            continue
+        arguments = [argument for argument in shlex.split(entry["command"]) if not UNKNOWN.fullmatch(argument)]
+        output = arguments.index("-o")
+        del arguments[output:output + 2]
+        compiled = pathlib.Path(entry["file"])
+        at = arguments.index("-c") + 1
+        for source in sources_of(compiled, folders_of(arguments)):
+            if is_own(source):
+                alone = arguments[:at] + [str(source)] + arguments[at + 1:]
+                found.setdefault(source, {"directory": entry["directory"], "file": str(source), "arguments": alone})
+    return found
+
+
+def digest(*texts):
+    return hashlib.sha256("\0".join(texts).encode("utf-8", "replace")).hexdigest()[:40]
+
+
+def configuration(work, preset):
+    version = subprocess.run(["clang-tidy-14", "--version"], capture_output=True, text=True, check=True).stdout
+    settings = sorted(file for file in ROOT.rglob(".clang-tidy") if not file.is_relative_to(BUILD))
+    return digest(version, *map(text_of, settings), text_of(work / f"options-{preset}"))
+
+
+def unmarked(preset, own, work, marks):
+    """The commands and keys of the sources that have no mark, by source."""
+    settings = configuration(work, preset)
+    found = {}
+    for source, entry in own.items():
+        files = all_included(source, folders_of(entry["arguments"]))
+        # A command is the same in every clone but for where that lies.
+        command = " ".join(entry["arguments"]).replace(str(ROOT), "")
+        key = digest(settings, command, *map(text_of, files))
+        if not (marks / key).exists():
+            found[source] = (entry, key)
+    return found
+
+
+def groups_of(found):
+    """Sources of one folder that are compiled alike, so many at a time."""
+    alike = {}
+    for source, (entry, key) in found.items():
+        arguments = tuple(argument for argument in entry["arguments"] if argument != str(source))
+        alike.setdefault((source.parent, arguments), []).append((source, key))
+    for members in alike.values():
+        for begin in range(0, len(members), AT_A_TIME):
+            yield members[begin:begin + AT_A_TIME]
+
+
+def write_group(folder, name, members, entry):
+    """The files of the group; the command that compiles it."""
+    (folder / name).write_text("".join(f"{source}\t{key}\n" for source, key in members))
+    file = folder / f"{name}.cpp"
+    file.write_text("".join(f'#include "{source}"\n' for source, _ in members))
+    arguments = [str(file) if argument == entry["file"] else argument for argument in entry["arguments"]]
+    return {"directory": entry["directory"], "file": str(file), "arguments": arguments}
+
+
+def main():
+    work, marks, presets = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]), sys.argv[3:]
+    shutil.rmtree(work / "groups", ignore_errors=True)
+    (work / "groups").mkdir()
+    done, left, names = set(), 0, itertools.count(1)
+    for preset in presets:
+        own = {source: entry for source, entry in commands(preset).items() if source not in done}
+        done.update(own)
+        database = list(own.values())
+        found = unmarked(preset, own, work, marks)
+        left += len(found)
+        for members in groups_of(found):
+            name = str(next(names))
+            database.append(write_group(work / "groups", name, members, found[members[0][0]][0]))
+            print(preset, name, sep="\t")
+        (work / f"database-{preset}").mkdir(exist_ok=True)
+        (work / f"database-{preset}" / "compile_commands.json").write_text(json.dumps(database, indent=1))
+    print(len(done), left)
+
+
+if __name__ == "__main__":
+    main()
