@@ -28,7 +28,7 @@ AT_A_TIME = 8
 FOLDERS = ("src", "hosts", "ledger", "bench", "tests")
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*[<"]([^>"]+)[>"]', re.MULTILINE)
 # What only the compiler of Windows' builds knows, and what many sources at a time are spared.
-UNKNOWN = re.compile(r"-fno-(align-[a-z]+|reorder-blocks-and-partition)|-fwhole-program|--param=.*"
+UNKNOWN = re.compile(r"-fno-(align-[a-z]+|reorder-blocks-and-partition)|-fwhole-program|--param=.*|-mstringop-strategy=.*"
                      r"|-Wno-(shadow|subobject-linkage)")
 
 
