@@ -17,7 +17,8 @@ namespace ledger {
 class NumberingFit {
   public:
     // The numbering outlives this.
-    NumberingFit(const Numbering& numbering, const DateFormat& dates) : mvarNumbering(numbering), mvarDates(dates) {}
+    NumberingFit(const Numbering& numbering, DateFormat dates)
+        : mvarNumbering(numbering), mvarDates(std::move(dates)) {}
 
     // The place of the first part from `from` on that fits the record, from 0; the number of parts when none does.
     [[nodiscard]] std::size_t First(const FieldValues& record, std::size_t from) const;
