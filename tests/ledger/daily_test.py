@@ -269,8 +269,8 @@ class Sqlite(OnSqlite, DailyTests, LedgerCase):
 
     def test_the_designer_needs_a_display(self):
         self.import_rule(rules.numbered())
-        result = subprocess.run(["env", "-u", "DISPLAY", *command("kledger", ["--database", self.database.name, "design"])],
-                                stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=False, encoding="utf-8")
+        words = command("kledger", ["--database", self.database.name, "design"], display=False)
+        result = subprocess.run(words, stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=False, encoding="utf-8")
         self.assertEqual(result.returncode, 1, result.stderr)
         self.assertIn("there is no display to open the designer on; use \"kledger rule new NAME PATTERN\"", result.stderr)
 
