@@ -19,8 +19,8 @@ def path(file):
 @functools.lru_cache(None)
 def launch(file, display):
     """The words that the launcher itself would run the program with: asked for once, since its shells take as long as a
-    quarter of a short program. Without a display Wine connects to none and loads no theme, which takes another quarter,
-    as soon as a program has an apartment."""
+    quarter of a short program. Without a display Wine connects to none and loads no theme, which takes an eighth, as soon as
+    a program has an apartment."""
     words = subprocess.run([LAUNCHER, "--show", file], stdin=subprocess.DEVNULL, capture_output=True, encoding="utf-8",
                            check=True).stdout.splitlines()
     if display:
