@@ -8,6 +8,7 @@ function(kestrel_program_test file)
     string(JOIN "." name ${folder} ${file} ${ARGN})
     add_test(NAME ${name}
         COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/${file}_test.py ${ARGN})
-    set_tests_properties(${name} PROPERTIES
+    # Until ctest has measured how long they take they begin before the tests that take no more than a moment.
+    set_tests_properties(${name} PROPERTIES PROCESSORS ${KESTREL_ONE_PROCESSOR} COST 10
         ENVIRONMENT "KESTREL_BUILD=${CMAKE_BINARY_DIR};KESTREL_LAUNCHER=${CMAKE_CROSSCOMPILING_EMULATOR};PYTHONDONTWRITEBYTECODE=1;PYTHONPATH=${CMAKE_SOURCE_DIR}/tests/support:${CMAKE_SOURCE_DIR}/tests/ledger")
 endfunction()

@@ -2,6 +2,11 @@
 # after it, so Xyz.cpp holds the suites that begin with Xyz. One more entry per program fails when a suite is named
 # otherwise, because no entry would run it.
 
+# What a test takes of the number after ctest's -j, which counts half processors: one processor, unless it mostly waits and
+# so takes half of one (1), or wants two for itself.
+set(KESTREL_ONE_PROCESSOR 2)
+set(KESTREL_TWO_PROCESSORS 4)
+
 macro(kestrel_add_googletest)
     if(EXISTS /usr/src/googletest/CMakeLists.txt)
         set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
@@ -26,6 +31,7 @@ function(kestrel_add_tests target)
         get_filename_component(suite ${source} NAME_WE)
         string(APPEND others ${suite}*:)
         add_test(NAME ${ARG_FOLDER}.${suite} COMMAND ${target} --gtest_filter=${suite}* --gtest_brief=1)
+        set_tests_properties(${ARG_FOLDER}.${suite} PROPERTIES PROCESSORS ${KESTREL_ONE_PROCESSOR})
     endforeach()
     add_test(NAME ${ARG_FOLDER}.NoOtherSuites COMMAND ${target} --gtest_filter=${others} --gtest_list_tests)
     set_tests_properties(${ARG_FOLDER}.NoOtherSuites PROPERTIES PASS_REGULAR_EXPRESSION "no test matches")

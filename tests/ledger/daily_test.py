@@ -10,7 +10,7 @@ import unittest
 import rules
 from databases import OnPostgres, OnSqlite
 from ledger_case import LedgerCase
-from windows_program import ROOT, command, path, run
+from windows_program import BUILD, ROOT, command, path, run
 
 TABLES = ("rules", "definitions", "codes", "numbers", "leases", "journal")
 
@@ -36,13 +36,6 @@ class DailyTests:
         self.assertIn("--count is for codes of one record without a key",
                       self.refused("issue", "--rule", "fast", "-n", "2", "-f", "Year=2024", "--key", "K"))
 
-    def test_a_field_is_given_by_the_file_or_beside_it(self):
-        self.import_rule(rules.numbered())
-        records = self.file("records.csv", "Year\n2024\n")
-        self.assertIn("field Year stands in the file and in --field; leave one of them out",
-                      self.refused("issue", records, "-f", "Year=2023"))
-        self.assertEqual(self.contents()[2], [])
-
     def test_a_dry_run_shows_all_and_stores_nothing(self):
         records = self.file("records.csv", "Year,Key\n2024,a\n24,b\n2024,c\n2023,d\n2024,c\n2023,c\n")
         for policy in ("gapless", "fast"):
@@ -58,27 +51,6 @@ class DailyTests:
             refusals = [line for line in real.stderr.splitlines() if line.startswith("line ")]
             self.assertEqual([line for line in dry.stderr.splitlines() if line.startswith("line ")], refusals)
             self.assertEqual(len([line for line in refusals if "has code" in line or "expected" in line]), 3, refusals)
-
-    def test_a_list_gets_a_code_for_each_line(self):
-        self.import_rule(rules.numbered())
-        file = self.file("names.txt", "Ann, the \"first\r\n\r\nBo\n")
-        self.assertEqual(self.done("issue", file, "-f", "Year=2024"),
-                         ['2024-000001\t2024\tAnn, the "first', "2024-000002\t2024\tBo"])
-        self.assertEqual(self.objects("explain", "2024-000002")[0]["stored"], {"Year": "2024", "Line": "Bo"})
-        self.assertIn("no column is named like a field", self.refused("issue", file.replace("names", "names")))
-        result = self.piped(b"Cy\nDi\n", "issue", "-", "-f", "Year=2024", "--quiet")
-        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"2024-000003\n2024-000004\n", b""))
-        result = self.piped(b"Year\n2025\n", "issue", "-")
-        self.assertEqual(result.stdout, b"2025-000001\t2025\n")
-        result = self.piped(b"Year\n\xff\n", "issue", "-")
-        self.assertEqual((result.returncode, result.stdout), (1, b""))
-        self.assertIn(b'"standard input" is not UTF-8 (line 2)', result.stderr)
-
-    def test_a_field_is_given_once(self):
-        self.import_rule(rules.numbered())
-        for command_name in ("issue", "preview"):
-            self.assertIn('field "Year" is given twice, as "2023" and as "2024"; give it once',
-                          self.refused(command_name, "-f", "Year=2023", "-f", "Year=2024"))
 
     def filled(self):
         """Two rules with codes of every state, stored at known times."""
@@ -120,16 +92,6 @@ class DailyTests:
                          ["2024-000002\tfirst\tvoid\t2024-02-29T12:30:00Z\tYear=2024\tTown=Bonn\tvoid because: wrong town"])
         void = self.objects("codes", "list", "--state", "void")[0]
         self.assertEqual((void["reason"], void["fields"]), ("wrong town", {"Year": "2024", "Town": "Bonn"}))
-
-    def test_wishes_that_make_no_sense_are_refused(self):
-        self.filled()
-        for wish, cause in (
-                (("--since", "31.5.2024"), '--since "31.5.2024" is no time; expected a date such as 2024-05-31'),
-                (("--until", "2024-13"), '--until "2024-13" is no time'), (("--until", "2024-1"), "is no time"),
-                (("--state", "gone"), '--state "gone" is none; expected issued, adopted or void'),
-                (("--rule", "third"), 'there is no rule "third"'), (("-f", "Town"), '"Town" is no field')):
-            with self.subTest(wish=wish):
-                self.assertIn(cause, self.refused("codes", "list", *wish))
 
     def test_an_export_is_whole_or_not_there(self):
         self.filled()
@@ -223,6 +185,57 @@ class DailyTests:
         self.assertEqual(self.codes(), ["2024-000001", "2024-000007"])
         self.assertEqual(self.piped(b"Code\n2024-000009\n", "adopt", "-").returncode, 0)
 
+    def test_only_what_stores_codes_or_rules_makes_a_ledger(self):
+        for arguments in (("rule", "list"), ("audit",), ("codes", "list"), ("preview",), ("explain", "X"), ("doctor",),
+                          ("find", "--ticket", "X"), ("void", "X", "--reason", "y"), ("issue", "--dry-run")):
+            with self.subTest(arguments=arguments):
+                self.assertIn("there is no ledger", self.refused(*arguments))
+                self.assertFalse(self.has_ledger())
+        self.import_rule(rules.numbered())
+        self.assertTrue(self.has_ledger())
+
+
+class ReadingTests:
+    """How words, files and standard input are read, which is done before any engine sees them: one is enough."""
+
+    def test_a_field_is_given_by_the_file_or_beside_it(self):
+        self.import_rule(rules.numbered())
+        records = self.file("records.csv", "Year\n2024\n")
+        self.assertIn("field Year stands in the file and in --field; leave one of them out",
+                      self.refused("issue", records, "-f", "Year=2023"))
+        self.assertEqual(self.contents()[2], [])
+
+    def test_a_list_gets_a_code_for_each_line(self):
+        self.import_rule(rules.numbered())
+        file = self.file("names.txt", "Ann, the \"first\r\n\r\nBo\n")
+        self.assertEqual(self.done("issue", file, "-f", "Year=2024"),
+                         ['2024-000001\t2024\tAnn, the "first', "2024-000002\t2024\tBo"])
+        self.assertEqual(self.objects("explain", "2024-000002")[0]["stored"], {"Year": "2024", "Line": "Bo"})
+        self.assertIn("no column is named like a field", self.refused("issue", file.replace("names", "names")))
+        result = self.piped(b"Cy\nDi\n", "issue", "-", "-f", "Year=2024", "--quiet")
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"2024-000003\n2024-000004\n", b""))
+        result = self.piped(b"Year\n2025\n", "issue", "-")
+        self.assertEqual(result.stdout, b"2025-000001\t2025\n")
+        result = self.piped(b"Year\n\xff\n", "issue", "-")
+        self.assertEqual((result.returncode, result.stdout), (1, b""))
+        self.assertIn(b'"standard input" is not UTF-8 (line 2)', result.stderr)
+
+    def test_a_field_is_given_once(self):
+        self.import_rule(rules.numbered())
+        for command_name in ("issue", "preview"):
+            self.assertIn('field "Year" is given twice, as "2023" and as "2024"; give it once',
+                          self.refused(command_name, "-f", "Year=2023", "-f", "Year=2024"))
+
+    def test_wishes_that_make_no_sense_are_refused(self):
+        self.filled()
+        for wish, cause in (
+                (("--since", "31.5.2024"), '--since "31.5.2024" is no time; expected a date such as 2024-05-31'),
+                (("--until", "2024-13"), '--until "2024-13" is no time'), (("--until", "2024-1"), "is no time"),
+                (("--state", "gone"), '--state "gone" is none; expected issued, adopted or void'),
+                (("--rule", "third"), 'there is no rule "third"'), (("-f", "Town"), '"Town" is no field')):
+            with self.subTest(wish=wish):
+                self.assertIn(cause, self.refused("codes", "list", *wish))
+
     def test_adopting_a_file_that_names_no_columns(self):
         self.done("rule", "new", "k", "K{#####}")
         self.assertEqual(self.done("adopt", self.file("old.txt", "K00001\nK00002\n"))[-1], "2 codes adopted, 0 foreign, 0 duplicate")
@@ -245,17 +258,8 @@ class DailyTests:
         self.assertEqual(self.done("last", *date)[0].split("\t")[-1], "2026063001")
         self.assertIn("is no date, dd.mm.yyyy expected", self.refused("next", *date[:-1], "Date=2026-06-30"))
 
-    def test_only_what_stores_codes_or_rules_makes_a_ledger(self):
-        for arguments in (("rule", "list"), ("audit",), ("codes", "list"), ("preview",), ("explain", "X"), ("doctor",),
-                          ("find", "--ticket", "X"), ("void", "X", "--reason", "y"), ("issue", "--dry-run")):
-            with self.subTest(arguments=arguments):
-                self.assertIn("there is no ledger", self.refused(*arguments))
-                self.assertFalse(self.has_ledger())
-        self.import_rule(rules.numbered())
-        self.assertTrue(self.has_ledger())
 
-
-class Sqlite(OnSqlite, DailyTests, LedgerCase):
+class Sqlite(OnSqlite, DailyTests, ReadingTests, LedgerCase):
     def has_ledger(self):
         return self.database.file.exists()
 
@@ -269,8 +273,8 @@ class Sqlite(OnSqlite, DailyTests, LedgerCase):
 
     def test_the_designer_needs_a_display(self):
         self.import_rule(rules.numbered())
-        result = subprocess.run(["env", "-u", "DISPLAY", *command("kledger", ["--database", self.database.name, "design"])],
-                                stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=False, encoding="utf-8")
+        words = command("kledger", ["--database", self.database.name, "design"], display=False)
+        result = subprocess.run(words, stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=False, encoding="utf-8")
         self.assertEqual(result.returncode, 1, result.stderr)
         self.assertIn("there is no display to open the designer on; use \"kledger rule new NAME PATTERN\"", result.stderr)
 
@@ -285,7 +289,7 @@ class CommandLine(unittest.TestCase):
         result = run("kledger", "--version")
         version = re.search(r"project\(Kestrel VERSION ([\d.]+)", (ROOT / "CMakeLists.txt").read_text()).group(1)
         self.assertEqual((result.returncode, result.stdout), (0, f"kledger {version}\n"))
-        manifest = pathlib.Path(command("kledger", [])[1]).parent / "Kestrel.manifest"
+        manifest = BUILD / "Kestrel.manifest"
         self.assertIn(f'name="Kestrel" version="{version}.0"', manifest.read_text())
 
     def test_unknown_words_name_the_nearest(self):

@@ -61,9 +61,9 @@ class DesignTest(unittest.TestCase):
 
     def open_designer(self, *arguments, title="Rule r"):
         self.title = title
-        self.process = subprocess.Popen(command("kledger", ["--database", self.database.name, *(arguments or ("design",))]),
-                                        stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                        encoding="utf-8")
+        words = ["--database", self.database.name, *(arguments or ("design",))]
+        self.process = subprocess.Popen(command("kledger", words, display=True), stdin=subprocess.DEVNULL,
+                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8")
         self.comes_to_front(self.title)
 
     def comes_to_front(self, title):

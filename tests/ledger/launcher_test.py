@@ -9,7 +9,7 @@ import tempfile
 import unittest
 
 import rules
-from windows_program import ROOT
+from windows_program import BUILD, ROOT, run
 
 LAUNCHER = ROOT / "kledger"
 
@@ -104,6 +104,13 @@ class LauncherTest(unittest.TestCase):
         self.assertGreater(len(commands), 50)
         for command in commands:
             self.assertNotIn("'", re.sub(r'"[^"]*"', "", re.split(r" {2,}", command.strip())[0]), command)
+
+    def test_programs_that_tests_start_run_as_by_the_launcher(self):
+        """Tests ask it for its words once, and start programs by those."""
+        for arguments in (("--version",), ("nonsense",)):
+            own = self.launch(str(BUILD / "kledger.exe"), *arguments, program=ROOT / "tools" / "wine.sh")
+            done = run("kledger", *arguments)
+            self.assertEqual((done.returncode, done.stdout, done.stderr), (own.returncode, own.stdout, own.stderr))
 
     def test_it_says_what_is_missing(self):
         result = self.launch("--version", env=os.environ | {"KESTREL_WINEPREFIX": str(self.folder / "none")})

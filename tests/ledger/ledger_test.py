@@ -187,6 +187,36 @@ class LedgerTests:
         self.assertIn('there is no rule "third"', self.refused("issue", "--rule", "third", "--field", "Year=2024"))
         self.assertEqual(self.objects("explain", "2024-000001")[0]["rule"], "first")
 
+    def assert_refused_and_nothing_written(self, *arguments, cause):
+        """One line, exit code 1, and every table as it was."""
+        before = self.contents()
+        self.assertIn(cause, self.refused(*arguments))
+        self.assertEqual(self.contents(), before)
+
+    def contents(self):
+        return [sorted(map(str, self.database.query(f"SELECT * FROM kestrel_{table}")))
+                for table in ("rules", "definitions", "codes", "numbers", "leases", "journal")]
+
+    def test_other_encodings_and_separators_can_be_named(self):
+        self.import_rule(rules.numbered())
+        lines = self.done("issue", self.file("a.csv", b"Year;Town\n2024;Z\xfcrich\n"), "--separator", ";", "--code-page",
+                          "1252", "--keep")
+        self.assertEqual(lines, ["2024-000001\t2024\tZ\u00fcrich"])
+        lines = self.done("issue", self.file("b.csv", "\ufeffYear\tTown\n2024\tZ\u00fcrich\n".encode("utf-16-le")),
+                          "--separator", "tab", "--keep")
+        self.assertEqual(lines, ["2024-000002\t2024\tZ\u00fcrich"])
+
+    def test_a_newer_schema_is_left_alone(self):
+        self.import_rule(rules.numbered())
+        self.database.query("INSERT INTO kestrel_schema VALUES (9)")
+        for arguments in (("rule", "list"), ("issue", "--field", "Year=2024")):
+            self.assert_refused_and_nothing_written(
+                *arguments, cause="kledger: the database was made by a newer kledger (schema 9, this one knows 3); use that one")
+
+
+class ReadingTests:
+    """What is refused as it is read, before it comes to any engine: one is enough."""
+
     def test_bad_input_is_one_line_and_changes_nothing(self):
         self.import_rule(rules.numbered())
         self.issue("2024")
@@ -204,16 +234,6 @@ class LedgerTests:
             with self.subTest(cause=cause):
                 self.assertIn(cause, self.refused(*arguments))
         self.assertEqual(self.codes(), before)
-
-    def assert_refused_and_nothing_written(self, *arguments, cause):
-        """One line, exit code 1, and every table as it was."""
-        before = self.contents()
-        self.assertIn(cause, self.refused(*arguments))
-        self.assertEqual(self.contents(), before)
-
-    def contents(self):
-        return [sorted(map(str, self.database.query(f"SELECT * FROM kestrel_{table}")))
-                for table in ("rules", "definitions", "codes", "numbers", "leases", "journal")]
 
     def test_a_file_in_another_encoding_is_refused_as_a_whole(self):
         for policy in ("gapless", "fast"):
@@ -243,24 +263,8 @@ class LedgerTests:
                      "no column is named like a field or macro of the rule (Year); check the first line and --separator")):
                 self.assert_refused_and_nothing_written("issue", *arguments, cause=cause)
 
-    def test_other_encodings_and_separators_can_be_named(self):
-        self.import_rule(rules.numbered())
-        lines = self.done("issue", self.file("a.csv", b"Year;Town\n2024;Z\xfcrich\n"), "--separator", ";", "--code-page",
-                          "1252", "--keep")
-        self.assertEqual(lines, ["2024-000001\t2024\tZ\u00fcrich"])
-        lines = self.done("issue", self.file("b.csv", "\ufeffYear\tTown\n2024\tZ\u00fcrich\n".encode("utf-16-le")),
-                          "--separator", "tab", "--keep")
-        self.assertEqual(lines, ["2024-000002\t2024\tZ\u00fcrich"])
 
-    def test_a_newer_schema_is_left_alone(self):
-        self.import_rule(rules.numbered())
-        self.database.query("INSERT INTO kestrel_schema VALUES (9)")
-        for arguments in (("rule", "list"), ("issue", "--field", "Year=2024")):
-            self.assert_refused_and_nothing_written(
-                *arguments, cause="kledger: the database was made by a newer kledger (schema 9, this one knows 3); use that one")
-
-
-class Sqlite(OnSqlite, LedgerTests, LedgerCase):
+class Sqlite(OnSqlite, LedgerTests, ReadingTests, LedgerCase):
     pass
 
 

@@ -43,49 +43,6 @@ class NumberingTests:
         got = [self.codes_of("all", "--field", f"Date={day}")[0] for day in ("2025-12-31", "2026-01-01", "2025-01-01")]
         self.assertEqual(got, ["25-1", "26-1", "25-2"])
 
-    def test_the_day_of_a_record_is_read_as_its_dates_are_written(self):
-        self.new("dd", "D{Date:yyyymmdd}{##}")
-        self.done("numbering", "add", "dn", "dd", "--date", "Date", "--from", "2026-01-01")
-        issue = ("issue", "--rule", "dn", "--date-format", "dd.mm.yyyy")
-        self.assertEqual(self.done(*issue, "-f", "Date=30.06.2026"), ["D2026063001\t30.06.2026"])
-        self.assertEqual(self.done(*issue, self.file("d.csv", "Date\n01.01.2026\n")), ["D2026010101\t01.01.2026"])
-        self.assertEqual(self.done(*issue, "-f", "Date=30.06.2026", "--dry-run"), ["D2026063002\t30.06.2026"])
-        self.assertIn("field Date: 2025-12-31 is none of its days: from 2026-01-01",
-                      self.refused(*issue, "-f", "Date=31.12.2025"))
-        self.assertIn("field Date: '2026-06-30' is no date, dd.mm.yyyy expected",
-                      self.refused(*issue, "-f", "Date=2026-06-30"))
-
-    def test_a_record_that_no_part_fits_is_told_which_field_is_wrong(self):
-        self.rules(a=text("A"), b=text("B"), c=text("C"))
-        self.done("numbering", "add", "all", "a", "--fields", "Company", "--fields", "Date", "--when", "Company=A",
-                  "--date", "Date", "--from", "2026-01-01", "--until", "2026-12-31")
-        self.done("numbering", "add", "all", "b", "--when", "Company=A", "--date", "Date", "--from", "2028-01-01")
-        self.done("numbering", "add", "all", "c", "--when", "Company=C", "--date", "Date", "--until", "2020-12-31")
-        for fields, reason in (
-                (("Date=2026-01-01",), "field Company: no value, 'A' or 'C' expected"),
-                (("Company=Z", "Date=2026-01-01"), "field Company: 'Z', 'A' or 'C' expected"),
-                (("Company=A",), "field Date: no value, a date expected (ISO 8601, such as 2026-04-12)"),
-                (("Company=A", "Date="), "field Date: no value, a date expected (ISO 8601, such as 2026-04-12)"),
-                (("Company=A", "Date=x"), "field Date: 'x' is no date, ISO 8601, such as 2026-04-12 expected"),
-                (("Company=A", "Date=2026-02-31"), "field Date: '2026-02-31' is no date, ISO 8601, such as 2026-04-12 expected"),
-                (("Company=A", "Date=2027-05-05"), "field Date: 2027-05-05 is none of its days: 2026-01-01 to 2026-12-31; from 2028-01-01"),
-                (("Company=C", "Date=2026-01-01"), "field Date: 2026-01-01 is none of its days: until 2020-12-31")):
-            told = self.refused("issue", "--rule", "all", *(word for field in fields for word in ("-f", field)))
-            self.assertEqual(told, f'line 1: no rule of numbering "all" fits: {reason}')
-
-    def test_a_value_that_is_no_date_does_not_go_to_a_part_for_any_time(self):
-        self.rules(a=text("A"), b=text("B"))
-        self.done("numbering", "add", "all", "a", "--fields", "Date", "--date", "Date", "--from", "2026-01-01")
-        self.done("numbering", "add", "all", "b")
-        self.assertIn("field Date: '2026-02-31' is no date", self.refused("issue", "--rule", "all", "-f", "Date=2026-02-31"))
-        self.assertEqual([self.codes_of("all", *fields)[0] for fields in ((), ("-f", "Date=2025-01-01"))], ["B1", "B2"])
-
-    def test_a_field_stands_once_in_a_condition(self):
-        self.rules(a=text("A"))
-        told = self.refused("numbering", "add", "all", "a", "--fields", "Company", "--when", "Company=A", "--when", "Company=B")
-        self.assertIn("field Company stands twice in --when, as 'A' and as 'B'", told)
-        self.assertEqual(self.done("numbering", "list"), [])
-
     def test_a_full_rule_is_followed_by_the_next(self):
         for policy in POLICIES:
             with self.subTest(policy):
@@ -119,70 +76,6 @@ class NumberingTests:
                 self.assertEqual([self.codes_of(f"n{policy}", "--key", key)[0] for key in keys],
                                  [f"{policy}9", f"{policy}10"] * 2)
         self.clean()
-
-    def test_what_makes_no_sense_is_refused_when_it_is_stored(self):
-        self.rules(a=text("A"), b=text("B"), again=text("A"), year=numbered())
-        self.done("numbering", "add", "all", "a")
-        add = ("numbering", "add")
-        self.assertIn("leads in a circle", self.refused(*add, "all", "all"))
-        self.assertIn("leads in a circle", self.refused(*add, "other", "all"))
-        self.assertIn("has a field \"Company\"", self.refused(*add, "all", "b", "--when", "Company=A"))
-        self.assertIn("a rule has this name", self.refused(*add, "a", "b"))
-        self.assertIn("\"a\" and \"again\" overlap", self.refused(*add, "all", "again"))
-        self.assertIn("is no day", self.refused(*add, "all", "year", "--date", "Year", "--from", "2026"))
-        self.assertIn("no field with the record's date", self.refused(*add, "all", "b", "--from", "2026-01-01"))
-        self.assertIn("is before", self.refused(*add, "all", "year", "--date", "Year", "--from", "2026-02-01", "--until", "2026-01-01"))
-        self.assertIn("is a numbering", self.refused("rule", "import", self.file("all.rule", text("Z"))))
-        self.assertEqual(self.done("numbering", "list"), ["all\t1 part"])
-
-    def test_parts_that_contradict_each_other_are_refused(self):
-        self.rules(a=text("A"), b=text("B"))
-        fields = ("--fields", "Company", "--fields", "Kind", "--fields", "Date")
-        for first, second, reason in (
-                ((), ("b",), 'rule "b" would never be reached: rule "a" takes every record that it is for'),
-                (("--when", "Company=A"), ("b", "--when", "Company=A", "--when", "Kind=1"), 'rule "b" would never be reached'),
-                (("--date", "Date", "--from", "2026-01-01"), ("b", "--date", "Date", "--from", "2027-01-01"),
-                 'rule "b" would never be reached'),
-                (("--date", "Date", "--until", "2026-06-30"), ("b", "--date", "Date", "--from", "2026-01-01"),
-                 'the days of rules "a" (until 2026-06-30) and "b" (from 2026-01-01) overlap'),
-                (("--then", "anew"), ("a",), 'rule "a" stands twice with the same days and conditions'),
-                (("--when", "Company=A", "--when", "Kind=1", "--then", "on"), ("a", "--when", "Kind=1", "--when", "Company=A"),
-                 'rule "a" stands twice with the same days and conditions')):
-            with self.subTest(first=first, second=second):
-                self.done("numbering", "add", "all", "a", *fields, *first)
-                self.assertIn(reason, self.refused("numbering", "add", "all", *second))
-                self.assertEqual(len(self.objects("numbering", "show", "all")), 1)
-                self.done("numbering", "remove", "all")
-
-    def test_parts_of_which_the_earlier_is_the_exception_are_taken(self):
-        self.rules(a=text("A"), b=text("B"))
-        fields = ("--fields", "Company", "--fields", "Kind", "--fields", "Date", "--fields", "Due")
-        year = ("--date", "Date", "--from", "2026-01-01", "--until", "2026-12-31")
-        for first, second in ((("--when", "Company=A"), ()), (year, ()), (year, ("--date", "Date")),
-                              (("--when", "Company=A"), ("--when", "Kind=1")), (year, ("--date", "Due", "--from", "2026-06-01")),
-                              (("--when", "Company=A", *year), ("--date", "Date", "--from", "2026-06-01")),
-                              (("--then", "anew"), ()), ((*year, "--then", "anew"), ("--date", "Date", "--from", "2026-06-01")),
-                              (year, ("--date", "Date", "--from", "2027-01-01"))):
-            with self.subTest(first=first, second=second):
-                self.done("numbering", "add", "all", "a", *fields, *first)
-                self.done("numbering", "add", "all", "b", *second)
-                self.done("numbering", "remove", "all")
-
-    def test_a_rule_that_cannot_go_on_counting_is_refused(self):
-        self.new("high", "H{####:2600..2700}")
-        self.new("low", "L{##}")
-        self.new("higher", "M{####:2700..2701}")
-        self.done("numbering", "add", "all", "high", "--then", "on")
-        self.assertIn('rule "low" cannot go on counting behind rule "high": its last number is 99, and that of "high" is 2700; '
-                      'let it begin with --then anew', self.refused("numbering", "add", "all", "low"))
-        self.done("numbering", "add", "all", "higher")
-        self.done("next", "high", "--set", "2700")
-        self.assertEqual(self.codes_of("all", "--count", "2"), ["H2700", "M2701"])
-
-    def test_a_numbering_of_the_name_of_a_rule_or_of_itself(self):
-        self.rules(a=text("A"))
-        self.assertIn('numbering "a": a rule has this name; give the numbering another one', self.refused("numbering", "add", "a", "a"))
-        self.assertIn('there is no rule "n3"', self.refused("numbering", "add", "n3", "n3"))
 
     def new(self, name, pattern, *arguments):
         return self.done("rule", "new", name, pattern, "--lease", "4", *arguments)
@@ -343,7 +236,118 @@ class NumberingTests:
             self.database.query(f"UPDATE kestrel_claims SET ticket = '{ticket}'")
 
 
-class Sqlite(OnSqlite, NumberingTests, LedgerCase):
+class DecisionTests:
+    """What is decided from rules, parts and records that were read before, whatever engine they lie on: one is enough."""
+
+    def test_the_day_of_a_record_is_read_as_its_dates_are_written(self):
+        self.new("dd", "D{Date:yyyymmdd}{##}")
+        self.done("numbering", "add", "dn", "dd", "--date", "Date", "--from", "2026-01-01")
+        issue = ("issue", "--rule", "dn", "--date-format", "dd.mm.yyyy")
+        self.assertEqual(self.done(*issue, "-f", "Date=30.06.2026"), ["D2026063001\t30.06.2026"])
+        self.assertEqual(self.done(*issue, self.file("d.csv", "Date\n01.01.2026\n")), ["D2026010101\t01.01.2026"])
+        self.assertEqual(self.done(*issue, "-f", "Date=30.06.2026", "--dry-run"), ["D2026063002\t30.06.2026"])
+        self.assertIn("field Date: 2025-12-31 is none of its days: from 2026-01-01",
+                      self.refused(*issue, "-f", "Date=31.12.2025"))
+        self.assertIn("field Date: '2026-06-30' is no date, dd.mm.yyyy expected",
+                      self.refused(*issue, "-f", "Date=2026-06-30"))
+
+    def test_a_record_that_no_part_fits_is_told_which_field_is_wrong(self):
+        self.rules(a=text("A"), b=text("B"), c=text("C"))
+        self.done("numbering", "add", "all", "a", "--fields", "Company", "--fields", "Date", "--when", "Company=A",
+                  "--date", "Date", "--from", "2026-01-01", "--until", "2026-12-31")
+        self.done("numbering", "add", "all", "b", "--when", "Company=A", "--date", "Date", "--from", "2028-01-01")
+        self.done("numbering", "add", "all", "c", "--when", "Company=C", "--date", "Date", "--until", "2020-12-31")
+        for fields, reason in (
+                (("Date=2026-01-01",), "field Company: no value, 'A' or 'C' expected"),
+                (("Company=Z", "Date=2026-01-01"), "field Company: 'Z', 'A' or 'C' expected"),
+                (("Company=A",), "field Date: no value, a date expected (ISO 8601, such as 2026-04-12)"),
+                (("Company=A", "Date="), "field Date: no value, a date expected (ISO 8601, such as 2026-04-12)"),
+                (("Company=A", "Date=x"), "field Date: 'x' is no date, ISO 8601, such as 2026-04-12 expected"),
+                (("Company=A", "Date=2026-02-31"), "field Date: '2026-02-31' is no date, ISO 8601, such as 2026-04-12 expected"),
+                (("Company=A", "Date=2027-05-05"), "field Date: 2027-05-05 is none of its days: 2026-01-01 to 2026-12-31; from 2028-01-01"),
+                (("Company=C", "Date=2026-01-01"), "field Date: 2026-01-01 is none of its days: until 2020-12-31")):
+            told = self.refused("issue", "--rule", "all", *(word for field in fields for word in ("-f", field)))
+            self.assertEqual(told, f'line 1: no rule of numbering "all" fits: {reason}')
+
+    def test_a_value_that_is_no_date_does_not_go_to_a_part_for_any_time(self):
+        self.rules(a=text("A"), b=text("B"))
+        self.done("numbering", "add", "all", "a", "--fields", "Date", "--date", "Date", "--from", "2026-01-01")
+        self.done("numbering", "add", "all", "b")
+        self.assertIn("field Date: '2026-02-31' is no date", self.refused("issue", "--rule", "all", "-f", "Date=2026-02-31"))
+        self.assertEqual([self.codes_of("all", *fields)[0] for fields in ((), ("-f", "Date=2025-01-01"))], ["B1", "B2"])
+
+    def test_a_field_stands_once_in_a_condition(self):
+        self.rules(a=text("A"))
+        told = self.refused("numbering", "add", "all", "a", "--fields", "Company", "--when", "Company=A", "--when", "Company=B")
+        self.assertIn("field Company stands twice in --when, as 'A' and as 'B'", told)
+        self.assertEqual(self.done("numbering", "list"), [])
+
+    def test_what_makes_no_sense_is_refused_when_it_is_stored(self):
+        self.rules(a=text("A"), b=text("B"), again=text("A"), year=numbered())
+        self.done("numbering", "add", "all", "a")
+        add = ("numbering", "add")
+        self.assertIn("leads in a circle", self.refused(*add, "all", "all"))
+        self.assertIn("leads in a circle", self.refused(*add, "other", "all"))
+        self.assertIn("has a field \"Company\"", self.refused(*add, "all", "b", "--when", "Company=A"))
+        self.assertIn("a rule has this name", self.refused(*add, "a", "b"))
+        self.assertIn("\"a\" and \"again\" overlap", self.refused(*add, "all", "again"))
+        self.assertIn("is no day", self.refused(*add, "all", "year", "--date", "Year", "--from", "2026"))
+        self.assertIn("no field with the record's date", self.refused(*add, "all", "b", "--from", "2026-01-01"))
+        self.assertIn("is before", self.refused(*add, "all", "year", "--date", "Year", "--from", "2026-02-01", "--until", "2026-01-01"))
+        self.assertIn("is a numbering", self.refused("rule", "import", self.file("all.rule", text("Z"))))
+        self.assertEqual(self.done("numbering", "list"), ["all\t1 part"])
+
+    def test_parts_that_contradict_each_other_are_refused(self):
+        self.rules(a=text("A"), b=text("B"))
+        fields = ("--fields", "Company", "--fields", "Kind", "--fields", "Date")
+        for first, second, reason in (
+                ((), ("b",), 'rule "b" would never be reached: rule "a" takes every record that it is for'),
+                (("--when", "Company=A"), ("b", "--when", "Company=A", "--when", "Kind=1"), 'rule "b" would never be reached'),
+                (("--date", "Date", "--from", "2026-01-01"), ("b", "--date", "Date", "--from", "2027-01-01"),
+                 'rule "b" would never be reached'),
+                (("--date", "Date", "--until", "2026-06-30"), ("b", "--date", "Date", "--from", "2026-01-01"),
+                 'the days of rules "a" (until 2026-06-30) and "b" (from 2026-01-01) overlap'),
+                (("--then", "anew"), ("a",), 'rule "a" stands twice with the same days and conditions'),
+                (("--when", "Company=A", "--when", "Kind=1", "--then", "on"), ("a", "--when", "Kind=1", "--when", "Company=A"),
+                 'rule "a" stands twice with the same days and conditions')):
+            with self.subTest(first=first, second=second):
+                self.done("numbering", "add", "all", "a", *fields, *first)
+                self.assertIn(reason, self.refused("numbering", "add", "all", *second))
+                self.assertEqual(len(self.objects("numbering", "show", "all")), 1)
+                self.done("numbering", "remove", "all")
+
+    def test_parts_of_which_the_earlier_is_the_exception_are_taken(self):
+        self.rules(a=text("A"), b=text("B"))
+        fields = ("--fields", "Company", "--fields", "Kind", "--fields", "Date", "--fields", "Due")
+        year = ("--date", "Date", "--from", "2026-01-01", "--until", "2026-12-31")
+        for first, second in ((("--when", "Company=A"), ()), (year, ()), (year, ("--date", "Date")),
+                              (("--when", "Company=A"), ("--when", "Kind=1")), (year, ("--date", "Due", "--from", "2026-06-01")),
+                              (("--when", "Company=A", *year), ("--date", "Date", "--from", "2026-06-01")),
+                              (("--then", "anew"), ()), ((*year, "--then", "anew"), ("--date", "Date", "--from", "2026-06-01")),
+                              (year, ("--date", "Date", "--from", "2027-01-01"))):
+            with self.subTest(first=first, second=second):
+                self.done("numbering", "add", "all", "a", *fields, *first)
+                self.done("numbering", "add", "all", "b", *second)
+                self.done("numbering", "remove", "all")
+
+    def test_a_rule_that_cannot_go_on_counting_is_refused(self):
+        self.new("high", "H{####:2600..2700}")
+        self.new("low", "L{##}")
+        self.new("higher", "M{####:2700..2701}")
+        self.done("numbering", "add", "all", "high", "--then", "on")
+        self.assertIn('rule "low" cannot go on counting behind rule "high": its last number is 99, and that of "high" is 2700; '
+                      'let it begin with --then anew', self.refused("numbering", "add", "all", "low"))
+        self.done("numbering", "add", "all", "higher")
+        self.done("next", "high", "--set", "2700")
+        self.assertEqual(self.codes_of("all", "--count", "2"), ["H2700", "M2701"])
+
+    def test_a_numbering_of_the_name_of_a_rule_or_of_itself(self):
+        self.rules(a=text("A"))
+        self.assertIn('numbering "a": a rule has this name; give the numbering another one', self.refused("numbering", "add", "a", "a"))
+        self.assertIn('there is no rule "n3"', self.refused("numbering", "add", "n3", "n3"))
+
+
+class Sqlite(OnSqlite, NumberingTests, DecisionTests, LedgerCase):
     """On a file."""
 
 

@@ -54,18 +54,6 @@ class PromiseTests:
             self.assertIn('"Year":"2023"', lines[1]["refused"])
             self.assertEqual(self.issue_keys("a", rule=policy, years=["2022"], code=3)[0]["line"], 2)
 
-    def test_bad_keys_are_refused(self):
-        self.import_rule(rules.numbered())
-        lines = self.issue_keys("", "x" * 121, "k", code=3)
-        self.assertEqual([line.get("code") for line in lines], [None, None, "2024-000001"])
-        self.assertIn("the key is empty", lines[0]["refused"])
-        self.assertIn("121 characters", lines[1]["refused"])
-        for option in ("--key", "--key-column"):
-            self.assertIn("it is empty", self.refused("issue", f"{option}=", "--field", "Year=2024", code=2))
-        self.assertIn("--key is for one record", self.refused("issue", self.file("r.csv", "Year\n2024\n"), "--key", "k"))
-        self.assertIn("--key-column is for a file", self.refused("issue", "--key-column", "k", "--field", "Year=2024"))
-        self.assertIn("check --key-column", self.refused("issue", self.file("r.csv", "Year\n2024\n"), "--key-column", "Key"))
-
     def test_a_key_of_a_file_is_the_same_without_the_file(self):
         for policy in ("gapless", "fast"):
             self.import_rule(rules.numbered(), "--policy", policy, name=policy)
@@ -186,11 +174,6 @@ class PromiseTests:
         heads = self.write_heads()
         self.assertEqual(self.done("audit", "--against", heads)[-1], "1 code, 0 findings")
 
-    def test_utf_8_named_as_a_code_page_keeps_no_byte_order_mark(self):
-        self.import_rule(rules.numbered())
-        records = self.file("records.csv", "\ufeffYear\n2024\n".encode())
-        self.assertEqual(self.done("issue", records, "--code-page", "65001"), ["2024-000001\t2024"])
-
     def leave_a_lease(self):
         """A program of the fast policy that is killed at work."""
         records = self.file("many.csv", "Year\n" + "2025\n" * 60_000)
@@ -258,20 +241,6 @@ class PromiseTests:
             self.database.query(change)
             expected.add(kind)
             self.assertLessEqual(expected, self.kinds("--against", heads, code=4), change)
-
-    def test_heads_are_a_file_of_ones_own_or_none(self):
-        self.import_rule(rules.numbered())
-        self.issue("2024")
-        heads = pathlib.Path(self.folder / "heads")
-        self.write_heads()
-        lines = heads.read_text().splitlines()
-        self.assertIn("cannot open", self.refused("audit", "--against", path(self.folder / "none")))
-        self.assertIn("holds no heads", self.refused("audit", "--against", self.file("other", "Year\n2024\n")))
-        self.assertIn("line 2: this is no head", self.refused("audit", "--against", self.file("cut", lines[0] + "\n{\"rule\"")))
-        self.assertIn("cannot", self.kledger("audit", "--write-heads", path(self.folder / "no folder" / "heads")).stderr)
-        # A rule that has another name now is known by its journal; this one's journal is nobody's.
-        gone = re.sub(r'"seal":"[0-9a-f]{8}', '"seal":"00000000', heads.read_text()).replace('"rule":"rule"', '"rule":"other"')
-        self.assertEqual(self.kinds("--against", self.file("more", gone), code=4), {"head"}, "a rule that is gone")
 
     def test_audits_run_while_programs_issue(self):
         self.import_rule(rules.numbered(), "--policy", "fast", "--lease", "7", name="fast")
@@ -376,7 +345,42 @@ class PromiseTests:
         return process, out
 
 
-class Sqlite(OnSqlite, PromiseTests, LedgerCase):
+class ReadingTests:
+    """How keys and files are read, whatever engine the ledger lies on: one is enough."""
+
+    def test_bad_keys_are_refused(self):
+        self.import_rule(rules.numbered())
+        lines = self.issue_keys("", "x" * 121, "k", code=3)
+        self.assertEqual([line.get("code") for line in lines], [None, None, "2024-000001"])
+        self.assertIn("the key is empty", lines[0]["refused"])
+        self.assertIn("121 characters", lines[1]["refused"])
+        for option in ("--key", "--key-column"):
+            self.assertIn("it is empty", self.refused("issue", f"{option}=", "--field", "Year=2024", code=2))
+        self.assertIn("--key is for one record", self.refused("issue", self.file("r.csv", "Year\n2024\n"), "--key", "k"))
+        self.assertIn("--key-column is for a file", self.refused("issue", "--key-column", "k", "--field", "Year=2024"))
+        self.assertIn("check --key-column", self.refused("issue", self.file("r.csv", "Year\n2024\n"), "--key-column", "Key"))
+
+    def test_utf_8_named_as_a_code_page_keeps_no_byte_order_mark(self):
+        self.import_rule(rules.numbered())
+        records = self.file("records.csv", "\ufeffYear\n2024\n".encode())
+        self.assertEqual(self.done("issue", records, "--code-page", "65001"), ["2024-000001\t2024"])
+
+    def test_heads_are_a_file_of_ones_own_or_none(self):
+        self.import_rule(rules.numbered())
+        self.issue("2024")
+        heads = pathlib.Path(self.folder / "heads")
+        self.write_heads()
+        lines = heads.read_text().splitlines()
+        self.assertIn("cannot open", self.refused("audit", "--against", path(self.folder / "none")))
+        self.assertIn("holds no heads", self.refused("audit", "--against", self.file("other", "Year\n2024\n")))
+        self.assertIn("line 2: this is no head", self.refused("audit", "--against", self.file("cut", lines[0] + "\n{\"rule\"")))
+        self.assertIn("cannot", self.kledger("audit", "--write-heads", path(self.folder / "no folder" / "heads")).stderr)
+        # A rule that has another name now is known by its journal; this one's journal is nobody's.
+        gone = re.sub(r'"seal":"[0-9a-f]{8}', '"seal":"00000000', heads.read_text()).replace('"rule":"rule"', '"rule":"other"')
+        self.assertEqual(self.kinds("--against", self.file("more", gone), code=4), {"head"}, "a rule that is gone")
+
+
+class Sqlite(OnSqlite, PromiseTests, ReadingTests, LedgerCase):
     def test_an_older_copy_is_found(self):
         self.import_rule(rules.numbered())
         self.issue("2024")
