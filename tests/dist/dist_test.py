@@ -137,6 +137,7 @@ class CacheTest(unittest.TestCase):
         "hosts/CMakeFiles/portable.dir/samples/portable/portable.cpp.obj",
         "src/CMakeFiles/Kestrel.dir/generated/Kestrel.cpp.obj",  # a source that the build made, with headers that it made
         "ledger/CMakeFiles/kledger.dir/cli/Main.cpp.obj",
+        "ledger/CMakeFiles/kestrel_ledger.dir/Unity/unity_0_cxx.cxx.obj",  # several sources, named by their places
     )
 
     def test_objects_are_the_same_with_and_without_a_compiler_cache(self):
