@@ -11,8 +11,8 @@ usage: ledger.py [--codes N] [--largest N] [--proof] [--engine sqlite|postgres] 
 --engine   only that one
 --part     only that one
 
-The programs of build/x86 are measured unless KESTREL_BUILD names another build; the component must be registered. The
-best of several rounds counts, for other programs take their share of the machine; of the audit the processor's time is
+The programs of build/x86 are measured unless KESTREL_BUILD names another build; the component must be registered. Of
+several rounds the middle one counts, or the best where a cost is measured; of the audit the processor's time is
 shown as well, which for a server's database is that of its client only.
 """
 import argparse
@@ -20,6 +20,7 @@ import json
 import os
 import pathlib
 import shutil
+import statistics
 import subprocess
 import sys
 import tempfile
@@ -35,7 +36,7 @@ from windows_program import command, path, run  # noqa: E402 (likewise)
 
 PROGRAMS = (1, 2, 4, 8)
 GROWTH = (1_000, 10_000, 100_000, 1_000_000)
-RATE_ROUNDS = 3
+RATE_ROUNDS = 5
 GROWTH_CODES = 500
 GROWTH_ROUNDS = 8
 FILL_LEASE = 1000
@@ -123,20 +124,21 @@ class Bench:
         return programs * self.codes / max(float(output) for output in self.at_once(lines))
 
     def rates(self):
-        """The three in turn, and the best of each."""
+        """The three in turn; the middle of what the turns gave, for the disk is now quick and now slow."""
         print("programs   bare/s   gapless/s  of bare     fast/s  of gapless")
         for programs in PROGRAMS:
             rounds = [(self.inserts(f"bare{programs}-{turn}", programs),
                        self.issue(f"gapless{programs}-{turn}", "gapless", programs),
                        self.issue(f"fast{programs}-{turn}", "fast", programs)) for turn in range(RATE_ROUNDS)]
-            bare, gapless, fast = (max(rates) for rates in zip(*rounds))
-            print(f"{programs:8} {bare:8.0f} {gapless:11.0f} {gapless / bare:8.2f} {fast:10.0f} {fast / gapless:11.1f}",
-                  flush=True)
+            bare, gapless, fast = (statistics.median(rates) for rates in zip(*rounds))
+            of_bare = statistics.median(gapless / bare for bare, gapless, _ in rounds)
+            of_gapless = statistics.median(fast / gapless for _, gapless, fast in rounds)
+            print(f"{programs:8} {bare:8.0f} {gapless:11.0f} {of_bare:8.2f} {fast:10.0f} {of_gapless:11.1f}", flush=True)
             if programs == 1:
-                verdict(f"{self.engine}: gapless to the bare loop of the same INSERTs", gapless / bare, "at least",
+                verdict(f"{self.engine}: gapless to the bare loop of the same INSERTs", of_bare, "at least",
                         OF_BARE[self.engine])
                 if self.engine in FAST_OF_GAPLESS:
-                    verdict(f"{self.engine}: fast to gapless", fast / gapless, "at least", FAST_OF_GAPLESS[self.engine])
+                    verdict(f"{self.engine}: fast to gapless", of_gapless, "at least", FAST_OF_GAPLESS[self.engine])
 
     def other(self, way, programs):
         """Codes per second of programs that number in another way."""
@@ -144,21 +146,21 @@ class Bench:
         return programs * self.codes / max(float(output) for output in self.at_once(lines))
 
     def peers(self):
-        """In turn, and the best of each."""
+        """All in turn; the middle of what the turns gave."""
         for way in WAYS:
             self.at_once([command("ledger_peers", [self.database.name, way, "prepare"])])
         print("programs " + "".join(f"{name:>14}" for name in (*WAYS, "gapless", "fast")) + "   (codes per second)")
-        best = {}
+        cells = []
         for programs in PROGRAMS:
             rounds = [[*(self.other(way, programs) for way in WAYS),
                        *(self.issue(f"{policy}-peer{programs}-{turn}", policy, programs) for policy in ("gapless", "fast"))]
                       for turn in range(RATE_ROUNDS)]
-            best[programs] = [max(rates) for rates in zip(*rounds)]
-            print(f"{programs:8} " + "".join(f"{rate:14.0f}" for rate in best[programs]), flush=True)
-        for programs, rates in best.items():
-            *others, gapless, fast = rates
-            cells = [f"{ours / rate:.2f}" for ours in (gapless, fast) for rate in others]
-            print(f"peers: {programs} | " + " | ".join(cells))
+            middle = [statistics.median(rates) for rates in zip(*rounds)]
+            print(f"{programs:8} " + "".join(f"{rate:14.0f}" for rate in middle), flush=True)
+            ratios = [statistics.median(rates[ours] / rates[way] for rates in rounds)
+                      for ours in (len(WAYS), len(WAYS) + 1) for way in range(len(WAYS))]
+            cells.append(f"peers: {programs} | " + " | ".join(f"{ratio:.2f}" for ratio in ratios))
+        print("\n".join(cells))
 
     def parts(self):
         """Where the time of a code goes, in each policy, as shares of all of it."""
