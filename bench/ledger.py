@@ -5,7 +5,7 @@ long file takes. Ends with 1 when a target is missed.
 
 usage: ledger.py [--codes N] [--largest N] [--proof] [--engine sqlite|postgres] [--part rates|peers|parts|growth|memory]
 
---codes    codes that each program issues (500)
+--codes    codes that each program issues (300)
 --largest  codes stored when the growth is measured last, and audited (1000000)
 --proof    checks as well that no code was issued twice, lost or, in the gapless policy, left out
 --engine   only that one
@@ -279,7 +279,7 @@ ENGINES = {"sqlite": lambda options: measure("SQLite", SqliteFile, options), "po
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--codes", type=int, default=500)
+    parser.add_argument("--codes", type=int, default=300)
     parser.add_argument("--largest", type=int, default=1_000_000)
     parser.add_argument("--proof", action="store_true")
     parser.add_argument("--engine", choices=ENGINES)
