@@ -37,22 +37,22 @@ class TimedDatabase::TimedStatement final : public ledger::Statement {
     Step mvarStep;
 };
 
-TimedDatabase::TimedDatabase(ledger::Database& database) : mvarDatabase(database) {}
+TimedDatabase::TimedDatabase(ledger::Database& other) : PassingDatabase(other) {}
 
 TimedDatabase::~TimedDatabase() = default;
 
 void TimedDatabase::Begin(ledger::Access access) {
-    Time(Step::Begin, [&] { mvarDatabase.Begin(access); });
+    Time(Step::Begin, [&] { PassingDatabase::Begin(access); });
 }
 
 void TimedDatabase::Commit() {
-    Time(Step::Commit, [&] { mvarDatabase.Commit(); });
+    Time(Step::Commit, [&] { PassingDatabase::Commit(); });
 }
 
 ledger::Statement& TimedDatabase::Prepare(const std::wstring& sql) {
     const Step step = sql.starts_with(L"SELECT") ? Step::Read : Step::Write;
     ledger::Statement* prepared = nullptr;
-    Time(step, [&] { prepared = &mvarDatabase.Prepare(sql); });
+    Time(step, [&] { prepared = &PassingDatabase::Prepare(sql); });
     auto& timed = mvarStatements[sql];
     if (!timed) timed = std::make_unique<TimedStatement>(*this, *prepared, step);
     return *timed;

@@ -10,6 +10,7 @@
 #include "bench/Measure.h"
 #include "common/Ports.h"
 #include "dialogs/WindowsDialogs.h"
+#include "dialogs/support/ProcessorTime.h"
 #include "dialogs/support/SampleRule.h"
 #include "dialogs/support/Screen.h"
 #include "platform/PlatformPorts.h"
@@ -27,18 +28,7 @@ enum class Tree { Layered, Flat };
 
 constexpr int Rounds = 8;
 
-double Milliseconds(const FILETIME& time) {
-    return (static_cast<double>(time.dwHighDateTime) * 4294967296.0 + time.dwLowDateTime) / 1e4;
-}
-
-double ProcessorMilliseconds() {
-    FILETIME created;
-    FILETIME ended;
-    FILETIME kernel;
-    FILETIME user;
-    GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user);
-    return Milliseconds(kernel) + Milliseconds(user);
-}
+double ProcessorMilliseconds() { return ProcessorSeconds() * 1000; }
 
 String TreeText(int nodes, Tree shape) {
     constexpr int branching = 200;

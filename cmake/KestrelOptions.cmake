@@ -18,7 +18,7 @@ endif()
 
 if(MINGW)
     # What a report of a crash names: functions and lines. Describing each variable as well takes the compiler half as long
-    # again; the library alone has that (src/CMakeLists.txt), for it runs in programs of others.
+    # again; the library alone has that (KestrelWhole.cmake), for it runs in programs of others.
     string(REPLACE -g -g1 CMAKE_C_FLAGS_RELWITHDEBINFO "${CMAKE_C_FLAGS_RELWITHDEBINFO}")
     string(REPLACE -g -g1 CMAKE_CXX_FLAGS_RELWITHDEBINFO "${CMAKE_CXX_FLAGS_RELWITHDEBINFO}")
 endif()

@@ -27,7 +27,7 @@ function(kestrel_build_whole target)
     set(whole ${KESTREL_GENERATED}/Kestrel.cpp)
     file(CONFIGURE OUTPUT ${whole} CONTENT "${text}" @ONLY)
     # Small functions move to their callers although that adds a little: it makes the issuing of codes a tenth quicker than
-    # without, for 13 KB. The two warnings compare sources with each other; tools/check-tidy.sh reads each by itself with both.
+    # without, for 13 KB. The two warnings compare sources with each other; tools/check-tidy.sh reads them with both.
     set_source_files_properties(${whole} PROPERTIES COMPILE_OPTIONS
         "-g;-fwhole-program;--param=max-inline-insns-size=5;-Wno-shadow;-Wno-subobject-linkage")
     target_sources(${target} PRIVATE ${whole} ${replacements})

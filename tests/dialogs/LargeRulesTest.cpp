@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "dialogs/support/DialogTest.h"
+#include "dialogs/support/ProcessorTime.h"
 
 namespace kestrel::test {
 
@@ -13,20 +14,6 @@ class LargeRulesTest : public DialogTest {
     Ref<CodeClass> rule;
     Visitor visitor;
 };
-
-double Seconds(const FILETIME& time) {
-    return (static_cast<double>(time.dwHighDateTime) * 4294967296.0 + time.dwLowDateTime) / 1e7;
-}
-
-// The processor's time that this program has used: what other programs do meanwhile does not count.
-double ProcessorSeconds() {
-    FILETIME created;
-    FILETIME ended;
-    FILETIME kernel;
-    FILETIME user;
-    GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user);
-    return Seconds(kernel) + Seconds(user);
-}
 
 Ref<CodeClass> LargeRule() {
     auto rule = EmptyRule();

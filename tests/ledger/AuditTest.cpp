@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <set>
 
 #include "hosts/common/Dispatch.h"
+#include "ledger/DatabaseFileTest.h"
 #include "ledger/RuleText.h"
 #include "ledger/core/Adoption.h"
 #include "ledger/core/Issuer.h"
@@ -17,7 +17,6 @@
 #include "ledger/core/Schema.h"
 #include "ledger/core/Stamp.h"
 #include "ledger/core/Voiding.h"
-#include "ledger/db/Open.h"
 
 using namespace std::chrono_literals;
 using ledger::Access;
@@ -49,11 +48,10 @@ std::string Narrow(const std::wstring& text) { return {text.begin(), text.end()}
 
 // Changes are made to a ledger with something in every table, in each state that rows can have; each of them is undone
 // again.
-class AuditTest : public testing::Test {
+class AuditTest : public DatabaseFileTest {
   protected:
     void SetUp() override {
-        RemoveFiles();
-        mvarDatabase = ledger::OpenDatabase(mvarFile.wstring(), Wait);
+        DatabaseFileTest::SetUp();
         ledger::PrepareSchema(*mvarDatabase, Wait);
         FillGapless();
         FillFast();
@@ -62,10 +60,6 @@ class AuditTest : public testing::Test {
         mvarDatabase->Begin(Access::Write);
         ASSERT_EQ(Found(), std::vector<std::wstring>());
         mvarHeads = Heads();
-    }
-    void TearDown() override {
-        mvarDatabase.reset();
-        RemoveFiles();
     }
 
     // What an audit of all rules finds in the state of the transaction.
@@ -155,7 +149,6 @@ class AuditTest : public testing::Test {
         if (finishes) issuer.Finish();
     }
 
-    std::unique_ptr<ledger::Database> mvarDatabase;
     std::map<std::int64_t, std::vector<Head>> mvarHeads; // by rule
 
   private:
@@ -229,14 +222,7 @@ class AuditTest : public testing::Test {
         IssueBy(issuer, {L"2024", L"2024", L"2025"});
     }
 
-    void RemoveFiles() {
-        std::error_code error;
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(mvarFile.wstring() + std::filesystem::path(suffix).wstring(), error);
-    }
-
     hosts::Apartment mvarApartment;
-    std::filesystem::path mvarFile = std::filesystem::temp_directory_path() / "AuditTest.db";
 };
 
 } // namespace

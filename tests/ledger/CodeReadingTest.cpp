@@ -1,16 +1,15 @@
 // Codes are read in pieces: a reader whose connection is lost goes on where it was.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <functional>
 #include <utility>
 
 #include "hosts/common/Dispatch.h"
+#include "ledger/DatabaseFileTest.h"
 #include "ledger/RuleText.h"
 #include "ledger/core/CodeQuery.h"
 #include "ledger/core/RuleChange.h"
 #include "ledger/core/Schema.h"
-#include "ledger/db/Open.h"
 
 using namespace std::chrono_literals;
 
@@ -18,20 +17,15 @@ namespace {
 
 const ledger::Patience Wait(5s);
 
-class CodeReadingTest : public testing::Test {
+class CodeReadingTest : public DatabaseFileTest {
   protected:
     void SetUp() override {
-        RemoveFiles();
-        mvarDatabase = ledger::OpenDatabase(mvarFile.wstring(), Wait);
+        DatabaseFileTest::SetUp();
         ledger::PrepareSchema(*mvarDatabase, Wait);
         const std::wstring definition = NumberedRule(L"-", L"Year");
         ledger::CodeMaker maker(definition);
         static_cast<void>(
             ledger::ChangeRule(*mvarDatabase, Wait, {L"rule", definition, ledger::Policy::Gapless, {}, {}, {}}, maker));
-    }
-    void TearDown() override {
-        mvarDatabase.reset();
-        RemoveFiles();
     }
 
     void Store(const std::vector<std::wstring>& codes) {
@@ -61,15 +55,7 @@ class CodeReadingTest : public testing::Test {
     }
 
   private:
-    void RemoveFiles() const {
-        std::error_code error;
-        for (const wchar_t* suffix : {L"", L"-wal", L"-shm"})
-            std::filesystem::remove(mvarFile.wstring() + suffix, error);
-    }
-
     hosts::Apartment mvarApartment; // for the component, which the rule is made with
-    std::filesystem::path mvarFile = std::filesystem::temp_directory_path() / "CodeReadingTest.db";
-    std::unique_ptr<ledger::Database> mvarDatabase;
 };
 
 } // namespace

@@ -2,15 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <functional>
 
 #include "hosts/common/Dispatch.h"
+#include "ledger/DatabaseFileTest.h"
+#include "ledger/PassingDatabase.h"
 #include "ledger/RuleText.h"
 #include "ledger/core/Audit.h"
 #include "ledger/core/RuleChange.h"
 #include "ledger/core/Schema.h"
-#include "ledger/db/Open.h"
 
 using namespace std::chrono_literals;
 using ledger::Database;
@@ -21,48 +21,27 @@ namespace {
 const ledger::Patience Wait(1s);
 
 // A database in which something happens right before a statement.
-class MeddledDatabase final : public Database {
+class MeddledDatabase final : public PassingDatabase {
   public:
     MeddledDatabase(Database& database, std::function<void(const std::wstring&)> meddle)
-        : mvarDatabase(database), mvarMeddle(std::move(meddle)) {}
+        : PassingDatabase(database), mvarMeddle(std::move(meddle)) {}
 
-    void Connect() override { mvarDatabase.Connect(); }
-    void Limit(const ledger::Deadline& deadline) noexcept override { mvarDatabase.Limit(deadline); }
-    void Begin(ledger::Access access) override { mvarDatabase.Begin(access); }
-    void Commit() override { mvarDatabase.Commit(); }
-    void Rollback() noexcept override { mvarDatabase.Rollback(); }
-    [[nodiscard]] bool IsDead() const noexcept override { return mvarDatabase.IsDead(); }
     ledger::Statement& Prepare(const std::wstring& sql) override {
         mvarMeddle(sql);
-        return mvarDatabase.Prepare(sql);
+        return PassingDatabase::Prepare(sql);
     }
-    [[nodiscard]] bool HasTable(const std::wstring& name) override { return mvarDatabase.HasTable(name); }
-    [[nodiscard]] bool IsForeign() override { return mvarDatabase.IsForeign(); }
-    [[nodiscard]] std::wstring TableText(std::wstring definition) const override {
-        return mvarDatabase.TableText(std::move(definition));
-    }
-    void KeepWritersOut(const std::wstring& table) override { mvarDatabase.KeepWritersOut(table); }
-    void Confirm() override { mvarDatabase.Confirm(); }
-    [[nodiscard]] bool EntersByWriting() const noexcept override { return mvarDatabase.EntersByWriting(); }
-    [[nodiscard]] std::vector<ledger::EngineFact> Facts() override { return mvarDatabase.Facts(); }
 
   private:
-    Database& mvarDatabase;
     std::function<void(const std::wstring&)> mvarMeddle;
 };
 
 // The code that another program stores, after a first attempt of ours at it failed, and after ours has read in the
 // second attempt how far the series is: when it looks whether somebody has the code.
-class GaplessIssuerTest : public testing::Test {
+class GaplessIssuerTest : public DatabaseFileTest {
   protected:
     void SetUp() override {
-        RemoveFiles();
-        mvarDatabase = ledger::OpenDatabase(mvarFile.wstring(), Wait);
+        DatabaseFileTest::SetUp();
         ledger::PrepareSchema(*mvarDatabase, Wait);
-    }
-    void TearDown() override {
-        mvarDatabase.reset();
-        RemoveFiles();
     }
 
     Outcome IssueWhileStored(const std::vector<std::wstring>& statements) {
@@ -120,7 +99,7 @@ class GaplessIssuerTest : public testing::Test {
     }
     // Another program that issues by the same rule.
     void IssueElsewhere() {
-        const std::unique_ptr<Database> database = ledger::OpenDatabase(mvarFile.wstring(), Wait);
+        const std::unique_ptr<Database> database = Open();
         const ledger::StoredRule rule =
             ledger::InSnapshot(*database, Wait, [&] { return ledger::Rules(*database).All().front(); });
         ledger::CodeMaker maker(rule.definition.text);
@@ -139,15 +118,7 @@ class GaplessIssuerTest : public testing::Test {
         L"?', 1, '2024-000001', 0, 0, 'seal')";
 
   private:
-    void RemoveFiles() {
-        std::error_code error;
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(mvarFile.wstring() + std::filesystem::path(suffix).wstring(), error);
-    }
-
     hosts::Apartment mvarApartment;
-    std::filesystem::path mvarFile = std::filesystem::temp_directory_path() / "GaplessIssuerTest.db";
-    std::unique_ptr<Database> mvarDatabase;
     int mvarTheirs = 0;
 };
 

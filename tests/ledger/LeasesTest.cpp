@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
+#include "ledger/DatabaseFileTest.h"
 #include "ledger/core/Codes.h"
 #include "ledger/core/Schema.h"
-#include "ledger/db/Open.h"
 
 using namespace std::chrono_literals;
 using ledger::Lease;
@@ -14,17 +12,12 @@ using ledger::Leases;
 
 namespace {
 
-class LeasesTest : public testing::Test {
+class LeasesTest : public DatabaseFileTest {
   protected:
     void SetUp() override {
-        RemoveFiles();
-        mvarDatabase = ledger::OpenDatabase(mvarFile.wstring(), ledger::Patience(1s));
+        DatabaseFileTest::SetUp();
         ledger::PrepareSchema(*mvarDatabase, ledger::Patience(1s));
         mvarDatabase->Begin(ledger::Access::Write);
-    }
-    void TearDown() override {
-        mvarDatabase.reset();
-        RemoveFiles();
     }
 
     Lease Take(std::int64_t count, const std::wstring& ticket) {
@@ -48,15 +41,6 @@ class LeasesTest : public testing::Test {
 
   private:
     inline static const ledger::NumberBand Band = {L"Number", 5, 2, 1, 99, {}};
-
-    void RemoveFiles() {
-        std::error_code error;
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(mvarFile.wstring() + std::filesystem::path(suffix).wstring(), error);
-    }
-
-    std::filesystem::path mvarFile = std::filesystem::temp_directory_path() / "LeasesTest.db";
-    std::unique_ptr<ledger::Database> mvarDatabase;
 };
 
 } // namespace

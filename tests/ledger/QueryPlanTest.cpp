@@ -2,32 +2,24 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
 
+#include "ledger/DatabaseFileTest.h"
 #include "ledger/core/Claims.h"
 #include "ledger/core/Codes.h"
 #include "ledger/core/Leases.h"
 #include "ledger/core/Reuse.h"
 #include "ledger/core/Schema.h"
-#include "ledger/db/Open.h"
 
 using namespace std::chrono_literals;
 
 namespace {
 
-class QueryPlanTest : public testing::Test {
+class QueryPlanTest : public DatabaseFileTest {
   protected:
     void SetUp() override {
-        TearDown();
-        mvarDatabase = ledger::OpenDatabase(mvarFile.wstring(), ledger::Patience(1s));
+        DatabaseFileTest::SetUp();
         ledger::PrepareSchema(*mvarDatabase, ledger::Patience(1s));
-    }
-    void TearDown() override {
-        mvarDatabase.reset();
-        std::error_code error;
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(mvarFile.wstring() + std::filesystem::path(suffix).wstring(), error);
     }
 
     // One line for each table that the query reads.
@@ -52,9 +44,6 @@ class QueryPlanTest : public testing::Test {
             EXPECT_NE(read.find(L"series=?"), std::wstring::npos) << shown;
         }
     }
-
-    std::filesystem::path mvarFile = std::filesystem::temp_directory_path() / "QueryPlanTest.db";
-    std::unique_ptr<ledger::Database> mvarDatabase;
 };
 
 } // namespace

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
-#include "ledger/db/Open.h"
+#include "ledger/DatabaseFileTest.h"
 
 using namespace std::chrono_literals;
 using ledger::Database;
@@ -16,20 +14,13 @@ using ledger::Patience;
 
 namespace {
 
-class TransactionTest : public testing::Test {
+class TransactionTest : public DatabaseFileTest {
   protected:
     void SetUp() override {
-        std::filesystem::remove(mvarFile);
-        mvarDatabase = ledger::OpenDatabase(mvarFile.wstring(), Patience(1s));
+        DatabaseFileTest::SetUp();
         mvarDatabase->Begin(ledger::Access::Write);
         mvarDatabase->Run(L"CREATE TABLE t (n INTEGER NOT NULL PRIMARY KEY, text VARCHAR(20))");
         mvarDatabase->Commit();
-    }
-    void TearDown() override {
-        mvarDatabase.reset();
-        std::error_code error;
-        for (const char* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(mvarFile.wstring() + std::filesystem::path(suffix).wstring(), error);
     }
 
     void Insert(std::int64_t number, const std::wstring& text = {}) {
@@ -43,9 +34,6 @@ class TransactionTest : public testing::Test {
             return row.Number(1);
         });
     }
-
-    std::filesystem::path mvarFile = std::filesystem::temp_directory_path() / "TransactionTest.db";
-    std::unique_ptr<Database> mvarDatabase;
 };
 
 } // namespace
