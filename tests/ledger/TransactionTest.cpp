@@ -5,7 +5,6 @@
 #include "ledger/DatabaseFileTest.h"
 
 using namespace std::chrono_literals;
-using ledger::Database;
 using ledger::DbError;
 using ledger::Fault;
 using ledger::InTransaction;
