@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over every source of the project as its build compiles it: the portable ones as in native-clang, those
+# Runs clang-tidy over every source of the project as its build compiles it: the portable ones as in native, those
 # for Windows alone as in x86. A source is left out when nothing that its result depends on has changed since it was clean.
 # usage: tools/check-tidy.sh
 # shellcheck source=tools/common.sh
@@ -45,7 +45,7 @@ check_group() {
         if output="$(is_clean "$preset" "$source")"; then
             touch "$CLEAN/$key"
         else
-            printf '%s\n' "$output"
+            printf '%s\n' "$output" >>"$WORK/findings/$2"
             failed=1
         fi
     done <"$group"
@@ -60,7 +60,13 @@ check_groups() {
     note "$1 sources, $2 of them changed"
     [ -n "$work" ] || return 0
     awk -F '\t' -v total="$(wc -l <<<"$work")" '{ print $0 "\t" NR "\t" total }' <<<"$work" | tr '\t' '\n' |
-        xargs -r -d '\n' -n 4 -P "$JOBS" "$ROOT/tools/check-tidy.sh" --group
+        xargs -r -d '\n' -n 4 -P "$JOBS" "$ROOT/tools/check-tidy.sh" --group || show_findings
+}
+
+# All together at the end, where whoever looks at the end of a long log finds them.
+show_findings() {
+    cat "$WORK"/findings/*
+    fail "clang-tidy found what stands above"
 }
 
 main() {
@@ -70,15 +76,16 @@ main() {
         return
     fi
     need_tools "$TIDY" python3 i686-w64-mingw32-g++-posix
-    for preset in native-clang x86; do
+    for preset in native x86; do
         [ -f "$BUILD/$preset/compile_commands.json" ] || fail "build/$preset is not configured (tools/build.sh $preset)"
     done
-    mkdir -p "$WORK" "$CLEAN"
+    rm -rf "$WORK/findings"
+    mkdir -p "$WORK/findings" "$CLEAN"
     find "$CLEAN" -type f -mtime +30 -delete
-    : >"$WORK/options-native-clang"
+    : >"$WORK/options-native"
     mingw_options >"$WORK/options-x86"
     # What both builds compile is checked once, in the portable build.
-    "$ROOT/tools/tidy-work.py" "$WORK" "$CLEAN" native-clang x86 >"$WORK/list" || fail "the compile databases cannot be read"
+    "$ROOT/tools/tidy-work.py" "$WORK" "$CLEAN" native x86 >"$WORK/list" || fail "the compile databases cannot be read"
     read -r -a counts < <(tail -n 1 "$WORK/list")
     check_groups "${counts[@]}" < <(sed '$d' "$WORK/list")
 }

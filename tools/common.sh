@@ -27,11 +27,20 @@ need_tools() {
     done
 }
 
-# Shows what a running command has reached, when that is news: the last "[12/34]" of its log, else a dot.
-# usage: show_progress LOG PREVIOUS_MARK; the new mark is left in MARK
+# How far a running command is, as its log says: the last "[12/34]" or "12/34 Test"; nothing when it says nothing of that.
+mark_of() { tail -c 400 "$1" 2>/dev/null | grep -aoE '^ *\[?[0-9]+/[0-9]+(\]| Test)' | tail -n 1 | tr -dc '0-9/' || true; }
+
+# Shows what a running command has reached, when that is news, else a dot; beside others its name as well, for the one that
+# shows them all. usage: show_progress NAME LOG PREVIOUS_MARK; the new mark is left in MARK
 show_progress() {
-    MARK="$(tail -c 400 "$1" 2>/dev/null | grep -aoE '^\[[0-9]+/[0-9]+\]' | tail -n 1 || true)"
-    if [ -z "$MARK" ]; then printf '.'; elif [ "$MARK" != "$2" ]; then printf '%s' "$MARK"; fi
+    MARK="$(mark_of "$2")"
+    if [ -n "${LANE_STATE:-}" ]; then
+        printf '%s\n' "$1${MARK:+ }$MARK" >"$LANE_STATE"
+    elif [ -z "$MARK" ]; then
+        printf '.'
+    elif [ "$MARK" != "$3" ]; then
+        printf '[%s]' "$MARK"
+    fi
 }
 
 # Runs a long command with its output in a log, a sign of life every ten seconds, and the log's end on failure.
@@ -45,10 +54,10 @@ with_log() {
     while kill -0 "$pid" 2>/dev/null; do
         sleep 0.1
         ticks=$((ticks + 1))
-        [ "$ticks" -ne 50 ] || printf '   '
-        [ $((ticks % 100)) -ne 50 ] || show_progress "$log" "$MARK"
+        [ "$ticks" -ne 50 ] || [ -n "${LANE_STATE:-}" ] || printf '   '
+        [ $((ticks % 100)) -ne 50 ] || show_progress "$name" "$log" "$MARK"
     done
-    [ "$ticks" -lt 50 ] || printf '\n'
+    [ "$ticks" -lt 50 ] || [ -n "${LANE_STATE:-}" ] || printf '\n'
     wait "$pid" || status=$?
     if [ "$status" -ne 0 ]; then
         tail -n "${KESTREL_LOG_TAIL:-40}" "$log" >&2

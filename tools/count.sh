@@ -20,6 +20,18 @@ check() {
     if with_log "$name" "$@"; then count_pass; else count_failure "$name"; fi
 }
 
+# What a shell has counted, for the one that started it. usage: save_count FILE; add_count FILE
+save_count() { printf '%s\n' "$PASSED" "$FAILED" "${FAILURES[@]}" >"$1"; }
+
+add_count() {
+    local lines
+    [ -f "$1" ] || return 1
+    mapfile -t lines <"$1"
+    PASSED=$((PASSED + lines[0]))
+    FAILED=$((FAILED + lines[1]))
+    FAILURES+=("${lines[@]:2}")
+}
+
 closing() {
     local failure
     for failure in "${FAILURES[@]}"; do note "failed: $failure"; done

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the project's private Wine prefix when it is missing, unfinished or from an older recipe.
+# Makes the private Wine prefix when it is missing, unfinished or from an older recipe: a copy of one that is made once.
 # shellcheck source=tools/common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 # shellcheck source=tools/wine-env.sh
@@ -7,13 +7,15 @@
 
 # Raise it whenever the steps below change.
 RECIPE=2
-WORK="$PREFIX.new"
+WORK="$TEMPLATE.new"
 
-prefix_is_whole() {
-    [ -f "$PREFIX_STAMP" ] && [ "$(cat "$PREFIX_STAMP")" = "$RECIPE" ] &&
-        [ -s "$PREFIX/system.reg" ] && [ -s "$PREFIX/user.reg" ] &&
-        [ -f "$PREFIX/drive_c/windows/system32/kernel32.dll" ] &&
-        [ -f "$PREFIX/drive_c/windows/syswow64/kernel32.dll" ]
+# usage: is_whole FOLDER
+is_whole() {
+    local stamp="$1/${PREFIX_STAMP##*/}"
+    [ -f "$stamp" ] && [ "$(cat "$stamp")" = "$RECIPE" ] &&
+        [ -s "$1/system.reg" ] && [ -s "$1/user.reg" ] &&
+        [ -f "$1/drive_c/windows/system32/kernel32.dll" ] &&
+        [ -f "$1/drive_c/windows/syswow64/kernel32.dll" ]
 }
 
 # Registry settings for runs that nobody watches: a crash ends the program at once instead of opening a debugger, and
@@ -57,23 +59,41 @@ make_prefix() {
     printf '%s\n' "$RECIPE" >"$WORK/${PREFIX_STAMP##*/}"
 }
 
+# Made under another name and moved in one step, so that whatever stands under the final name is whole.
+# usage: put_in_place FOLDER
+put_in_place() {
+    end_wine_server "$1"
+    rm -rf "$1"
+    mv "$WORK" "$1"
+}
+
+# The files of Windows, more than a gigabyte that nobody writes to, are shared; what programs change is each prefix's own.
+copy_template() {
+    mkdir -p "$WORK/drive_c" &&
+        cp -al "$TEMPLATE/drive_c/windows" "$WORK/drive_c/" &&
+        find "$TEMPLATE" -mindepth 1 -maxdepth 1 ! -name drive_c -exec cp -a -t "$WORK" {} + &&
+        find "$TEMPLATE/drive_c" -mindepth 1 -maxdepth 1 ! -name windows -exec cp -a -t "$WORK/drive_c" {} +
+}
+
 main() {
     need_tools wineboot wineserver
-    mkdir -p "$(dirname "$PREFIX")" || fail "cannot write to $(dirname "$PREFIX")"
+    mkdir -p "$BUILD" "$(dirname "$PREFIX")" || fail "cannot write to build or to $(dirname "$PREFIX")"
     # Two runs at once must not build the same prefix: the second waits and finds it done. The children must not inherit
     # the lock, or a lingering Wine process would hold it.
-    exec 9>"$PREFIX.lock"
+    exec 9>"$TEMPLATE.lock"
     flock 9
-    prefix_is_whole && return 0
-    say "Making the Wine prefix"
+    ! is_whole "$PREFIX" || return 0
     trap 'end_wine_server "$WORK"; rm -rf "$WORK"' EXIT
     trap 'exit 130' INT TERM HUP
     end_wine_server "$WORK"
-    end_wine_server "$PREFIX"
-    rm -rf "$WORK" "$PREFIX"
-    with_log prefix make_prefix 9>&- || fail "the Wine prefix could not be made"
-    # Moved in one step, so that whatever stands under the final name is whole.
-    mv "$WORK" "$PREFIX"
+    rm -rf "$WORK"
+    if ! is_whole "$TEMPLATE"; then
+        say "Making the Wine prefix"
+        with_log prefix make_prefix 9>&- || fail "the Wine prefix could not be made"
+        put_in_place "$TEMPLATE"
+    fi
+    copy_template || fail "the Wine prefix could not be copied (no right, or no room on the disk)"
+    put_in_place "$PREFIX"
 }
 
 main "$@"

@@ -7,11 +7,11 @@
 # shellcheck source=tools/wine-env.sh
 . "$ROOT/tools/wine-env.sh"
 
-# Ends everything of a login session (the command runs in one of its own) and the private Wine servers: of the prefix, and
-# of the one in which the distribution is tried. usage: end_all SESSION
+# Ends everything of a login session (the command runs in one of its own) and the servers of all private Wine prefixes.
+# usage: end_all SESSION
 end_all() {
     local session="$1" prefix
-    for prefix in "$PREFIX" "$PREFIX.new" "$DIST_PREFIX" "$DIST_PREFIX.new"; do end_wine_server "$prefix"; done
+    for prefix in "$PREFIX" "$BUILD"/*wine*; do end_wine_server "$prefix"; done
     pkill -TERM -s "$session" || return 0
     for _ in $(seq 50); do
         pgrep -s "$session" >/dev/null || return 0

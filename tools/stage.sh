@@ -7,7 +7,7 @@
 # Starts a virtual display under the first free number and points DISPLAY at it. It must stand before the Wine server
 # starts: a server that began without a display refuses windows for the rest of its life.
 start_display() {
-    local file="$BUILD/display"
+    local file="$PREFIX.display"
     need_tools Xvfb
     rm -f "$file"
     Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$file" >/dev/null 2>&1 </dev/null &

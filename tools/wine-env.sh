@@ -2,9 +2,9 @@
 # shellcheck shell=bash
 
 PREFIX="${KESTREL_WINEPREFIX:-$BUILD/wine}"
-# The one in which the distribution is installed and removed, where nothing is registered otherwise.
+# What each prefix begins as.
 # shellcheck disable=SC2034 # read by the scripts that source this file
-DIST_PREFIX="$BUILD/dist-wine"
+TEMPLATE="$BUILD/wine-template"
 # A prefix without it was never finished; its content is the version of the recipe in prefix.sh.
 # shellcheck disable=SC2034 # read by the scripts that source this file
 PREFIX_STAMP="$PREFIX/kestrel-prefix"
