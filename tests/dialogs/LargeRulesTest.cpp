@@ -96,8 +96,8 @@ TEST_F(LargeRulesTest, ThirtyThousandLevelsAreWorked) {
     constexpr int levels = 30000;
     rule = DeepRule(levels);
     auto& tree = rule->Relations();
-    // Work that grew as the square of the levels would take many minutes; machines that share their memory with others differ
-    // by ten.
+    // Work that grew as the square of the levels would take many minutes; machines that share their memory with others
+    // differ by ten.
     double lap = ProcessorSeconds();
     const auto took = [&lap] {
         const double before = std::exchange(lap, ProcessorSeconds());
