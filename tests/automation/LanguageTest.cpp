@@ -18,7 +18,7 @@ const TextPair Texts[] = {
 #undef STRING
 };
 
-bool IsGerman() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_GERMAN; }
+bool HasGermanTexts() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_GERMAN; }
 
 // The text as it stands in the library's resources for that language.
 String Resource(HMODULE module, int number, WORD language) {
@@ -38,7 +38,7 @@ TEST_F(LanguageTest, IsTheOneThatThisRunIsFor) {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing changes the environment while the tests run
     const char* expected = std::getenv("KESTREL_TEST_LANGUAGE");
     if (expected == nullptr) return; // run by hand, in whatever language
-    EXPECT_EQ(std::string(expected), IsGerman() ? "German" : "English");
+    EXPECT_EQ(std::string(expected), HasGermanTexts() ? "German" : "English");
 }
 
 TEST_F(LanguageTest, EveryTextIsThereInBothLanguages) {
@@ -52,7 +52,7 @@ TEST_F(LanguageTest, EveryTextIsThereInBothLanguages) {
 TEST_F(LanguageTest, ErrorsSpeakTheUsersLanguage) {
     const auto textOf = [](int number) {
         for (const auto& [candidate, english, german] : Texts)
-            if (candidate == number) return String(IsGerman() ? german : english);
+            if (candidate == number) return String(HasGermanTexts() ? german : english);
         return String();
     };
     EXPECT_EQ(FailureOf(NewList()->put_Name(nullptr)).description, textOf(2003));
@@ -67,7 +67,7 @@ TEST_F(LanguageTest, ErrorsSpeakTheUsersLanguage) {
 TEST_F(LanguageTest, AStoredNumberIsReadAlikeEverywhere) {
     const auto band = NewBand();
     Must(band->put_Style(bsIncreaseNumber));
-    Must(band->put_Default(Arg(IsGerman() ? L"7,5" : L"7.50")));
+    Must(band->put_Default(Arg(HasGermanTexts() ? L"7,5" : L"7.50")));
     EXPECT_EQ(Text(band, &_Band::get_Default), L"7.5");
     Must(band->put_InitStart(Arg(L"7.5")));
     EXPECT_EQ(Text(band, &_Band::get_InitStart), L"7.5");

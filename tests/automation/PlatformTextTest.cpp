@@ -12,7 +12,7 @@ namespace {
 
 const WindowsText Platform;
 
-bool IsGerman() { return PRIMARYLANGID(GetUserDefaultLangID()) == LANG_GERMAN; }
+bool HasGermanFormats() { return PRIMARYLANGID(GetUserDefaultLangID()) == LANG_GERMAN; }
 
 struct FormatCase {
     const wchar_t* value;
@@ -44,7 +44,7 @@ TEST(PlatformTextTest, Format) {
         {L"1234567890123456789012345678", L"0", L"1234567890123456789012345678", L"1234567890123456789012345678"},
     };
     for (const auto& [value, format, english, german] : cases)
-        EXPECT_EQ(Platform.Format(value, format), IsGerman() ? german : english)
+        EXPECT_EQ(Platform.Format(value, format), HasGermanFormats() ? german : english)
             << testing::PrintToString(String(value)) << " " << testing::PrintToString(String(format));
 }
 
@@ -52,8 +52,8 @@ TEST(PlatformTextTest, Numbers) {
     EXPECT_EQ(Platform.Number(L" 12 "), 12.0);
     EXPECT_EQ(Platform.Number(L"-5"), -5.0);
     EXPECT_EQ(Platform.Number(L"1e3"), 1000.0);
-    EXPECT_EQ(Platform.Number(L"1,5"), IsGerman() ? 1.5 : 15.0);
-    EXPECT_EQ(Platform.Number(L"1.5"), IsGerman() ? 15.0 : 1.5);
+    EXPECT_EQ(Platform.Number(L"1,5"), HasGermanFormats() ? 1.5 : 15.0);
+    EXPECT_EQ(Platform.Number(L"1.5"), HasGermanFormats() ? 15.0 : 1.5);
     for (const wchar_t* text : {L"", L" ", L"-", L"12abc", L"abc"})
         EXPECT_EQ(Platform.Number(text), std::nullopt) << testing::PrintToString(String(text));
 }
@@ -61,7 +61,7 @@ TEST(PlatformTextTest, Numbers) {
 TEST(PlatformTextTest, Dates) {
     EXPECT_EQ(Platform.ParseDate(L"2024-05-06 12:00:00"), 45418.5);
     EXPECT_EQ(Platform.ParseDate(L"06:00"), 0.25);
-    EXPECT_EQ(Platform.ParseDate(IsGerman() ? L"06.05.2024" : L"5/6/2024"), 45418.0);
+    EXPECT_EQ(Platform.ParseDate(HasGermanFormats() ? L"06.05.2024" : L"5/6/2024"), 45418.0);
     EXPECT_EQ(Platform.ParseDate(L""), std::nullopt);
     EXPECT_EQ(Platform.ParseDate(L"abc"), std::nullopt);
 }

@@ -36,9 +36,9 @@ class EmptyRoot {
     HKEY mvarKey = nullptr;
 };
 
-using Content = std::map<String, String>; // path of a key, "|" and the name of a value; its text
+using RegistryContent = std::map<String, String>; // path of a key, "|" and the name of a value; its text
 
-void Collect(HKEY key, const String& path, Content& content) {
+void Collect(HKEY key, const String& path, RegistryContent& content) {
     wchar_t name[256];
     for (DWORD i = 0;; ++i) {
         DWORD length = 256;
@@ -57,8 +57,8 @@ void Collect(HKEY key, const String& path, Content& content) {
     }
 }
 
-Content Below(HKEY root, const wchar_t* path) {
-    Content content;
+RegistryContent Below(HKEY root, const wchar_t* path) {
+    RegistryContent content;
     HKEY key = nullptr;
     if (RegOpenKeyExW(root, path, 0, KEY_READ, &key) == ERROR_SUCCESS) {
         Collect(key, {}, content);
@@ -75,7 +75,7 @@ String GuidText(const GUID& guid) {
 
 constexpr const wchar_t* LibraryId = L"{5FCF6600-4BF4-4628-AC4C-29A59E8E09EF}";
 
-void ExpectClass(Content& expected, const String& name, const GUID& clsid, const String& description) {
+void ExpectClass(RegistryContent& expected, const String& name, const GUID& clsid, const String& description) {
     const String key = L"CLSID\\" + GuidText(clsid);
     expected[key + L"|"] = description;
     expected[key + L"\\InprocServer32|"] = LibraryPath();
@@ -92,7 +92,7 @@ void ExpectClass(Content& expected, const String& name, const GUID& clsid, const
     expected[L"Kestrel." + name + L"\\CurVer|"] = L"Kestrel." + name + L".1";
 }
 
-void ExpectInterface(Content& expected, const String& name, const GUID& iid, const wchar_t* marshaller) {
+void ExpectInterface(RegistryContent& expected, const String& name, const GUID& iid, const wchar_t* marshaller) {
     const String key = L"Interface\\" + GuidText(iid);
     expected[key + L"|"] = name;
     expected[key + L"\\ProxyStubClsid32|"] = marshaller;
@@ -100,10 +100,10 @@ void ExpectInterface(Content& expected, const String& name, const GUID& iid, con
     expected[key + L"\\TypeLib|Version"] = L"1.0";
 }
 
-Content WholeRegistration() {
+RegistryContent WholeRegistration() {
     constexpr const wchar_t* byLibrary = L"{00020424-0000-0000-C000-000000000046}";
     constexpr const wchar_t* byDispatch = L"{00020420-0000-0000-C000-000000000046}";
-    Content expected;
+    RegistryContent expected;
     ExpectClass(expected, L"CodeClass", __uuidof(::CodeClass), L"Kestrel code rule");
     ExpectClass(expected, L"Band", __uuidof(::Band), L"Kestrel segment of a code rule");
     ExpectClass(expected, L"cNodes", __uuidof(::cNodes), L"Kestrel relation tree");
@@ -157,10 +157,10 @@ LSTATUS WINAPI WatchedOpen(HKEY parent, LPCWSTR path, DWORD options, REGSAM righ
 class RegistrationTest : public ComTest {
   protected:
     LoadedLibrary library{LibraryPath()};
-    const Content expected = WholeRegistration(); // read before the registry is turned away
+    const RegistryContent expected = WholeRegistration(); // read before the registry is turned away
 };
 
-void ExpectSame(const Content& actual, const Content& expected) {
+void ExpectSame(const RegistryContent& actual, const RegistryContent& expected) {
     for (const auto& [path, text] : expected) {
         const auto found = actual.find(path);
         EXPECT_TRUE(found != actual.end() && found->second == text) << testing::PrintToString(path);

@@ -18,7 +18,7 @@ class TypeLibraryTest : public ComTest {
     }
 };
 
-std::string Content(const std::string& path) {
+std::string FileContent(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream content;
     content << file.rdbuf();
@@ -28,7 +28,7 @@ std::string Content(const std::string& path) {
 } // namespace
 
 TEST_F(TypeLibraryTest, IsWhatWasPublished) {
-    const std::string published = Content(KESTREL_TEST_FOLDER "/Kestrel.typelib.txt");
+    const std::string published = FileContent(KESTREL_TEST_FOLDER "/Kestrel.typelib.txt");
     const std::string built = Dump(*Library().Get());
     ASSERT_FALSE(published.empty());
     std::istringstream publishedLines(published);

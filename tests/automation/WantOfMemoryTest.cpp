@@ -39,12 +39,12 @@ class WantOfMemoryTest : public ComTest {
         auto rule = NewRule();
         const auto add = [&rule](const wchar_t* name, ::BandStyles style, const wchar_t* value, const VARIANT& length) {
             ComPtr<_Band> band;
-            Must(rule->Add(Arg(name), style, smNoneSwap, Arg(value), nullptr, length, nullptr, Missing(), Missing(),
+            Must(rule->Add(Arg(name), style, ::smNoneSwap, Arg(value), nullptr, length, nullptr, Missing(), Missing(),
                            band.Out()));
             return band;
         };
-        add(L"A long name of a band", bsFixed, L"PREFIX-", Missing());
-        const auto number = add(L"Number", bsIncreaseNumber, L"10001", Number(5));
+        add(L"A long name of a band", ::bsFixed, L"PREFIX-", Missing());
+        const auto number = add(L"Number", ::bsIncreaseNumber, L"10001", Number(5));
         Must(Object(number, &_Band::get_TrackBands)->Add(Arg(L"A long name of a band"), Bstr().Out()));
         return rule;
     }
@@ -80,7 +80,7 @@ TEST_F(WantOfMemoryTest, GetCodeNeverCountsWithoutTheHost) {
     };
     const auto issue = [&code](const auto& rule) {
         code = Bstr();
-        return rule->GetCode(gsNewCode, code.Out());
+        return rule->GetCode(::gsNewCode, code.Out());
     };
     const int failed = FailEach(Rule, __uuidof(__CodeClass), answer, issue, [&code](const auto&, HRESULT result) {
         EXPECT_EQ(code.Text(), SUCCEEDED(result) ? L"PREFIX-20042" : L"");
@@ -125,7 +125,7 @@ TEST_F(WantOfMemoryTest, AChangeIsToldOrTheCallFails) {
         return S_OK;
     };
     const auto add = [](const auto& tree, StringView text) {
-        return tree->Add(Missing(), tvwFirst, Arg(text), Arg(text), ComPtr<_cNode>().Out());
+        return tree->Add(Missing(), ::tvwFirst, Arg(text), Arg(text), ComPtr<_cNode>().Out());
     };
     const int failed = FailEach(
         NewNodes, __uuidof(__cNodes), note,

@@ -13,7 +13,6 @@ namespace kestrel::test {
 
 namespace {
 
-constexpr LONG listed = STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE;
 constexpr LONG selected = listed | STATE_SYSTEM_SELECTED;
 // Whether the host has the keyboard depends on the programs beside it.
 constexpr LONG anyFocus = ~STATE_SYSTEM_FOCUSED;

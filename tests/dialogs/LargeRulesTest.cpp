@@ -18,9 +18,9 @@ class LargeRulesTest : public DialogTest {
 Ref<CodeClass> LargeRule() {
     auto rule = EmptyRule();
     const auto field = rule->UsrFields().Add(L"Region");
-    NewBand layered{.name = L"Layer", .style = bsUsrField, .swapMode = smLayersSwap, .dataField = field};
+    kestrel::NewBand layered{.name = L"Layer", .style = bsUsrField, .swapMode = smLayersSwap, .dataField = field};
     rule->Add(layered);
-    NewBand under{.name = L"Under", .style = bsUsrField, .swapMode = smLayersSwap, .dataField = field};
+    kestrel::NewBand under{.name = L"Under", .style = bsUsrField, .swapMode = smLayersSwap, .dataField = field};
     rule->Add(under);
     for (int band = 3; band <= 200; ++band)
         rule->Add({.name = L"Band " + ToText(band), .style = bsIncreaseNumber, .defaultValue = L"1"});

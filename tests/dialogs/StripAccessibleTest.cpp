@@ -17,8 +17,6 @@ namespace {
 using dialogs::EventsBetween;
 using dialogs::ItemEvent;
 
-constexpr LONG listed = STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE;
-
 class StripAccessibleTest : public ComTest {};
 
 // The designer of this program, for what a reader within it may do.

@@ -77,7 +77,7 @@ TEST_F(frmDropFieldsTest, DropAnsweredWithNoKeepsEverything) {
 }
 
 TEST_F(frmDropFieldsTest, ABoundFieldStaysAndTheOthersGo) {
-    NewBand band;
+    kestrel::NewBand band;
     band.name = L"Region";
     band.style = bsUsrField;
     band.dataField = rule->UsrFields().Item(L"A");

@@ -18,7 +18,6 @@
 #include "ledger/core/Stamp.h"
 #include "ledger/core/Voiding.h"
 
-using namespace std::chrono_literals;
 using ledger::Access;
 using ledger::AuditRequest;
 using ledger::Finding;
@@ -29,8 +28,6 @@ using ledger::RuleChange;
 using ledger::StoredRule;
 
 namespace {
-
-const ledger::Patience Wait(1s);
 
 struct Column {
     std::wstring table;

@@ -6,7 +6,12 @@
 
 #include "hosts/common/HostError.h"
 
-using namespace ledger; // every method
+using ledger::DammDigit;
+using ledger::EanDigit;
+using ledger::LuhnDigit;
+using ledger::Modulo11Digit;
+using ledger::Modulo97Digits;
+using ledger::VerhoeffDigit;
 
 namespace {
 

@@ -9,19 +9,19 @@ using ledger::SeriesOf;
 namespace {
 
 // "AB-000-C": two characters, a dash, the number, a dash, one character; only the first two and the dashes are shown.
-const NumberBand Band = {L"Number", 3, 3, 1, 999, {true, true, true, false, false, false, true, false}};
+const NumberBand CodeBand = {L"Number", 3, 3, 1, 999, {true, true, true, false, false, false, true, false}};
 
 } // namespace
 
 TEST(CodeMakerTest, ACodeIsNumberedInItsSeries) {
-    EXPECT_EQ(CodeWithNumber(Band, L"AB-??\?-?", 7), L"AB-007-?");
-    EXPECT_EQ(CodeWithNumber(Band, L"AB-??\?-?", 0), L"AB-000-?");
-    EXPECT_EQ(CodeWithNumber(Band, L"AB-??\?-?", 999), L"AB-999-?");
-    EXPECT_EQ(CodeWithNumber(Band, L"AB-??\?-?", -1), L"") << "nothing comes before the number 0";
-    EXPECT_EQ(CodeWithNumber(Band, L"AB", 7), L"") << "a series shorter than its band";
+    EXPECT_EQ(CodeWithNumber(CodeBand, L"AB-??\?-?", 7), L"AB-007-?");
+    EXPECT_EQ(CodeWithNumber(CodeBand, L"AB-??\?-?", 0), L"AB-000-?");
+    EXPECT_EQ(CodeWithNumber(CodeBand, L"AB-??\?-?", 999), L"AB-999-?");
+    EXPECT_EQ(CodeWithNumber(CodeBand, L"AB-??\?-?", -1), L"") << "nothing comes before the number 0";
+    EXPECT_EQ(CodeWithNumber(CodeBand, L"AB", 7), L"") << "a series shorter than its band";
 }
 
 TEST(CodeMakerTest, TheSeriesOfACodeShowsWhatIsFixedOrTracked) {
-    EXPECT_EQ(SeriesOf(Band, L"AB-007-C"), L"AB-??\?-?");
-    EXPECT_EQ(SeriesOf(Band, L"?\?-007-C"), L"?\?-??\?-?");
+    EXPECT_EQ(SeriesOf(CodeBand, L"AB-007-C"), L"AB-??\?-?");
+    EXPECT_EQ(SeriesOf(CodeBand, L"?\?-007-C"), L"?\?-??\?-?");
 }

@@ -6,33 +6,33 @@ namespace {
 
 using ledger::FitsPattern;
 
-struct Row {
+struct FitCase {
     const wchar_t* text;
     const wchar_t* pattern;
     bool fits;
 };
 
 TEST(CodeQueryTest, PatternsFit) {
-    const Row rows[] = {{L"", L"", true},
-                        {L"", L"*", true},
-                        {L"", L"?", false},
-                        {L"a", L"", false},
-                        {L"INV-1", L"INV-1", true},
-                        {L"INV-1", L"inv-1", false},
-                        {L"INV-1", L"INV-?", true},
-                        {L"INV-12", L"INV-?", false},
-                        {L"INV-12", L"INV-*", true},
-                        {L"INV-12", L"*12", true},
-                        {L"INV-12", L"*1", false},
-                        {L"aXbXc", L"a*X*c", true},
-                        {L"aXbXd", L"a*X*c", false},
-                        {L"abc", L"***", true},
-                        {L"abc", L"a**c", true},
-                        {L"abc", L"*?*?*?*", true},
-                        {L"abc", L"*?*?*?*?*", false},
-                        {L"a*c", L"a*c", true},
-                        {L"a%c", L"a_c", false}};
-    for (const Row& row : rows)
+    const FitCase rows[] = {{L"", L"", true},
+                            {L"", L"*", true},
+                            {L"", L"?", false},
+                            {L"a", L"", false},
+                            {L"INV-1", L"INV-1", true},
+                            {L"INV-1", L"inv-1", false},
+                            {L"INV-1", L"INV-?", true},
+                            {L"INV-12", L"INV-?", false},
+                            {L"INV-12", L"INV-*", true},
+                            {L"INV-12", L"*12", true},
+                            {L"INV-12", L"*1", false},
+                            {L"aXbXc", L"a*X*c", true},
+                            {L"aXbXd", L"a*X*c", false},
+                            {L"abc", L"***", true},
+                            {L"abc", L"a**c", true},
+                            {L"abc", L"*?*?*?*", true},
+                            {L"abc", L"*?*?*?*?*", false},
+                            {L"a*c", L"a*c", true},
+                            {L"a%c", L"a_c", false}};
+    for (const FitCase& row : rows)
         EXPECT_EQ(FitsPattern(row.text, row.pattern), row.fits) << testing::PrintToString(std::wstring(row.pattern));
 }
 

@@ -15,21 +15,21 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const ledger::Patience Wait(5s);
+const ledger::Patience ReadingWait(5s);
 
 class CodeReadingTest : public DatabaseFileTest {
   protected:
     void SetUp() override {
         DatabaseFileTest::SetUp();
-        ledger::PrepareSchema(*mvarDatabase, Wait);
+        ledger::PrepareSchema(*mvarDatabase, ReadingWait);
         const std::wstring definition = NumberedRule(L"-", L"Year");
         ledger::CodeMaker maker(definition);
-        static_cast<void>(
-            ledger::ChangeRule(*mvarDatabase, Wait, {L"rule", definition, ledger::Policy::Gapless, {}, {}, {}}, maker));
+        static_cast<void>(ledger::ChangeRule(*mvarDatabase, ReadingWait,
+                                             {L"rule", definition, ledger::Policy::Gapless, {}, {}, {}}, maker));
     }
 
     void Store(const std::vector<std::wstring>& codes) {
-        ledger::InTransaction(*mvarDatabase, Wait, ledger::OnUniqueKey::Fail, [&] {
+        ledger::InTransaction(*mvarDatabase, ReadingWait, ledger::OnUniqueKey::Fail, [&] {
             for (const std::wstring& code : codes)
                 mvarDatabase
                     ->Prepare(L"INSERT INTO kestrel_codes (rule_id, code, ticket, definition, origin, void_act, "
@@ -44,7 +44,7 @@ class CodeReadingTest : public DatabaseFileTest {
     // What is visited, while the connection is lost behind each of these and `meanwhile` happens.
     std::vector<std::wstring> Read(std::vector<std::wstring> losses, const std::function<void()>& meanwhile) {
         std::vector<std::wstring> codes;
-        ledger::ForEachCode(*mvarDatabase, Wait, {}, [&](const ledger::FoundCode& found) {
+        ledger::ForEachCode(*mvarDatabase, ReadingWait, {}, [&](const ledger::FoundCode& found) {
             codes.push_back(found.row.code);
             if (std::erase(losses, found.row.code) == 0) return;
             mvarDatabase->Rollback();

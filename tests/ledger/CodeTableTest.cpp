@@ -10,7 +10,7 @@ using ledger::Relation;
 
 namespace {
 
-using Names = std::vector<std::wstring>;
+using FieldNames = std::vector<std::wstring>;
 
 std::wstring Written(const std::vector<Relation>& relations) {
     std::wstring text;
@@ -20,7 +20,7 @@ std::wstring Written(const std::vector<Relation>& relations) {
     return text;
 }
 
-std::wstring Outcome(const wchar_t* text, const Names& fields) {
+std::wstring TableOutcome(const wchar_t* text, const FieldNames& fields) {
     try {
         return Written(ledger::ReadCodeTable(hosts::ParseCsv(text), L"f.csv", fields).relations);
     } catch (const hosts::HostError& error) {
@@ -28,13 +28,13 @@ std::wstring Outcome(const wchar_t* text, const Names& fields) {
     }
 }
 
-struct Row {
+struct TableCase {
     const wchar_t* text;
-    Names fields;
+    FieldNames fields;
     const wchar_t* outcome; // the relations, or a part of the message
 };
 
-const Row Accepted[] = {
+const TableCase AcceptedTables[] = {
     {L"c,v\n1,North\n2,South\n", {L"Region"}, L"1=North 2=South"},
     {L"Region,Region code\nNorth,1\nSouth,2\n", {L"Region"}, L"1=North 2=South"},
     {L"No,Region,Region code,Who\n7,North,1,x\n", {L"Region"}, L"1=North"},
@@ -45,7 +45,7 @@ const Row Accepted[] = {
     {L"Town code,Town,Land code,Land\n1,Ulm,D,Germany\n,,F,France\n", {L"Land", L"Town"}, L"D=Germany(1=Ulm) F=France"},
 };
 
-const Row Rejected[] = {
+const TableCase RejectedTables[] = {
     {L"c,v\n", {L"A"}, L"f.csv: the file has no line below its columns' names"},
     {L"a,b,c\n1,2,3\n", {L"A"}, L"f.csv: a column \"A\" with the values is expected"},
     {L"a,b\n1,2\n", {L"A", L"B"}, L"there are: a, b"},
@@ -65,21 +65,21 @@ const Row Rejected[] = {
 } // namespace
 
 TEST(CodeTableTest, AcceptedFiles) {
-    for (const Row& row : Accepted) {
-        EXPECT_EQ(Outcome(row.text, row.fields), row.outcome) << hosts::ToUtf8(row.text);
+    for (const TableCase& row : AcceptedTables) {
+        EXPECT_EQ(TableOutcome(row.text, row.fields), row.outcome) << hosts::ToUtf8(row.text);
     }
 }
 
 TEST(CodeTableTest, RejectedFiles) {
-    for (const Row& row : Rejected)
-        EXPECT_NE(Outcome(row.text, row.fields).find(row.outcome), std::wstring::npos)
-            << hosts::ToUtf8(row.text) << " -> " << hosts::ToUtf8(Outcome(row.text, row.fields));
+    for (const TableCase& row : RejectedTables)
+        EXPECT_NE(TableOutcome(row.text, row.fields).find(row.outcome), std::wstring::npos)
+            << hosts::ToUtf8(row.text) << " -> " << hosts::ToUtf8(TableOutcome(row.text, row.fields));
 }
 
 TEST(CodeTableTest, WrittenAndReadAgainItIsTheSame) {
-    for (const Row& row : Accepted) {
+    for (const TableCase& row : AcceptedTables) {
         const CodeTable table = ledger::ReadCodeTable(hosts::ParseCsv(row.text), L"f.csv", row.fields);
-        EXPECT_EQ(Outcome(ledger::WriteCodeTable(table.relations, row.fields).c_str(), row.fields), row.outcome);
+        EXPECT_EQ(TableOutcome(ledger::WriteCodeTable(table.relations, row.fields).c_str(), row.fields), row.outcome);
     }
     EXPECT_EQ(ledger::WriteCodeTable({{L"1", L"a \"b\"", {}}}, {L"A"}), L"A code,A\n1,\"a \"\"b\"\"\"\n");
 }

@@ -9,6 +9,9 @@
 
 #include "ledger/db/Open.h"
 
+// How long these tests wait for the database, which nobody else uses.
+inline const ledger::Patience Wait(std::chrono::seconds(1));
+
 class DatabaseFileTest : public testing::Test {
   protected:
     void SetUp() override {
@@ -22,7 +25,7 @@ class DatabaseFileTest : public testing::Test {
 
     // A connection more, as another program has one.
     [[nodiscard]] std::unique_ptr<ledger::Database> Open() const {
-        return ledger::OpenDatabase(mvarFile.wstring(), ledger::Patience(std::chrono::seconds(1)));
+        return ledger::OpenDatabase(mvarFile.wstring(), Wait);
     }
 
     std::unique_ptr<ledger::Database> mvarDatabase;

@@ -20,12 +20,12 @@ Lines Strays(const wchar_t* text) {
     return lines;
 }
 
-struct Row {
+struct StrayCase {
     const wchar_t* text;
     const wchar_t* stray; // the only one, or a part of it
 };
 
-const Row StrayTexts[] = {
+const StrayCase StrayTexts[] = {
     {L"=====02\r0", L"1: =====: is no definition, which begins with #####"},
     {L"", L"1: : is no definition, which begins with #####"},
     {L"#####02\r0\rx\ry", L"3: x: is no number of an entry; it counts as 0"},
@@ -90,7 +90,7 @@ const struct {
 } // namespace
 
 TEST(DefinitionTextTest, WhatIsNoLineOfADefinitionIsStray) {
-    for (const Row& row : StrayTexts) {
+    for (const StrayCase& row : StrayTexts) {
         const Lines strays = Strays(row.text);
         ASSERT_EQ(strays.size(), 1U) << hosts::ToUtf8(row.text);
         EXPECT_TRUE(strays[0].starts_with(row.stray)) << hosts::ToUtf8(strays[0]);

@@ -10,12 +10,12 @@ using ledger::MacroFormula;
 
 namespace {
 
-const FormulaNames Names = {{L"Date", L"Name", L"A", L"B", L"C", L"Check"},
-                            {{L"Number", L""}, {L"Digit", L"Check"}, {L"Second", L"B"}, {L"Year", L"A"}}};
+const FormulaNames KnownNames = {{L"Date", L"Name", L"A", L"B", L"C", L"Check"},
+                                 {{L"Number", L""}, {L"Digit", L"Check"}, {L"Second", L"B"}, {L"Year", L"A"}}};
 
-std::wstring RefusalOf(const std::vector<MacroFormula>& formulas) {
+std::wstring RefusalOfSet(const std::vector<MacroFormula>& formulas) {
     try {
-        const FormulaSet set(formulas, Names);
+        const FormulaSet set(formulas, KnownNames);
         return {};
     } catch (const hosts::HostError& error) {
         return error.Message();
@@ -24,7 +24,7 @@ std::wstring RefusalOf(const std::vector<MacroFormula>& formulas) {
 
 std::wstring Order(const std::vector<MacroFormula>& formulas) {
     std::wstring order;
-    const FormulaSet set(formulas, Names);
+    const FormulaSet set(formulas, KnownNames);
     for (const auto& formula : set.Planned())
         order += formula.macro + (formula.isLate ? L"! " : L" ");
     return order;
@@ -46,7 +46,8 @@ TEST(FormulaSetTest, WhatNamesBandsIsLate) {
 
 TEST(FormulaSetTest, ARecordBringsWhatFormulasNeed) {
     using Texts = std::vector<std::wstring>;
-    const FormulaSet set({{L"A", L"=upper(B)"}, {L"B", L"=fiscal(Date end)"}, {L"Check", L"=luhn(Number)"}}, Names);
+    const FormulaSet set({{L"A", L"=upper(B)"}, {L"B", L"=fiscal(Date end)"}, {L"Check", L"=luhn(Number)"}},
+                         KnownNames);
     EXPECT_EQ(set.Given({L"A", L"Check", L"Name"}), (Texts{L"Name", L"Date"}));
     EXPECT_EQ(set.Given({L"Check"}), Texts());
     EXPECT_EQ(set.Given({L"Name", L"Name"}), Texts{L"Name"});
@@ -55,13 +56,13 @@ TEST(FormulaSetTest, ARecordBringsWhatFormulasNeed) {
 }
 
 TEST(FormulaSetTest, CirclesAreRefused) {
-    EXPECT_EQ(RefusalOf({{L"A", L"=upper(A)"}}), L"macros are computed from each other in a circle: A from A");
-    EXPECT_EQ(RefusalOf({{L"C", L"=upper(A)"}, {L"A", L"=upper(B)"}, {L"B", L"=left(A 1)"}}),
+    EXPECT_EQ(RefusalOfSet({{L"A", L"=upper(A)"}}), L"macros are computed from each other in a circle: A from A");
+    EXPECT_EQ(RefusalOfSet({{L"C", L"=upper(A)"}, {L"A", L"=upper(B)"}, {L"B", L"=left(A 1)"}}),
               L"macros are computed from each other in a circle: A from B from A");
-    EXPECT_EQ(RefusalOf({{L"Check", L"=luhn(Number Digit)"}}),
+    EXPECT_EQ(RefusalOfSet({{L"Check", L"=luhn(Number Digit)"}}),
               L"macros are computed from each other in a circle: Check from Check")
         << "the digit's own band";
-    EXPECT_EQ(RefusalOf({{L"Check", L"=luhn(Second)"}, {L"B", L"=luhn(Digit)"}}),
+    EXPECT_EQ(RefusalOfSet({{L"Check", L"=luhn(Second)"}, {L"B", L"=luhn(Digit)"}}),
               L"macros are computed from each other in a circle: Check from B from Check");
 }
 
@@ -88,9 +89,9 @@ TEST(FormulaSetTest, RefusalsNameTheMacroAndTheReason) {
         {L"=today(Date)", L"today cannot take \"Date\"; write today([local|utc])"},
         {L"=upper(fiscl(Date))", L"there is no function \"fiscl\"; nearest: 'fiscal'"}};
     for (const auto& row : rows)
-        EXPECT_EQ(RefusalOf({{L"A", row[0]}}), L"macro A, formula " + std::wstring(row[0]) + L": " + row[1]);
+        EXPECT_EQ(RefusalOfSet({{L"A", row[0]}}), L"macro A, formula " + std::wstring(row[0]) + L": " + row[1]);
     EXPECT_EQ(
-        RefusalOf({{L"A", L"year(Date"}}),
+        RefusalOfSet({{L"A", L"year(Date"}}),
         L"macro A, formula year(Date: formula \"year(Date\", character 10: it ends too early (a definition ends a "
         L"description at \",\" and \";\": put blanks between arguments)");
 }

@@ -24,7 +24,7 @@ std::wstring Shown(const Expression& expression) {
     return text + L"]";
 }
 
-std::wstring RefusalOf(const std::wstring& formula) {
+std::wstring ShownOrRefused(const std::wstring& formula) {
     try {
         return Shown(ParseFormula(formula));
     } catch (const hosts::HostError& error) {
@@ -52,7 +52,7 @@ TEST(FormulaTest, AcceptedFormulas) {
                                       {L"f(A(B) C)", L"[f [A \"B\"] \"C\"]"},
                                       {L"f('')", L"[f '']"}};
     for (const auto& row : rows)
-        EXPECT_EQ(RefusalOf(row[0]), row[1]) << testing::PrintToString(std::wstring(row[0]));
+        EXPECT_EQ(ShownOrRefused(row[0]), row[1]) << testing::PrintToString(std::wstring(row[0]));
 }
 
 TEST(FormulaTest, RejectedFormulasAndTheirPlaces) {
@@ -75,7 +75,7 @@ TEST(FormulaTest, RejectedFormulasAndTheirPlaces) {
                 {L"=(Date)", 2, L"a name, a text, a number or a function was expected"},
                 {L"f(A (B))", 5, L"a name, a text, a number or a function was expected"}};
     for (const auto& row : rows) {
-        const std::wstring refusal = RefusalOf(row.formula);
+        const std::wstring refusal = ShownOrRefused(row.formula);
         const std::wstring begin = L"formula \"" + std::wstring(row.formula) + L"\", character " +
                                    std::to_wstring(row.place) + L": " + row.reason;
         EXPECT_TRUE(refusal.starts_with(begin)) << testing::PrintToString(refusal);
@@ -83,11 +83,12 @@ TEST(FormulaTest, RejectedFormulasAndTheirPlaces) {
 }
 
 TEST(FormulaTest, EndlessFormulasAreRefused) {
-    EXPECT_EQ(RefusalOf(std::wstring(1'000'000, L'a')), L"the formula is 1000000 characters long; up to 1000 are read");
+    EXPECT_EQ(ShownOrRefused(std::wstring(1'000'000, L'a')),
+              L"the formula is 1000000 characters long; up to 1000 are read");
     std::wstring deep;
     for (int call = 0; call < 200; ++call)
         deep += L"f(";
-    EXPECT_NE(RefusalOf(deep).find(L"calls within calls go up to 20 deep"), std::wstring::npos);
+    EXPECT_NE(ShownOrRefused(deep).find(L"calls within calls go up to 20 deep"), std::wstring::npos);
 }
 
 TEST(FormulaTest, DescriptionsForPeopleAreNoFormulas) {

@@ -12,13 +12,10 @@
 #include "ledger/core/RuleChange.h"
 #include "ledger/core/Schema.h"
 
-using namespace std::chrono_literals;
 using ledger::Database;
 using ledger::Outcome;
 
 namespace {
-
-const ledger::Patience Wait(1s);
 
 // A database in which something happens right before a statement.
 class MeddledDatabase final : public PassingDatabase {

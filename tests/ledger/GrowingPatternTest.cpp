@@ -25,7 +25,7 @@ std::wstring Grown(const wchar_t* pattern, const wchar_t* growth) {
     }
 }
 
-struct Row {
+struct GrowthCase {
     const wchar_t* pattern;
     const wchar_t* growth;
     const wchar_t* expected;
@@ -34,14 +34,14 @@ struct Row {
 } // namespace
 
 TEST(GrowingPatternTest, EachWidthBeginsWhereTheOneBeforeEnds) {
-    const Row rows[] = {
+    const GrowthCase rows[] = {
         {L"INV{####}", L"4..6", L"####:1 #####:10000 ######:100000"},
         {L"{##:17}", L"2..3", L"##:17 ###:100"},
         {L"{Year:4}-{#}{=luhn(Number)}", L"1..2", L"#:1 ##:10"},
         {L"{#:0}", L"1..2", L"#:0 ##:10"},
         {L"{#################}", L"17..18", L"#################:1 ##################:100000000000000000"},
     };
-    for (const Row& row : rows)
+    for (const GrowthCase& row : rows)
         EXPECT_EQ(Grown(row.pattern, row.growth), row.expected) << hosts::ToUtf8(row.pattern);
 }
 
@@ -53,7 +53,7 @@ TEST(GrowingPatternTest, TheWidestPatternReadsBackAsItIsWritten) {
 }
 
 TEST(GrowingPatternTest, WhatCannotGrowIsRefused) {
-    const Row rows[] = {
+    const GrowthCase rows[] = {
         {L"{A:1}", L"4..6", L"0: the pattern has no number that could grow; write one such as {####}"},
         {L"{##}x{##}", L"2..6", L"5: this is a second number; only a pattern with one number can grow"},
         {L"INV{###}", L"4..6", L"3: the number has 3 digits and is to grow from 4; write {####}"},
@@ -64,6 +64,6 @@ TEST(GrowingPatternTest, WhatCannotGrowIsRefused) {
         {L"{####}", L"4..4", L"a number that grows from 4 to 4 digits does not grow; write as in 4..9"},
         {L"{####}", L"4..19", L"a number of 19 digits is too long; a ledger counts in up to 18"},
     };
-    for (const Row& row : rows)
+    for (const GrowthCase& row : rows)
         EXPECT_EQ(Grown(row.pattern, row.growth), row.expected) << hosts::ToUtf8(row.pattern);
 }

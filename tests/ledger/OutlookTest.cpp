@@ -11,7 +11,7 @@ using ledger::Outlook;
 
 const std::chrono::sys_seconds Now = std::chrono::sys_days(std::chrono::year(2024) / 3 / 1);
 
-NumberBand Band(std::int64_t start, std::int64_t highest) {
+NumberBand BandBetween(std::int64_t start, std::int64_t highest) {
     NumberBand band;
     band.name = L"Number";
     band.start = start;
@@ -20,7 +20,7 @@ NumberBand Band(std::int64_t start, std::int64_t highest) {
 }
 
 Outlook At(std::int64_t last, double perDay) {
-    return ledger::OutlookOf({L"Number", L"???", last, 1, last}, {Band(1, 999)}, perDay, Now).value();
+    return ledger::OutlookOf({L"Number", L"???", last, 1, last}, {BandBetween(1, 999)}, perDay, Now).value();
 }
 
 TEST(OutlookTest, GoesOnAtThePresentRate) {
@@ -36,13 +36,13 @@ TEST(OutlookTest, SaysWhatCannotBeSaid) {
     EXPECT_EQ(Describe(At(999, 5)), L"full");
     EXPECT_EQ(Describe(At(1, 0)), L"at rest: no code in the last 30 days");
     EXPECT_EQ(Describe(At(1, 0.001)), L"at 0.1 a day not full in a hundred years");
-    EXPECT_FALSE(ledger::OutlookOf({L"Other", L"???", 1, 1, 1}, {Band(1, 9)}, 1, Now).has_value());
+    EXPECT_FALSE(ledger::OutlookOf({L"Other", L"???", 1, 1, 1}, {BandBetween(1, 9)}, 1, Now).has_value());
 }
 
 TEST(OutlookTest, BandsThatBeginLateAndNumbersBeyondTheEndKeepWithinBounds) {
-    const auto late = ledger::OutlookOf({L"Number", L"???", 1, 500, 500}, {Band(500, 509)}, 1, Now).value();
+    const auto late = ledger::OutlookOf({L"Number", L"???", 1, 500, 500}, {BandBetween(500, 509)}, 1, Now).value();
     EXPECT_DOUBLE_EQ(late.full, 0.1);
-    const auto beyond = ledger::OutlookOf({L"Number", L"???", 1, 800, 800}, {Band(500, 509)}, 1, Now).value();
+    const auto beyond = ledger::OutlookOf({L"Number", L"???", 1, 800, 800}, {BandBetween(500, 509)}, 1, Now).value();
     EXPECT_DOUBLE_EQ(beyond.full, 1);
     EXPECT_EQ(beyond.left, 0);
 }

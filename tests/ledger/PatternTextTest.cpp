@@ -45,7 +45,7 @@ std::wstring PartLine(const PatternPart& part) {
     return line;
 }
 
-std::wstring Lines(const Pattern& pattern) {
+std::wstring PartLines(const Pattern& pattern) {
     std::wstring lines;
     for (const PatternPart& part : pattern)
         lines += PartLine(part) + L"\n";
@@ -209,9 +209,9 @@ const Rejected RejectedPatterns[] = {
 std::string Label(const wchar_t* pattern) { return hosts::ToUtf8(pattern); }
 
 // What the parser makes of a text: its bands, or the place and the message of what is wrong.
-std::wstring Outcome(const std::wstring& text) {
+std::wstring PatternOutcome(const std::wstring& text) {
     try {
-        return Lines(ParsePattern(text));
+        return PartLines(ParsePattern(text));
     } catch (const PatternError& error) {
         return std::to_wstring(error.Position()) + L": " + error.Message();
     }
@@ -221,12 +221,12 @@ std::wstring Outcome(const std::wstring& text) {
 
 TEST(PatternTextTest, AcceptedPatterns) {
     for (const Accepted& row : AcceptedPatterns)
-        EXPECT_EQ(Outcome(row.pattern), row.bands) << Label(row.pattern);
+        EXPECT_EQ(PatternOutcome(row.pattern), row.bands) << Label(row.pattern);
 }
 
 TEST(PatternTextTest, RejectedPatterns) {
     for (const Rejected& row : RejectedPatterns) {
-        const std::wstring outcome = Outcome(row.pattern);
+        const std::wstring outcome = PatternOutcome(row.pattern);
         const std::wstring expected = std::to_wstring(row.position) + L": ";
         EXPECT_TRUE(outcome.starts_with(expected) && outcome.find(row.message) != std::wstring::npos)
             << Label(row.pattern) << " -> " << hosts::ToUtf8(outcome);
@@ -236,7 +236,7 @@ TEST(PatternTextTest, RejectedPatterns) {
 TEST(PatternTextTest, WrittenAndReadAgainEveryPatternIsTheSame) {
     for (const Accepted& row : AcceptedPatterns) {
         const std::wstring written = WritePattern(ParsePattern(row.pattern));
-        EXPECT_EQ(Outcome(written), row.bands) << Label(row.pattern) << " -> " << hosts::ToUtf8(written);
+        EXPECT_EQ(PatternOutcome(written), row.bands) << Label(row.pattern) << " -> " << hosts::ToUtf8(written);
     }
 }
 
@@ -262,7 +262,8 @@ TEST(PatternTextTest, AMillionCharactersAreRefusedAtOnce) {
         std::wstring text;
         while (text.size() < 1'000'000)
             text += piece;
-        EXPECT_NE(Outcome(text).find(L"a pattern has at most 10000 characters; this one has 100"), std::wstring::npos)
+        EXPECT_NE(PatternOutcome(text).find(L"a pattern has at most 10000 characters; this one has 100"),
+                  std::wstring::npos)
             << Label(piece);
     }
 }

@@ -6,6 +6,7 @@
 
 #include "hosts/common/Rule.h"
 #include "hosts/common/Utf8.h"
+#include "ledger/Replaced.h"
 #include "ledger/core/pattern/PatternText.h"
 #include "ledger/core/pattern/RuleBuilder.h"
 
@@ -13,19 +14,13 @@ namespace {
 
 using Lines = std::vector<std::wstring>;
 
-const ledger::CodeFiles Files = [](const std::wstring& file) {
+const ledger::CodeFiles AreaFiles = [](const std::wstring& file) {
     return hosts::ParseCsv(file == L"areas.csv" ? L"Land code,Land,Town code,Town\nD,Germany,1,Ulm\nF,France,1,Nice\n"
                                                 : L"c,v\n1,North\n2,South\n");
 };
 
 std::wstring Definition(const wchar_t* pattern) {
-    return ledger::BuildDefinition(ledger::ParsePattern(pattern), {}, Files);
-}
-
-std::wstring Replaced(std::wstring text, const std::wstring& from, const std::wstring& to) {
-    const auto at = text.find(from);
-    EXPECT_NE(at, std::wstring::npos) << hosts::ToUtf8(from);
-    return text.replace(at, from.size(), to);
+    return ledger::BuildDefinition(ledger::ParsePattern(pattern), {}, AreaFiles);
 }
 
 Lines LinesOf(const std::wstring& text) {

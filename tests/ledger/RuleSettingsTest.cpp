@@ -18,7 +18,7 @@ ledger::RuleSettings AllSet() {
 } // namespace
 
 TEST(RuleSettingsTest, WhatIsAsItIsAnywayIsNotWritten) {
-    EXPECT_EQ(ledger::TextOf({}), L"{}");
+    EXPECT_EQ(ledger::TextOf(ledger::RuleSettings{}), L"{}");
     EXPECT_EQ(ledger::RuleSettingsOf(L"{}"), ledger::RuleSettings{});
 }
 

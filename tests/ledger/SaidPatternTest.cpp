@@ -4,6 +4,7 @@
 
 #include "hosts/common/Rule.h"
 #include "hosts/common/Utf8.h"
+#include "ledger/Replaced.h"
 #include "ledger/core/pattern/PatternText.h"
 
 using ledger::BuildDefinition;
@@ -18,7 +19,7 @@ class SaidPatternTest : public testing::Test {
     hosts::Apartment mvarApartment;
 };
 
-const ledger::CodeFiles Files = [](const std::wstring& file) {
+const ledger::CodeFiles LayerFiles = [](const std::wstring& file) {
     if (file == L"layers.csv")
         return hosts::ParseCsv(L"Land code,Land,Town code,Town\nD,Germany,1,Ulm\nD,Germany,2,Bonn\nF,France,1,Nice\n");
     if (file == L"flat.csv") return hosts::ParseCsv(L"c,v\n");
@@ -26,18 +27,12 @@ const ledger::CodeFiles Files = [](const std::wstring& file) {
 };
 
 std::wstring Built(const std::wstring& pattern, const PatternSettings& settings = {}) {
-    return BuildDefinition(ParsePattern(pattern), settings, Files);
+    return BuildDefinition(ParsePattern(pattern), settings, LayerFiles);
 }
 
 std::wstring BuiltAgain(const SaidPattern& said) {
     return BuildDefinition(ParsePattern(said.text), said.settings,
                            [&said](const std::wstring& file) { return hosts::ParseCsv(said.files.at(file)); });
-}
-
-std::wstring Replaced(std::wstring text, const std::wstring& from, const std::wstring& to) {
-    const auto at = text.find(from);
-    EXPECT_NE(at, std::wstring::npos) << hosts::ToUtf8(from);
-    return text.replace(at, from.size(), to);
 }
 
 } // namespace

@@ -8,14 +8,15 @@
 #include "support/Failures.h"
 #include "support/Orders.h"
 #include "support/StandIns.h"
+#include "support/Step.h"
 
 namespace kestrel::test {
 
 namespace {
 
 // The orders rule with one band that converts in layers, which the test alone holds.
-struct Stage {
-    Stage() {
+struct RuleStage {
+    RuleStage() {
         AddField(*rule, L"Region", L"Gebiet", 2, smLayersSwap);
         rule->Relations().ImportNodes(L"2;,1,no,North;1,2,ea,East");
         rule->UsrFields().Item(L"Gebiet")->SetValue(L"North");
@@ -24,59 +25,54 @@ struct Stage {
     std::vector<Subscription> handlers;
 };
 
-struct Step {
-    const wchar_t* name;
-    std::function<void(Stage&)> run;
+const std::vector<Step<RuleStage>> RuleOperations = {
+    {L"Add", [](RuleStage& stage) { AddFixed(*stage.rule, L"New", L"n"); }},
+    {L"Add a layer", [](RuleStage& stage) { AddField(*stage.rule, L"New", L"Clerk", 1, smLayersSwap); }},
+    {L"Remove", [](RuleStage& stage) { stage.rule->Remove(L"Prefix"); }},
+    {L"Remove a tracked band", [](RuleStage& stage) { stage.rule->Remove(L"Customer"); }},
+    {L"Remove a layer", [](RuleStage& stage) { stage.rule->Remove(L"Region"); }},
+    {L"Drag", [](RuleStage& stage) { stage.rule->Drag(L"Number", L"Prefix", {}); }},
+    {L"Drag a layer", [](RuleStage& stage) { stage.rule->Drag(L"Region", 1, {}); }},
+    {L"Cls", [](RuleStage& stage) { stage.rule->Cls(); }},
+    {L"Load", [](RuleStage& stage) { stage.rule->Load(OrdersDefinition); }},
+    {L"GetCode", [](RuleStage& stage) { static_cast<void>(stage.rule->GetCode(gsNewCode)); }},
+    {L"ExpCode", [](RuleStage& stage) { stage.rule->ExpCode(L"PO-24060200317no"); }},
+    {L"Save", [](RuleStage& stage) { stage.rule->Save(); }},
+    {L"SetSwapMode", [](RuleStage& stage) { stage.rule->Band(L"Region")->SetSwapMode(smNoneSwap); }},
+    {L"SetCodeUCased", [](RuleStage& stage) { stage.rule->SetCodeUCased(true); }},
+    {L"Track", [](RuleStage& stage) { stage.rule->Band(L"Number")->TrackBands()->Add(L"Prefix"); }},
+    {L"Add a field", [](RuleStage& stage) { stage.rule->UsrFields().Add(L"New"); }},
+    {L"Remove a field", [](RuleStage& stage) { stage.rule->UsrFields().Remove(L"Clerk"); }},
+    {L"Read macros", [](RuleStage& stage) { stage.rule->UsrMacros().SetListsText(L"Day;Night"); }},
+    {L"Add a node", [](RuleStage& stage) { stage.rule->Relations().Add({}, tvwFirst, L"x", L"X"); }},
+    {L"RaiseAddField", [](RuleStage& stage) { stage.rule->RaiseAddField(L"New"); }},
+    {L"RaiseDropField", [](RuleStage& stage) { stage.rule->RaiseDropField(L"Clerk"); }},
 };
 
-const std::vector<Step> Operations = {
-    {L"Add", [](Stage& stage) { AddFixed(*stage.rule, L"New", L"n"); }},
-    {L"Add a layer", [](Stage& stage) { AddField(*stage.rule, L"New", L"Clerk", 1, smLayersSwap); }},
-    {L"Remove", [](Stage& stage) { stage.rule->Remove(L"Prefix"); }},
-    {L"Remove a tracked band", [](Stage& stage) { stage.rule->Remove(L"Customer"); }},
-    {L"Remove a layer", [](Stage& stage) { stage.rule->Remove(L"Region"); }},
-    {L"Drag", [](Stage& stage) { stage.rule->Drag(L"Number", L"Prefix", {}); }},
-    {L"Drag a layer", [](Stage& stage) { stage.rule->Drag(L"Region", 1, {}); }},
-    {L"Cls", [](Stage& stage) { stage.rule->Cls(); }},
-    {L"Load", [](Stage& stage) { stage.rule->Load(OrdersDefinition); }},
-    {L"GetCode", [](Stage& stage) { static_cast<void>(stage.rule->GetCode(gsNewCode)); }},
-    {L"ExpCode", [](Stage& stage) { stage.rule->ExpCode(L"PO-24060200317no"); }},
-    {L"Save", [](Stage& stage) { stage.rule->Save(); }},
-    {L"SetSwapMode", [](Stage& stage) { stage.rule->Band(L"Region")->SetSwapMode(smNoneSwap); }},
-    {L"SetCodeUCased", [](Stage& stage) { stage.rule->SetCodeUCased(true); }},
-    {L"Track", [](Stage& stage) { stage.rule->Band(L"Number")->TrackBands()->Add(L"Prefix"); }},
-    {L"Add a field", [](Stage& stage) { stage.rule->UsrFields().Add(L"New"); }},
-    {L"Remove a field", [](Stage& stage) { stage.rule->UsrFields().Remove(L"Clerk"); }},
-    {L"Read macros", [](Stage& stage) { stage.rule->UsrMacros().SetListsText(L"Day;Night"); }},
-    {L"Add a node", [](Stage& stage) { stage.rule->Relations().Add({}, tvwFirst, L"x", L"X"); }},
-    {L"RaiseAddField", [](Stage& stage) { stage.rule->RaiseAddField(L"New"); }},
-    {L"RaiseDropField", [](Stage& stage) { stage.rule->RaiseDropField(L"Clerk"); }},
-};
-
-const std::vector<Step> HandlerSteps = {
-    {L"adds a band", [](Stage& stage) { AddFixed(*stage.rule, L"Other", L"o"); }},
-    {L"adds the same band", [](Stage& stage) { AddFixed(*stage.rule, L"New", L"o"); }},
-    {L"removes the first band", [](Stage& stage) { stage.rule->Remove(1); }},
-    {L"removes the last band", [](Stage& stage) { stage.rule->Remove(stage.rule->Count()); }},
-    {L"removes the number", [](Stage& stage) { stage.rule->Remove(L"Number"); }},
-    {L"drags", [](Stage& stage) { stage.rule->Drag(1, {}, stage.rule->Count()); }},
-    {L"clears", [](Stage& stage) { stage.rule->Cls(); }},
-    {L"loads", [](Stage& stage) { stage.rule->Load(OrdersDefinition); }},
-    {L"loads something short", [](Stage& stage) { stage.rule->Load(L"#####14\rF\r16\r0=A\r1=0\r3=x\r17"); }},
-    {L"issues a code", [](Stage& stage) { static_cast<void>(stage.rule->GetCode(gsNewCode)); }},
-    {L"takes a code apart", [](Stage& stage) { stage.rule->ExpCode(L"PO-24060200317no"); }},
-    {L"saves", [](Stage& stage) { stage.rule->Save(); }},
-    {L"sets a mode", [](Stage& stage) { stage.rule->Band(L"Region")->SetSwapMode(smSimpleSwap); }},
-    {L"sets the flag", [](Stage& stage) { stage.rule->SetCodeUCased(false); }},
-    {L"sets a length", [](Stage& stage) { stage.rule->Band(L"Number")->SetLength(9); }},
-    {L"reads fields", [](Stage& stage) { stage.rule->UsrFields().SetListsText(L"Customer;Else"); }},
-    {L"clears the layers", [](Stage& stage) { stage.rule->LayeredBands().Empty(); }},
-    {L"clears the tree", [](Stage& stage) { stage.rule->Relations().Cls(); }},
-    {L"adds a node", [](Stage& stage) { stage.rule->Relations().Add({}, tvwFirst, L"y", L"Y"); }},
-    {L"unsubscribes", [](Stage& stage) { stage.handlers.clear(); }},
-    {L"lets go", [](Stage& stage) { stage.rule = nullptr; }},
+const std::vector<Step<RuleStage>> RuleHandlerSteps = {
+    {L"adds a band", [](RuleStage& stage) { AddFixed(*stage.rule, L"Other", L"o"); }},
+    {L"adds the same band", [](RuleStage& stage) { AddFixed(*stage.rule, L"New", L"o"); }},
+    {L"removes the first band", [](RuleStage& stage) { stage.rule->Remove(1); }},
+    {L"removes the last band", [](RuleStage& stage) { stage.rule->Remove(stage.rule->Count()); }},
+    {L"removes the number", [](RuleStage& stage) { stage.rule->Remove(L"Number"); }},
+    {L"drags", [](RuleStage& stage) { stage.rule->Drag(1, {}, stage.rule->Count()); }},
+    {L"clears", [](RuleStage& stage) { stage.rule->Cls(); }},
+    {L"loads", [](RuleStage& stage) { stage.rule->Load(OrdersDefinition); }},
+    {L"loads something short", [](RuleStage& stage) { stage.rule->Load(L"#####14\rF\r16\r0=A\r1=0\r3=x\r17"); }},
+    {L"issues a code", [](RuleStage& stage) { static_cast<void>(stage.rule->GetCode(gsNewCode)); }},
+    {L"takes a code apart", [](RuleStage& stage) { stage.rule->ExpCode(L"PO-24060200317no"); }},
+    {L"saves", [](RuleStage& stage) { stage.rule->Save(); }},
+    {L"sets a mode", [](RuleStage& stage) { stage.rule->Band(L"Region")->SetSwapMode(smSimpleSwap); }},
+    {L"sets the flag", [](RuleStage& stage) { stage.rule->SetCodeUCased(false); }},
+    {L"sets a length", [](RuleStage& stage) { stage.rule->Band(L"Number")->SetLength(9); }},
+    {L"reads fields", [](RuleStage& stage) { stage.rule->UsrFields().SetListsText(L"Customer;Else"); }},
+    {L"clears the layers", [](RuleStage& stage) { stage.rule->LayeredBands().Empty(); }},
+    {L"clears the tree", [](RuleStage& stage) { stage.rule->Relations().Cls(); }},
+    {L"adds a node", [](RuleStage& stage) { stage.rule->Relations().Add({}, tvwFirst, L"y", L"Y"); }},
+    {L"unsubscribes", [](RuleStage& stage) { stage.handlers.clear(); }},
+    {L"lets go", [](RuleStage& stage) { stage.rule = nullptr; }},
     {L"clears and lets go",
-     [](Stage& stage) {
+     [](RuleStage& stage) {
          stage.rule->Cls();
          stage.rule = nullptr;
      }},
@@ -150,9 +146,9 @@ bool IsErrorOfTheLibrary(const Failure& failure) {
 }
 
 // What a handler leaves may be refused by the operation that goes on; the rule is whole all the same.
-void RunWithin(const Step& operation, const Step& step, const Source& source, ScriptedPrompts& prompts,
-               bool mayDangle = false) {
-    Stage stage;
+void RunWithin(const Step<RuleStage>& operation, const Step<RuleStage>& step, const Source& source,
+               ScriptedPrompts& prompts, bool mayDangle = false) {
+    RuleStage stage;
     bool handled = false;
     const auto handle = [&] {
         if (std::exchange(handled, true)) return;
@@ -185,8 +181,8 @@ class CodeClassReentrancyTest : public testing::Test {
 };
 
 TEST_F(CodeClassReentrancyTest, EveryOperationSurvivesEveryHandlerOfEveryEvent) {
-    for (const auto& operation : Operations) {
-        for (const auto& step : HandlerSteps) {
+    for (const auto& operation : RuleOperations) {
+        for (const auto& step : RuleHandlerSteps) {
             for (const auto& [name, source] : Events) {
                 SCOPED_TRACE(testing::PrintToString(String(operation.name) + L", " + name + L" " + step.name));
                 RunWithin(operation, step, source, mvarStandIns.prompts,
@@ -197,8 +193,8 @@ TEST_F(CodeClassReentrancyTest, EveryOperationSurvivesEveryHandlerOfEveryEvent) 
 }
 
 TEST_F(CodeClassReentrancyTest, QuestionsSurviveWhatRunsMeanwhile) {
-    for (const auto& operation : Operations) {
-        for (const auto& step : HandlerSteps) {
+    for (const auto& operation : RuleOperations) {
+        for (const auto& step : RuleHandlerSteps) {
             SCOPED_TRACE(testing::PrintToString(String(operation.name) + L", question " + step.name));
             RunWithin(operation, step, nullptr, mvarStandIns.prompts);
         }

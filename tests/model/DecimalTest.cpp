@@ -9,12 +9,12 @@
 #include <gtest/gtest.h>
 
 #include "common/Decimal.h"
+#include "support/Infinity.h"
 
 namespace kestrel::test {
 
 namespace {
 
-constexpr double Infinity = std::numeric_limits<double>::infinity();
 constexpr int Draws = 10'000;
 
 // As the standard library writes the shortest digits: d.ddde+xx.

@@ -8,7 +8,7 @@ namespace kestrel::test {
 
 namespace {
 
-Failure Shown(const Error& error) { return {error.Code(), error.Description()}; }
+Failure FailureIn(const Error& error) { return {error.Code(), error.Description()}; }
 
 struct ErrorCase {
     Message message;
@@ -50,7 +50,7 @@ const ErrorCase AllErrors[] = {
 TEST(ErrorTest, CarriesTheCodeAndTheTextOfItsNumber) {
     const StandIns standIns;
     for (const auto& row : AllErrors) {
-        EXPECT_EQ(Shown(Error(row.message)), row.failure);
+        EXPECT_EQ(FailureIn(Error(row.message)), row.failure);
         EXPECT_EQ(Error(row.message).Number(), static_cast<int>(row.message));
     }
 }
@@ -64,7 +64,7 @@ TEST(ErrorTest, ExtendsTheTextDirectlyOrAfterTwoLineBreaks) {
 
 TEST(ErrorTest, CanLeaveTheObjectErrorBaseOut) {
     const StandIns standIns;
-    EXPECT_EQ(Shown(Error::Plain(Message::SaveFailure)), PlainSaveFailure);
+    EXPECT_EQ(FailureIn(Error::Plain(Message::SaveFailure)), PlainSaveFailure);
 }
 
 } // namespace kestrel::test

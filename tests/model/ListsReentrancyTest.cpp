@@ -9,13 +9,14 @@
 #include "support/Failures.h"
 #include "support/Recorders.h"
 #include "support/StandIns.h"
+#include "support/Step.h"
 
 namespace kestrel::test {
 
 namespace {
 
-struct Stage {
-    Stage() {
+struct ListStage {
+    ListStage() {
         list->SetListStyle(lsFields);
         list->SetListsText(L"a;b;c;d");
     }
@@ -23,40 +24,35 @@ struct Stage {
     std::vector<Subscription> handlers;
 };
 
-struct Step {
-    const wchar_t* name;
-    std::function<void(Stage&)> run;
-};
-
-const std::vector<Step> Operations = {
-    {L"Add", [](Stage& stage) { stage.list->Add(L"new"); }},
+const std::vector<Step<ListStage>> ListOperations = {
+    {L"Add", [](ListStage& stage) { stage.list->Add(L"new"); }},
     {L"Insert",
-     [](Stage& stage) {
+     [](ListStage& stage) {
          const auto item = Make<List>();
          item->SetName(L"new");
          stage.list->InsertItem(item, L"b");
      }},
-    {L"Remove", [](Stage& stage) { stage.list->Remove(L"b"); }},
-    {L"Remove by position", [](Stage& stage) { stage.list->Remove(4); }},
-    {L"MoveItem", [](Stage& stage) { stage.list->MoveItem(L"a", {}, L"d"); }},
-    {L"ClearItems", [](Stage& stage) { stage.list->ClearItems(); }},
-    {L"Empty", [](Stage& stage) { stage.list->Empty(); }},
-    {L"SetListsText", [](Stage& stage) { stage.list->SetListsText(L"x;y;z"); }},
+    {L"Remove", [](ListStage& stage) { stage.list->Remove(L"b"); }},
+    {L"Remove by position", [](ListStage& stage) { stage.list->Remove(4); }},
+    {L"MoveItem", [](ListStage& stage) { stage.list->MoveItem(L"a", {}, L"d"); }},
+    {L"ClearItems", [](ListStage& stage) { stage.list->ClearItems(); }},
+    {L"Empty", [](ListStage& stage) { stage.list->Empty(); }},
+    {L"SetListsText", [](ListStage& stage) { stage.list->SetListsText(L"x;y;z"); }},
 };
 
-const std::vector<Step> HandlerSteps = {
-    {L"adds", [](Stage& stage) { stage.list->Add(L"other"); }},
-    {L"adds the same", [](Stage& stage) { stage.list->Add(L"new"); }},
-    {L"removes the first", [](Stage& stage) { stage.list->Remove(1); }},
-    {L"removes b", [](Stage& stage) { stage.list->Remove(L"b"); }},
-    {L"moves", [](Stage& stage) { stage.list->MoveItem(1, {}, stage.list->Count()); }},
-    {L"clears", [](Stage& stage) { stage.list->ClearItems(); }},
-    {L"empties", [](Stage& stage) { stage.list->Empty(); }},
-    {L"reads", [](Stage& stage) { stage.list->SetListsText(L"p;q"); }},
-    {L"unsubscribes", [](Stage& stage) { stage.handlers.clear(); }},
-    {L"lets go", [](Stage& stage) { stage.list = nullptr; }},
+const std::vector<Step<ListStage>> ListHandlerSteps = {
+    {L"adds", [](ListStage& stage) { stage.list->Add(L"other"); }},
+    {L"adds the same", [](ListStage& stage) { stage.list->Add(L"new"); }},
+    {L"removes the first", [](ListStage& stage) { stage.list->Remove(1); }},
+    {L"removes b", [](ListStage& stage) { stage.list->Remove(L"b"); }},
+    {L"moves", [](ListStage& stage) { stage.list->MoveItem(1, {}, stage.list->Count()); }},
+    {L"clears", [](ListStage& stage) { stage.list->ClearItems(); }},
+    {L"empties", [](ListStage& stage) { stage.list->Empty(); }},
+    {L"reads", [](ListStage& stage) { stage.list->SetListsText(L"p;q"); }},
+    {L"unsubscribes", [](ListStage& stage) { stage.handlers.clear(); }},
+    {L"lets go", [](ListStage& stage) { stage.list = nullptr; }},
     {L"empties and lets go",
-     [](Stage& stage) {
+     [](ListStage& stage) {
          stage.list->Empty();
          stage.list = nullptr;
      }},
@@ -75,10 +71,10 @@ class ListsReentrancyTest : public testing::Test {
 };
 
 // Runs the operation while the step answers the first event, whichever it is.
-void RunWithin(const Step& operation, const Step& step, int event) {
+void RunInEvent(const Step<ListStage>& operation, const Step<ListStage>& step, int event) {
     SCOPED_TRACE(testing::PrintToString(String(operation.name) + L", handler " + step.name) + " in event " +
                  std::to_string(event));
-    Stage stage;
+    ListStage stage;
     bool handled = false;
     const auto handle = [&] {
         if (handled) return;
@@ -104,14 +100,14 @@ void RunWithin(const Step& operation, const Step& step, int event) {
 }
 
 TEST_F(ListsReentrancyTest, EveryOperationSurvivesEveryHandlerOfEveryEvent) {
-    for (const auto& operation : Operations)
-        for (const auto& step : HandlerSteps)
+    for (const auto& operation : ListOperations)
+        for (const auto& step : ListHandlerSteps)
             for (const int event : {0, 1, 2})
-                RunWithin(operation, step, event);
+                RunInEvent(operation, step, event);
 }
 
 TEST_F(ListsReentrancyTest, AddFailsWhenItsHandlerHasAddedTheSameName) {
-    Stage stage;
+    ListStage stage;
     bool handled = false;
     const auto handler = stage.list->BeforeAdd.Subscribe([&](const String& name, bool&, const String&, std::int32_t) {
         if (!std::exchange(handled, true)) stage.list->Add(name);
@@ -121,7 +117,7 @@ TEST_F(ListsReentrancyTest, AddFailsWhenItsHandlerHasAddedTheSameName) {
 }
 
 TEST_F(ListsReentrancyTest, AddGoesToTheEndOfWhatItsHandlerLeft) {
-    Stage stage;
+    ListStage stage;
     const auto handler = stage.list->BeforeAdd.Subscribe(
         [&](const String&, bool&, const String&, std::int32_t) { stage.list->Remove(L"b"); });
     stage.list->Add(L"new");
@@ -129,7 +125,7 @@ TEST_F(ListsReentrancyTest, AddGoesToTheEndOfWhatItsHandlerLeft) {
 }
 
 TEST_F(ListsReentrancyTest, RemoveIsDoneWhenItsHandlerHasRemovedTheItem) {
-    Stage stage;
+    ListStage stage;
     bool handled = false;
     const auto handler = stage.list->BeforeRemove.Subscribe([&](const String& name, bool&, const String&) {
         if (!std::exchange(handled, true)) stage.list->Remove(name);
@@ -141,7 +137,7 @@ TEST_F(ListsReentrancyTest, RemoveIsDoneWhenItsHandlerHasRemovedTheItem) {
 }
 
 TEST_F(ListsReentrancyTest, RemoveTakesItsItemWhereverTheHandlerMovedIt) {
-    Stage stage;
+    ListStage stage;
     const auto handler = stage.list->BeforeRemove.Subscribe(
         [&](const String& name, bool&, const String&) { stage.list->MoveItem(name, {}, L"d"); });
     stage.list->Remove(1);
@@ -149,7 +145,7 @@ TEST_F(ListsReentrancyTest, RemoveTakesItsItemWhereverTheHandlerMovedIt) {
 }
 
 TEST_F(ListsReentrancyTest, ClearItemsCopesWithWhatAHandlerRemoves) {
-    Stage stage;
+    ListStage stage;
     bool handled = false;
     const auto handler = stage.list->BeforeRemove.Subscribe([&](const String&, bool&, const String&) {
         if (!std::exchange(handled, true)) stage.list->Remove(1);

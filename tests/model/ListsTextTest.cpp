@@ -19,7 +19,7 @@ Ref<Lists> ListOf(const String& text) {
 }
 
 // Name|ForeignName|Value|Description of each item.
-String Shown(const Lists& list) {
+String ShownItems(const Lists& list) {
     String shown;
     for (const auto& item : list.Snapshot()) {
         shown += L"(" + item->Name() + L"|" + item->ForeignName() + L"|" + item->Value() + L"|";
@@ -28,13 +28,13 @@ String Shown(const Lists& list) {
     return shown;
 }
 
-struct AcceptedText {
+struct AcceptedListText {
     String text;
     String items;
     String written;
 };
 
-const AcceptedText AcceptedTexts[] = {
+const AcceptedListText AcceptedListTexts[] = {
     {L"a", L"(a|a||)", L"a,,"},
     {L"a,b;c", L"(a|b||)(c|c||)", L"a,b,;c,,"},
     {L"a,b,c", L"(a|b|c|)", L"a,b,c"},
@@ -50,13 +50,13 @@ const AcceptedText AcceptedTexts[] = {
     {L"a\r\nb", L"(a\r\nb|a\r\nb||)", L"a\r\nb,,"},
 };
 
-struct RejectedText {
+struct RejectedListText {
     String text;
     Failure failure;
     String itemsLeft;
 };
 
-const RejectedText RejectedTexts[] = {
+const RejectedListText RejectedListTexts[] = {
     {L";", InvalidParameter, L""},      {L" ", InvalidParameter, L""},     {L",b", InvalidParameter, L""},
     {L"a;", InvalidParameter, L"a"},    {L"a;;b", InvalidParameter, L"a"}, {L"a;b,  ", InvalidParameter, L"a"},
     {L"a;b;a;c", DuplicateKey, L"a b"}, {L"a; a", DuplicateKey, L"a"},
@@ -70,15 +70,15 @@ class ListsTextTest : public testing::Test {
 };
 
 TEST_F(ListsTextTest, ReadsEachRecordAndWritesItBack) {
-    for (const auto& row : AcceptedTexts) {
+    for (const auto& row : AcceptedListTexts) {
         const auto list = ListOf(row.text);
-        EXPECT_EQ(Shown(*list), row.items) << testing::PrintToString(row.text);
+        EXPECT_EQ(ShownItems(*list), row.items) << testing::PrintToString(row.text);
         EXPECT_EQ(list->ListsText(), row.written) << testing::PrintToString(row.text);
     }
 }
 
 TEST_F(ListsTextTest, StopsAtTheFirstRecordThatCannotBeAdded) {
-    for (const auto& row : RejectedTexts) {
+    for (const auto& row : RejectedListTexts) {
         const auto list = Make<Lists>();
         list->SetListStyle(lsFields);
         EXPECT_FAILURE(list->SetListsText(row.text), row.failure) << testing::PrintToString(row.text);
@@ -89,7 +89,7 @@ TEST_F(ListsTextTest, StopsAtTheFirstRecordThatCannotBeAdded) {
 TEST_F(ListsTextTest, OfAnEmptyListIsEmpty) { EXPECT_EQ(ListOf(L"")->ListsText(), L""); }
 
 TEST_F(ListsTextTest, SurvivesARoundTrip) {
-    for (const auto& row : AcceptedTexts)
+    for (const auto& row : AcceptedListTexts)
         EXPECT_EQ(ListOf(row.written)->ListsText(), row.written) << testing::PrintToString(row.written);
 }
 
@@ -105,7 +105,7 @@ TEST_F(ListsTextTest, LosesNamesAndValuesThatHoldSeparators) {
     list->SetListStyle(lsFields);
     list->Add(L"a", L"", L"1;2");
     EXPECT_EQ(list->ListsText(), L"a,,1;2");
-    EXPECT_EQ(Shown(*ListOf(list->ListsText())), L"(a|a|1|)(2|2||)");
+    EXPECT_EQ(ShownItems(*ListOf(list->ListsText())), L"(a|a|1|)(2|2||)");
 }
 
 TEST_F(ListsTextTest, LeavesOutADescriptionWithoutText) {

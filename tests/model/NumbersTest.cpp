@@ -3,12 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "common/Numbers.h"
+#include "support/Infinity.h"
 
 namespace kestrel::test {
 
 namespace {
-
-constexpr double Infinity = std::numeric_limits<double>::infinity();
 
 struct NumberCase {
     String text;

@@ -7,6 +7,7 @@
 #include "support/Failures.h"
 #include "support/Recorders.h"
 #include "support/StandIns.h"
+#include "support/Step.h"
 #include "support/Trees.h"
 
 namespace kestrel::test {
@@ -14,54 +15,49 @@ namespace kestrel::test {
 namespace {
 
 // The only reference to a tree, and what its handler may do with it.
-struct Stage {
+struct TreeStage {
     // N1 (N2 (N3)) N4 N5
     Ref<cNodes> tree = TreeOf(L"5;,1,a,A;1,2,b,B;2,3,c,C;,4,d,D;,5,e,E");
     Subscription handler;
 };
 
-struct Step {
-    const wchar_t* name;
-    std::function<void(Stage&)> run;
-};
-
 // Each may fail, since the step before it may have taken away what it works on; the failure then stays where it arose.
-void RunQuietly(const Step& step, Stage& stage) {
+void RunQuietly(const Step<TreeStage>& step, TreeStage& stage) {
     const auto failure = FailureOf([&] { step.run(stage); });
     EXPECT_TRUE(failure.code == 0 || failure == InvalidCall || failure == OutOfRange || failure == SameCode ||
                 failure == InvalidParameter || failure == DuplicateKey || failure == CantBeChanged)
         << failure;
 }
 
-const std::vector<Step> Operations = {
-    {L"Add", [](Stage& stage) { stage.tree->Add({}, tvwFirst, L"new", L"NEW"); }},
-    {L"Add child", [](Stage& stage) { stage.tree->Add(L"N3", tvwChild, L"new", L"NEW"); }},
-    {L"Remove leaf", [](Stage& stage) { stage.tree->Remove(L"N4"); }},
-    {L"Remove subtree", [](Stage& stage) { stage.tree->Remove(L"N1"); }},
-    {L"Drag", [](Stage& stage) { stage.tree->Drag(L"N3", tvwChild, L"N5"); }},
-    {L"Cls", [](Stage& stage) { stage.tree->Cls(); }},
-    {L"SetText", [](Stage& stage) { stage.tree->Node(L"N3")->SetText(L"x"); }},
-    {L"SetTag", [](Stage& stage) { stage.tree->Node(L"N5")->SetTag(L"X"); }},
-    {L"NotifyChanged", [](Stage& stage) { stage.tree->NotifyChanged(L"N2"); }},
+const std::vector<Step<TreeStage>> TreeOperations = {
+    {L"Add", [](TreeStage& stage) { stage.tree->Add({}, tvwFirst, L"new", L"NEW"); }},
+    {L"Add child", [](TreeStage& stage) { stage.tree->Add(L"N3", tvwChild, L"new", L"NEW"); }},
+    {L"Remove leaf", [](TreeStage& stage) { stage.tree->Remove(L"N4"); }},
+    {L"Remove subtree", [](TreeStage& stage) { stage.tree->Remove(L"N1"); }},
+    {L"Drag", [](TreeStage& stage) { stage.tree->Drag(L"N3", tvwChild, L"N5"); }},
+    {L"Cls", [](TreeStage& stage) { stage.tree->Cls(); }},
+    {L"SetText", [](TreeStage& stage) { stage.tree->Node(L"N3")->SetText(L"x"); }},
+    {L"SetTag", [](TreeStage& stage) { stage.tree->Node(L"N5")->SetTag(L"X"); }},
+    {L"NotifyChanged", [](TreeStage& stage) { stage.tree->NotifyChanged(L"N2"); }},
 };
 
-const std::vector<Step> HandlerSteps = {
-    {L"adds", [](Stage& stage) { stage.tree->Add({}, tvwFirst, L"other", L"OTHER"); }},
-    {L"adds the same", [](Stage& stage) { stage.tree->Add({}, tvwFirst, L"new", L"NEW"); }},
-    {L"removes the last", [](Stage& stage) { stage.tree->Remove(stage.tree->Count()); }},
-    {L"removes the first", [](Stage& stage) { stage.tree->Remove(1); }},
-    {L"removes an item", [](Stage& stage) { stage.tree->RemoveItem(L"N2"); }},
-    {L"drags", [](Stage& stage) { stage.tree->Drag(L"N5", tvwChild, L"N4"); }},
-    {L"drags the last", [](Stage& stage) { stage.tree->Drag(1, tvwPrevious, stage.tree->Count()); }},
-    {L"clears", [](Stage& stage) { stage.tree->Cls(); }},
-    {L"imports", [](Stage& stage) { stage.tree->ImportNodes(L"2;,1,p,P;1,2,q,Q"); }},
-    {L"imports badly", [](Stage& stage) { stage.tree->ImportNodes(L"2;,1,p,P;9,2,q,Q"); }},
-    {L"sets a text", [](Stage& stage) { stage.tree->Node(1)->SetText(L"y"); }},
-    {L"sets the style", [](Stage& stage) { stage.tree->SetStyle(tsSimplified); }},
-    {L"unsubscribes", [](Stage& stage) { stage.handler.End(); }},
-    {L"lets go", [](Stage& stage) { stage.tree = nullptr; }},
+const std::vector<Step<TreeStage>> TreeHandlerSteps = {
+    {L"adds", [](TreeStage& stage) { stage.tree->Add({}, tvwFirst, L"other", L"OTHER"); }},
+    {L"adds the same", [](TreeStage& stage) { stage.tree->Add({}, tvwFirst, L"new", L"NEW"); }},
+    {L"removes the last", [](TreeStage& stage) { stage.tree->Remove(stage.tree->Count()); }},
+    {L"removes the first", [](TreeStage& stage) { stage.tree->Remove(1); }},
+    {L"removes an item", [](TreeStage& stage) { stage.tree->RemoveItem(L"N2"); }},
+    {L"drags", [](TreeStage& stage) { stage.tree->Drag(L"N5", tvwChild, L"N4"); }},
+    {L"drags the last", [](TreeStage& stage) { stage.tree->Drag(1, tvwPrevious, stage.tree->Count()); }},
+    {L"clears", [](TreeStage& stage) { stage.tree->Cls(); }},
+    {L"imports", [](TreeStage& stage) { stage.tree->ImportNodes(L"2;,1,p,P;1,2,q,Q"); }},
+    {L"imports badly", [](TreeStage& stage) { stage.tree->ImportNodes(L"2;,1,p,P;9,2,q,Q"); }},
+    {L"sets a text", [](TreeStage& stage) { stage.tree->Node(1)->SetText(L"y"); }},
+    {L"sets the style", [](TreeStage& stage) { stage.tree->SetStyle(tsSimplified); }},
+    {L"unsubscribes", [](TreeStage& stage) { stage.handler.End(); }},
+    {L"lets go", [](TreeStage& stage) { stage.tree = nullptr; }},
     {L"clears and lets go",
-     [](Stage& stage) {
+     [](TreeStage& stage) {
          stage.tree->Cls();
          stage.tree = nullptr;
      }},
@@ -75,10 +71,10 @@ class cNodesReentrancyTest : public testing::Test {
 };
 
 TEST_F(cNodesReentrancyTest, EveryOperationSurvivesEveryHandler) {
-    for (const auto& operation : Operations) {
-        for (const auto& step : HandlerSteps) {
+    for (const auto& operation : TreeOperations) {
+        for (const auto& step : TreeHandlerSteps) {
             SCOPED_TRACE(testing::PrintToString(String(operation.name) + L", handler " + step.name));
-            Stage stage;
+            TreeStage stage;
             bool handling = false;
             int handled = 0;
             stage.handler = stage.tree->NodesChanged.Subscribe([&](const String&, const String&) {

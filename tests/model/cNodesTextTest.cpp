@@ -12,7 +12,7 @@ namespace {
 using namespace std::string_literals;
 
 // Parent's key, key, Text and Tag of each node.
-String Shown(const cNodes& tree) {
+String ShownNodes(const cNodes& tree) {
     String shown;
     for (const auto& node : tree.Snapshot())
         shown += L"(" + (node->Parent() ? node->Parent()->Key() : L"") + L"|" + node->Key() + L"|" + node->Text() +
@@ -20,13 +20,13 @@ String Shown(const cNodes& tree) {
     return shown;
 }
 
-struct AcceptedText {
+struct AcceptedTreeText {
     String text;
     String nodes;
     String written;
 };
 
-const AcceptedText AcceptedTexts[] = {
+const AcceptedTreeText AcceptedTreeTexts[] = {
     {L"0", L"", L"0"},
     {L"12", L"", L"12"},
     {L" 7", L"", L"7"},
@@ -50,13 +50,13 @@ const AcceptedText AcceptedTexts[] = {
     {L"1;,1,a\0b,\0"s, L"(|N1|a\0b|\0)"s, L"1;,1,a\0b,\0"s},
 };
 
-struct RejectedText {
+struct RejectedTreeText {
     String text;
     Failure failure;
     String left; // what the tree then writes
 };
 
-const RejectedText RejectedTexts[] = {
+const RejectedTreeText RejectedTreeTexts[] = {
     {L"1;", OutOfRange, L"1"},
     {L"1;,1,a", OutOfRange, L"1"},
     {L"1;,1", OutOfRange, L"1"},
@@ -79,15 +79,15 @@ class cNodesTextTest : public testing::Test {
 };
 
 TEST_F(cNodesTextTest, ReadsEachRecordAndWritesItBack) {
-    for (const auto& row : AcceptedTexts) {
+    for (const auto& row : AcceptedTreeTexts) {
         const auto tree = TreeOf(row.text);
-        EXPECT_EQ(Shown(*tree), row.nodes) << testing::PrintToString(row.text);
+        EXPECT_EQ(ShownNodes(*tree), row.nodes) << testing::PrintToString(row.text);
         EXPECT_EQ(tree->ExportNodes(), row.written) << testing::PrintToString(row.text);
     }
 }
 
 TEST_F(cNodesTextTest, FailsAtTheFirstBadRecordAndKeepsTheNodesBeforeIt) {
-    for (const auto& row : RejectedTexts) {
+    for (const auto& row : RejectedTreeTexts) {
         const auto tree = TreeOf(L"1;,1,old,OLD");
         EXPECT_FAILURE(tree->ImportNodes(row.text), row.failure) << testing::PrintToString(row.text);
         EXPECT_EQ(tree->ExportNodes(), row.left) << testing::PrintToString(row.text);
@@ -95,7 +95,7 @@ TEST_F(cNodesTextTest, FailsAtTheFirstBadRecordAndKeepsTheNodesBeforeIt) {
 }
 
 TEST_F(cNodesTextTest, SurvivesARoundTrip) {
-    for (const auto& row : AcceptedTexts)
+    for (const auto& row : AcceptedTreeTexts)
         EXPECT_EQ(TreeOf(row.written)->ExportNodes(), row.written) << testing::PrintToString(row.written);
 }
 
@@ -146,7 +146,7 @@ TEST_F(cNodesTextTest, LosesCodesAndValuesThatHoldSeparators) {
     const auto tree = Make<cNodes>();
     tree->Add({}, tvwFirst, L"a,b", L"c");
     EXPECT_EQ(tree->ExportNodes(), L"1;,1,a,b,c");
-    EXPECT_EQ(Shown(*TreeOf(tree->ExportNodes())), L"(|N1|a|b)");
+    EXPECT_EQ(ShownNodes(*TreeOf(tree->ExportNodes())), L"(|N1|a|b)");
 }
 
 TEST_F(cNodesTextTest, WritesTheNumberOfAParentThatHasLeftTheList) {

@@ -36,6 +36,9 @@ class DialogHost {
     HWND mvarWindow = nullptr;
 };
 
+// The state of an item of a list that is not the selected one.
+inline constexpr LONG listed = STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE;
+
 [[nodiscard]] VARIANT ChildId(LONG number) noexcept;
 
 // A place of a child on the screen.
