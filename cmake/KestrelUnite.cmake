@@ -1,12 +1,15 @@
-# Libraries that are compiled several sources at a time: most of a source is the headers that it includes, and these are
-# then read once for all of them. So no two sources of a library may use one name for different things of their own (in
-# unnamed namespaces). Visual C++ compiles each by itself, and tools/check-windows.sh reads the component's so: each must
-# include what it uses.
+# Targets that are compiled several sources at a time: most of a source is the headers that it includes, and these are then
+# read once for all of them. So no two sources of a target may use one name for different things of their own (in unnamed
+# namespaces), nor say `using namespace` of the project's. Visual C++ compiles each by itself, and tools/check-windows.sh
+# reads the component's so: each must include what it uses.
 
 # kestrel_unite(TARGET...)
 function(kestrel_unite)
-    if(MINGW)
-        set_target_properties(${ARGN} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 16)
+    if(MSVC)
+        return()
+    endif()
+    set_target_properties(${ARGN} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 16)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
         # A class of a source may hold one of that source's unnamed namespace, which the compiler takes for a header's.
         set_property(TARGET ${ARGN} APPEND PROPERTY COMPILE_OPTIONS -Wno-subobject-linkage)
     endif()
