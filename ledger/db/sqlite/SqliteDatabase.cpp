@@ -13,7 +13,7 @@ namespace {
 
 using std::chrono::steady_clock;
 
-constexpr int LongestPause = 25; // milliseconds between two looks at a locked file
+constexpr int LongestBetweenLooks = 25; // milliseconds between two looks at a locked file
 
 std::wstring ReplaceAll(std::wstring text, const std::wstring& part, const std::wstring& by) {
     for (std::size_t at = text.find(part); at != std::wstring::npos; at = text.find(part, at + by.size()))
@@ -77,7 +77,7 @@ int SqliteDatabase::WaitWhileBusy(void* self, int calls) noexcept {
     const auto now = steady_clock::now();
     if (now >= static_cast<const SqliteDatabase*>(self)->mvarEnd) return 0;
     thread_local std::minstd_rand generator(static_cast<unsigned>(now.time_since_epoch().count()));
-    const int longest = std::min(LongestPause, 2 + calls);
+    const int longest = std::min(LongestBetweenLooks, 2 + calls);
     std::this_thread::sleep_for(std::chrono::milliseconds(std::uniform_int_distribution<int>(1, longest)(generator)));
     return 1;
 }
