@@ -31,10 +31,12 @@ def samples(root):
     return [Entry("samples/" + file.relative_to(folder).as_posix(), file) for file in files]
 
 
-def portable_host(root, preset):
-    """The sample host beside the library: both work from any folder, with nothing registered."""
+def portable(root, preset):
+    """The sample host, and what has the ledger as well find the library beside it: they work from any folder, with nothing
+    registered."""
     build = root / "build" / preset
-    return [Entry(f"{preset}/{name}", build / name) for name in ("portable.exe", "portable.exe.manifest")]
+    files = [build / name for name in ("portable.exe", "portable.exe.manifest", "portable/kledger.exe.manifest")]
+    return [Entry(f"{preset}/{file.name}", file) for file in files]
 
 
 def installed(root, preset):
@@ -44,7 +46,7 @@ def installed(root, preset):
 def archive(root):
     entries = documents(root) + samples(root)
     for preset in BITS:
-        entries += binaries(root, preset, preset + "/") + portable_host(root, preset)
+        entries += binaries(root, preset, preset + "/") + portable(root, preset)
     return entries
 
 

@@ -263,19 +263,34 @@ def relocated(keys, folder):
 class PortableTest(unittest.TestCase):
     """The archive, unpacked anywhere, without registration."""
 
-    def test_the_sample_host_finds_the_library_in_its_folder(self):
+    def setUp(self):
         [archive] = DIST.glob("kestrel-*[0-9].zip")
-        folder = PREFIX.drive / "somewhere"
-        shutil.rmtree(folder, ignore_errors=True)
-        shutil.unpack_archive(archive, folder)
-        [top] = folder.iterdir()
+        self.folder = PREFIX.drive / "somewhere"
+        shutil.rmtree(self.folder, ignore_errors=True)
+        shutil.unpack_archive(archive, self.folder)
+        self.addCleanup(shutil.rmtree, self.folder)
+        [top] = self.folder.iterdir()
+        self.path = f"C:\\somewhere\\{top.name}"
+
+    def lines_of(self, *command):
+        done = PREFIX.run(*command)
+        self.assertEqual(done.returncode, 0)
+        return done.stdout.decode().replace("\r", "").splitlines()
+
+    def test_the_sample_host_finds_the_library_in_its_folder(self):
         for preset in PRESETS:
             with self.subTest(preset):
-                done = PREFIX.run(f"C:\\somewhere\\{top.name}\\{preset}\\portable.exe")
-                lines = done.stdout.decode().replace("\r", "").split("\n")
-                self.assertEqual((lines[:4], done.returncode), (["INV-0001", "INV-0002", "INV-0003", "INV-0002"], 0))
-                self.assertEqual(lines[4].lower(), f"c:\\somewhere\\{top.name}\\{preset}\\kestrel.dll".lower())
-        shutil.rmtree(folder)
+                lines = self.lines_of(f"{self.path}\\{preset}\\portable.exe")
+                self.assertEqual(lines[:4], ["INV-0001", "INV-0002", "INV-0003", "INV-0002"])
+                self.assertEqual(lines[4].lower(), f"{self.path}\\{preset}\\kestrel.dll".lower())
+
+    def test_the_ledger_issues_codes_with_nothing_registered(self):
+        for preset in PRESETS:
+            with self.subTest(preset):
+                kledger = (f"{self.path}\\{preset}\\kledger.exe", "--database", f"{self.path}\\{preset}.db")
+                self.lines_of(*kledger, "rule", "new", "invoices", "INV-{Year:4}-{####}")
+                issued = self.lines_of(*kledger, "issue", "--count", "2", "--field", "Year=2026")
+                self.assertEqual([line.split("\t")[0] for line in issued], ["INV-2026-0001", "INV-2026-0002"])
 
 
 if __name__ == "__main__":
