@@ -45,7 +45,7 @@ check_group() {
         if output="$(is_clean "$preset" "$source")"; then
             touch "$CLEAN/$key"
         else
-            printf '%s\n' "$output" >>"$WORK/findings/$2"
+            printf '%s\n' "$output" >>"$WORK/findings/$3"
             failed=1
         fi
     done <"$group"

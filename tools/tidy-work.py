@@ -5,7 +5,8 @@ having been clean, and on the last line how many sources there are in all and ho
 usage: tidy-work.py WORK MARKS PRESET...
 
 WORK/groups/GROUP has the lines "SOURCE TAB KEY" of the group, WORK/groups/GROUP.cpp includes its sources: headers, which
-are most of what there is to read, are then read once for all of them. WORK/database-PRESET/compile_commands.json has a
+are most of what there is to read, are then read once for all of them. What the build compiles alone is read alone, and what
+it compiles with others is read with others. GROUP is a number below the folder with what configures the check. WORK/database-PRESET/compile_commands.json has a
 command for each source by itself, although the build compiles several at a time, and for each group. A source that several
 presets compile belongs to the first. WORK/options-PRESET is what clang-tidy is told besides. The key covers the text of
 the source and of the project's headers that it includes, the command, clang-tidy and what configures it; MARKS holds a
@@ -21,15 +22,22 @@ import shlex
 import shutil
 import subprocess
 import sys
+import typing
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 BUILD = ROOT / "build"
-AT_A_TIME = 8
+AT_A_TIME = 24
 FOLDERS = ("src", "hosts", "ledger", "bench", "tests")
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*[<"]([^>"]+)[>"]', re.MULTILINE)
-# What only the compiler of Windows' builds knows, and what many sources at a time are spared.
-UNKNOWN = re.compile(r"-fno-(align-[a-z]+|reorder-blocks-and-partition)|-fwhole-program|--param=.*|-mstringop-strategy=.*"
+# What only the compiler of Windows' builds knows, what many sources at a time are spared, and what makes no difference here.
+UNKNOWN = re.compile(r"-O[0-3s]|-fno-(align-[a-z]+|reorder-blocks-and-partition)|-fwhole-program|--param=.*|-mstringop-strategy=.*"
                      r"|-Wno-(shadow|subobject-linkage)")
+
+
+class Own(typing.NamedTuple):
+    """How a source of the project is compiled: by this command alone, if it were not together with others."""
+    command: dict
+    united: bool
 
 
 @functools.cache
@@ -78,7 +86,7 @@ def sources_of(file, folders):
 
 
 def commands(preset):
-    """Of each of the project's sources the command that compiles it alone."""
+    """Of each of the project's sources how it is compiled."""
     found = {}
     for entry in json.loads((BUILD / preset / "compile_commands.json").read_text(encoding="utf-8")):
         if not entry["file"].endswith((".cpp", ".cxx")):
@@ -91,7 +99,8 @@ def commands(preset):
         for source in sources_of(compiled, folders_of(arguments)):
             if is_own(source):
                 alone = arguments[:at] + [str(source)] + arguments[at + 1:]
-                found.setdefault(source, {"directory": entry["directory"], "file": str(source), "arguments": alone})
+                command = {"directory": entry["directory"], "file": str(source), "arguments": alone}
+                found.setdefault(source, Own(command, united=source != compiled))
     return found
 
 
@@ -99,61 +108,79 @@ def digest(*texts):
     return hashlib.sha256("\0".join(texts).encode("utf-8", "replace")).hexdigest()[:40]
 
 
+def own_settings():
+    return sorted(file for file in ROOT.rglob(".clang-tidy") if not file.is_relative_to(BUILD))
+
+
 def configuration(work, preset):
     version = subprocess.run(["clang-tidy-14", "--version"], capture_output=True, text=True, check=True).stdout
-    settings = sorted(file for file in ROOT.rglob(".clang-tidy") if not file.is_relative_to(BUILD))
-    return digest(version, *map(text_of, settings), text_of(work / f"options-{preset}"))
+    return digest(version, *map(text_of, own_settings()), text_of(work / f"options-{preset}"))
 
 
 def unmarked(preset, own, work, marks):
-    """The commands and keys of the sources that have no mark, by source."""
+    """The keys of the sources that have no mark, by source."""
     settings = configuration(work, preset)
     found = {}
-    for source, entry in own.items():
-        files = all_included(source, folders_of(entry["arguments"]))
+    for source, compiled in own.items():
+        arguments = compiled.command["arguments"]
+        files = all_included(source, folders_of(arguments))
         # A command is the same in every clone but for where that lies.
-        command = " ".join(entry["arguments"]).replace(str(ROOT), "")
-        key = digest(settings, command, *map(text_of, files))
+        key = digest(settings, " ".join(arguments).replace(str(ROOT), ""), *map(text_of, files))
         if not (marks / key).exists():
-            found[source] = (entry, key)
+            found[source] = key
     return found
 
 
-def groups_of(found):
-    """Sources of one folder that are compiled alike, so many at a time."""
+def settings_folder(source):
+    return next(folder for folder in source.parents if (folder / ".clang-tidy").is_file())
+
+
+def groups_of(sources, own):
+    """Sources that are compiled and checked alike, so many at a time; the largest groups, which take longest, first."""
     alike = {}
-    for source, (entry, key) in found.items():
-        arguments = tuple(argument for argument in entry["arguments"] if argument != str(source))
-        alike.setdefault((source.parent, arguments), []).append((source, key))
-    for members in alike.values():
-        for begin in range(0, len(members), AT_A_TIME):
-            yield members[begin:begin + AT_A_TIME]
+    for source in sources:
+        arguments = tuple(argument for argument in own[source].command["arguments"] if argument != str(source))
+        alone = None if own[source].united else source
+        alike.setdefault((settings_folder(source), arguments, alone), []).append(source)
+    groups = [members[begin:begin + AT_A_TIME] for members in alike.values() for begin in range(0, len(members), AT_A_TIME)]
+    return sorted(groups, key=len, reverse=True)
 
 
-def write_group(folder, name, members, entry):
+def make_folder_for_groups(folder):
+    """What lies further up than the folder serves the groups as it is."""
+    shutil.rmtree(folder, ignore_errors=True)
+    folder.mkdir()
+    for file in own_settings():
+        if file.parent != ROOT:
+            copy = folder / file.relative_to(ROOT)
+            copy.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(file, copy)
+
+
+def write_group(folder, name, members, keys, command):
     """The files of the group; the command that compiles it."""
-    (folder / name).write_text("".join(f"{source}\t{key}\n" for source, key in members))
+    (folder / name).parent.mkdir(parents=True, exist_ok=True)
+    (folder / name).write_text("".join(f"{source}\t{keys[source]}\n" for source in members))
     file = folder / f"{name}.cpp"
     # What the check warns of is all that the file is for.
-    file.write_text("".join(f'#include "{source}" // NOLINT(bugprone-suspicious-include)\n' for source, _ in members))
-    arguments = [str(file) if argument == entry["file"] else argument for argument in entry["arguments"]]
-    return {"directory": entry["directory"], "file": str(file), "arguments": arguments}
+    file.write_text("".join(f'#include "{source}" // NOLINT(bugprone-suspicious-include)\n' for source in members))
+    arguments = [str(file) if argument == command["file"] else argument for argument in command["arguments"]]
+    return {**command, "file": str(file), "arguments": arguments}
 
 
 def main():
     work, marks, presets = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]), sys.argv[3:]
-    shutil.rmtree(work / "groups", ignore_errors=True)
-    (work / "groups").mkdir()
+    make_folder_for_groups(work / "groups")
     done, left, names = set(), 0, itertools.count(1)
     for preset in presets:
-        own = {source: entry for source, entry in commands(preset).items() if source not in done}
+        own = {source: compiled for source, compiled in commands(preset).items() if source not in done}
         done.update(own)
-        database = list(own.values())
-        found = unmarked(preset, own, work, marks)
-        left += len(found)
-        for members in groups_of(found):
-            name = str(next(names))
-            database.append(write_group(work / "groups", name, members, found[members[0][0]][0]))
+        database = [compiled.command for compiled in own.values()]
+        keys = unmarked(preset, own, work, marks)
+        left += len(keys)
+        for members in groups_of(keys, own):
+            name = str(settings_folder(members[0]).relative_to(ROOT) / str(next(names)))
+            database.append(write_group(work / "groups", name, members, keys, own[members[0]].command))
             print(preset, name, sep="\t")
         (work / f"database-{preset}").mkdir(exist_ok=True)
         (work / f"database-{preset}" / "compile_commands.json").write_text(json.dumps(database, indent=1))

@@ -38,9 +38,9 @@ std::vector<TreeView::Item> ItemsOf(const cNodes& tree) {
 } // namespace
 
 void frmDesigners::ConnectRelations() {
-    constexpr int relationships[] = {tvwPrevious, tvwNext, tvwLast, tvwChild};
+    constexpr int offered[] = {tvwPrevious, tvwNext, tvwLast, tvwChild};
     for (int index = 0; index < 4; ++index)
-        OnClick(ID_mnuSubNodeAdd + index, [this, relationship = relationships[index]] { AddNode(relationship); });
+        OnClick(ID_mnuSubNodeAdd + index, [this, relationship = offered[index]] { AddNode(relationship); });
     OnClick(ID_cmdAdd, [this] { AddNode(tvwLast); });
     for (const int id : {ID_cmdModify, ID_mnuNodeEdit})
         OnClick(id, [this] { cmdModify_Click(); });

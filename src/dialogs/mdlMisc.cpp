@@ -11,8 +11,8 @@ namespace kestrel::dialogs {
 
 namespace {
 
-constexpr int fontName = 20;
-constexpr int fontPoints = 21;
+constexpr int fontNameText = 20;
+constexpr int fontPointsText = 21;
 constexpr int dropDownMargin = 10;
 constexpr int screenMargin = 20;
 
@@ -60,8 +60,8 @@ std::optional<String> CaptionFor(bool isLabel, const String& tag) {
 }
 
 void LocaliseForm(Form& form) {
-    const auto points = LeadingNumber(TheStrings().Text(fontPoints));
-    form.SetFont(TheStrings().Text(fontName), points.value_or(9));
+    const auto points = LeadingNumber(TheStrings().Text(fontPointsText));
+    form.SetFont(TheStrings().Text(fontNameText), points.value_or(9));
     if (const auto caption = TextOf(form.Tag())) form.SetCaption(*caption);
     for (const auto& control : form.Controls())
         LocaliseControl(form, control);

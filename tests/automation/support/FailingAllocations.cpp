@@ -42,7 +42,7 @@ bool Write(void** place, void* function) noexcept {
 }
 
 // Where the library keeps the address of what it imports; null when it does not import it.
-void** PlaceOf(HMODULE library, const void* function) noexcept {
+void** PlaceHolding(HMODULE library, const void* function) noexcept {
     auto* const base = reinterpret_cast<BYTE*>(library);
     const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
@@ -68,7 +68,7 @@ FailingAllocations::~FailingAllocations() {
 
 void FailingAllocations::Replace(HMODULE library, const char* module, const char* name, void* replacement) {
     auto* const function = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(module), name));
-    void** const place = PlaceOf(library, function);
+    void** const place = PlaceHolding(library, function);
     if (function == nullptr || place == nullptr) throw HostError(E_NOTIMPL);
     if (!Write(place, replacement)) throw HostError(HRESULT_FROM_WIN32(GetLastError()));
     mvarImports.push_back({place, function});
