@@ -138,7 +138,7 @@ def settings_folder(source):
 def groups_of(sources, own):
     """Sources that are compiled and checked alike, so many at a time; the largest groups, which take longest, first."""
     alike = {}
-    for source in sources:
+    for source in sorted(sources):
         arguments = tuple(argument for argument in own[source].command["arguments"] if argument != str(source))
         alone = None if own[source].united else source
         alike.setdefault((settings_folder(source), arguments, alone), []).append(source)

@@ -35,7 +35,7 @@ class MadeLibrary {
     ComPtr<ICreateTypeLib2> mvarLibrary;
 };
 
-TYPEDESC Plain(VARTYPE type) {
+TYPEDESC PlainType(VARTYPE type) {
     TYPEDESC description{};
     description.vt = type;
     return description;
@@ -56,17 +56,17 @@ class TypeLibraryDumpTest : public ComTest {
         const auto colours = made.Add(TKIND_ENUM, L"Colours");
         const auto shades = made.AddAlias(L"Shades", {}, colours);
         const auto tones = made.AddAlias(L"Tones", {}, shades);
-        const auto words = made.AddAlias(L"Words", Plain(VT_BSTR));
+        const auto words = made.AddAlias(L"Words", PlainType(VT_BSTR));
         const auto painters = made.Add(TKIND_INTERFACE, L"Painters");
         const auto painter = made.Add(TKIND_ALIAS, L"Painter");
         TYPEDESC object = MadeLibrary::Use(painter, painters);
-        TYPEDESC pointer = Plain(VT_PTR);
+        TYPEDESC pointer = PlainType(VT_PTR);
         pointer.lptdesc = &object;
         Must(painter->SetTypeDescAlias(&pointer));
         Must(painters->SetGuid(Painters));
 
         TYPEDESC tone = MadeLibrary::Use(painters, tones);
-        TYPEDESC reference = Plain(VT_PTR);
+        TYPEDESC reference = PlainType(VT_PTR);
         reference.lptdesc = &tone;
         ELEMDESC parameters[] = {Input(MadeLibrary::Use(painters, shades)), Input(tone), Input(reference),
                                  Input(MadeLibrary::Use(painters, words)), Input(MadeLibrary::Use(painters, painter))};
@@ -75,7 +75,7 @@ class TypeLibraryDumpTest : public ComTest {
         function.funckind = FUNC_PUREVIRTUAL;
         function.invkind = INVOKE_FUNC;
         function.callconv = CC_STDCALL;
-        function.elemdescFunc.tdesc = Plain(VT_VOID);
+        function.elemdescFunc.tdesc = PlainType(VT_VOID);
         function.cParams = static_cast<SHORT>(std::size(parameters));
         function.lprgelemdescParam = parameters;
         Must(painters->AddFuncDesc(0, &function));
