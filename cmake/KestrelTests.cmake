@@ -7,11 +7,15 @@
 set(KESTREL_ONE_PROCESSOR 2)
 set(KESTREL_TWO_PROCESSORS 4)
 
-# What the tests themselves are compiled to need not be quick: the optimizer would take two thirds of the compiler's time. What
-# they test is compiled as it is delivered.
+# What the tests themselves are compiled to need not be quick: the optimizer would take two thirds of the compiler's time, and
+# what describes lines to a debugger as long again in the linker; sanitizers alone tell lines. What is tested is compiled as
+# it is delivered.
 function(kestrel_compile_plainly target)
     if(NOT MSVC)
         target_compile_options(${target} PRIVATE -O0)
+    endif()
+    if(MINGW)
+        target_compile_options(${target} PRIVATE -g0)
     endif()
 endfunction()
 

@@ -122,16 +122,16 @@ void cNodes::RemoveItem(const IndexKey& indexKey) {
 // One entry per position: whether the node there lies below the root. A chain of parents is followed only through nodes
 // of the list, and each of its nodes once.
 std::vector<bool> cNodes::MarkSubtree(const cNode& root) const {
-    enum : char { Unknown, Outside, Below };
+    enum : char { Unseen, Outside, Below };
     const auto count = Count();
-    std::vector<char> marks(static_cast<std::size_t>(count), Unknown);
+    std::vector<char> marks(static_cast<std::size_t>(count), Unseen);
     for (std::int32_t position = 1; position <= count; ++position)
         mvarNodes[position]->SetLastPosition(position);
     std::vector<std::size_t> chain;
     for (std::size_t i = 0; i < marks.size(); ++i) {
         char mark = marks[i];
         chain.clear();
-        for (std::size_t offset = i; mark == Unknown;) {
+        for (std::size_t offset = i; mark == Unseen;) {
             chain.push_back(offset);
             const cNode* parent = mvarNodes[static_cast<std::int32_t>(offset) + 1]->Parent().Get();
             if (parent == &root)

@@ -13,7 +13,7 @@ namespace kestrel::test {
 
 namespace {
 
-constexpr LONG selected = listed | STATE_SYSTEM_SELECTED;
+constexpr LONG listedAndSelected = listed | STATE_SYSTEM_SELECTED;
 // Whether the host has the keyboard depends on the programs beside it.
 constexpr LONG anyFocus = ~STATE_SYSTEM_FOCUSED;
 
@@ -126,7 +126,7 @@ TEST_P(AccessibilityTest, TheStripIsAListOfTheBands) {
     EXPECT_NE(strip.Name(ibLetter).find(L", [Letter] "), String::npos) << "what is found about a letter";
     for (LONG item = ibPrefix; item <= ibLetter; ++item) {
         EXPECT_EQ(strip.Role(item), ROLE_SYSTEM_LISTITEM);
-        EXPECT_EQ(strip.State(item) & anyFocus, item == ibPrefix ? selected : listed) << item;
+        EXPECT_EQ(strip.State(item) & anyFocus, item == ibPrefix ? listedAndSelected : listed) << item;
         EXPECT_EQ(strip.DefaultAction(item), Named(1542));
     }
 }
@@ -136,7 +136,7 @@ TEST_P(AccessibilityTest, TheDefaultActionSelectsABand) {
     ASSERT_TRUE(designer.strip.Object());
     EXPECT_EQ(designer.strip.Object()->accDoDefaultAction(ChildId(ibNumber)), S_OK);
     EXPECT_EQ(designer.Text(ID_txtName), L"Number");
-    EXPECT_EQ(designer.strip.State(ibNumber) & anyFocus, selected);
+    EXPECT_EQ(designer.strip.State(ibNumber) & anyFocus, listedAndSelected);
     EXPECT_EQ(designer.strip.State(ibPrefix), listed);
     EXPECT_EQ(designer.strip.Selection(), ibNumber);
 }

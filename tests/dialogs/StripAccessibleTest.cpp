@@ -340,8 +340,8 @@ TEST_F(StripAccessibleTest, TheComponentStaysLoadedWhileAReaderHoldsTheStrip) {
     {
         const auto rule = NewRule();
         const Advised sink(rule.Get(), __uuidof(__CodeClass), [&rule](const EventCall& call) {
-            constexpr DISPID getSettingsEvent = 12; // the host holds what the rule is: closing asks nothing
-            if (call.Id() == getSettingsEvent) call.SetText(1, Text(rule, &_CodeClass::get_Definition));
+            constexpr DISPID settingsEvent = 12; // the host holds what the rule is: closing asks nothing
+            if (call.Id() == settingsEvent) call.SetText(1, Text(rule, &_CodeClass::get_Definition));
             return S_OK;
         });
         Visitor visitor;

@@ -110,7 +110,8 @@ class ContentTest(unittest.TestCase):
     def test_the_archives_hold_what_they_are_for(self):
         for archive, wanted in (
             ("kestrel-*[0-9].zip", {f"{preset}/{name}" for preset in ("x86", "x64") for name in (
-                "Kestrel.dll", "Kestrel.manifest", "Kestrel.tlb", "kledger.exe", "kledger.exe.manifest", "portable.exe", "portable.exe.manifest")}
+                "Kestrel.dll", "Kestrel.manifest", "Kestrel.tlb", "kledger.exe", "kledger.exe.manifest", "portable.exe",
+                "portable.exe.manifest")}
              | {"README.md", "CHANGELOG.md", "docs/hosting.md", "samples/documents.vbs"}),
             ("*-symbols.zip", {f"{preset}/{name}.debug" for preset in ("x86", "x64") for name in ("Kestrel.dll", "kledger.exe")}),
             ("*-sdk.zip", {"include/Kestrel.h", "include/KestrelTypeLib.h", "x86/Kestrel.tlb", "x64/Kestrel.tlb", "Kestrel.idl"}),
