@@ -76,7 +76,7 @@ void PrepareSchema(Database& database, Patience patience, IfNone ifNone) {
     if (stored == 0) {
         // Two programs that make the tables at once collide on a key of the catalogue or of the version.
         // Whoever only looks may be on a server that takes no changes.
-        const Access access = ifNone == IfNone::Make ? Access::Write : Access::Read;
+        const Access access = ifNone == IfNone::Make ? Access::Define : Access::Read;
         InTransaction(database, patience, OnUniqueKey::Retry, access,
                       [&] { return MakeTablesWhereNoneAre(database, ifNone); });
         stored = InSnapshot(database, patience, look);

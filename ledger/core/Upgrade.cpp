@@ -250,7 +250,7 @@ UpgradeReport FromVersion2(Database& database) {
 
 UpgradeReport UpgradeLedger(Database& database, Patience patience) {
     std::optional<UpgradeReport> tried; // by an attempt whose COMMIT was not answered
-    return InTransaction(database, patience, OnUniqueKey::Fail, [&] {
+    return InTransaction(database, patience, OnUniqueKey::Fail, Access::Define, [&] {
         const std::int64_t version = StoredVersion(database);
         if (version == 0)
             throw hosts::HostError(L"there is no ledger in this database yet; nothing is to be brought up");

@@ -14,8 +14,9 @@
 namespace ledger {
 
 enum class Access {
-    Read, // one consistent state from the first statement to the last, in nobody's way
-    Write // as if no other transaction had run meanwhile
+    Read,  // one consistent state from the first statement to the last, in nobody's way
+    Write, // as if no other transaction had run meanwhile
+    Define // as Write, for changes of the tables themselves, each of which some engines store at once
 };
 
 // How long the calls of a connection may take: each of them so long, and none beyond the end.
@@ -47,6 +48,7 @@ class Database {
 
     // Begins a transaction. Statements outside of one are not allowed.
     virtual void Begin(Access access) = 0;
+    // Stores all of the transaction or fails.
     virtual void Commit() = 0;
     // Undoes the transaction, if the connection still can; never fails.
     virtual void Rollback() noexcept = 0;

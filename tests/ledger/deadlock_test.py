@@ -1,4 +1,5 @@
-"""A program whose transaction the server ends for the sake of another one goes on by itself, at once."""
+"""A program whose transaction the server ends, for the sake of another one, goes on by itself, at once; and stores all that
+belongs together, or nothing."""
 import subprocess
 import time
 import unittest
@@ -6,11 +7,13 @@ import unittest
 import rules
 from databases import OnMariaDb
 from ledger_case import LedgerCase
+from rig.proxy import Proxy
 from rig.server import LOOPBACK
-from windows_program import command
+from windows_program import BITS, command, run
 
 SOON = 15  # seconds; a statement that is never answered takes half of the patience
 PATIENCE = 60
+ROLLBACK = b"\x09\0\0\0\x03ROLLBACK"  # as a client sends it
 HEAVY = 2000  # rows that the other transaction has changed: the server ends the one that has changed less
 
 
@@ -65,6 +68,52 @@ class MariaDb(OnMariaDb, LedgerCase):
         self.assertEqual(program.wait(PATIENCE), 0)
         self.assertLess(time.monotonic() - begin, SOON)
         self.assertEqual(self.codes(), ["1999-000001"])
+
+
+class Silence(OnMariaDb, LedgerCase):
+    """The server ends a transaction and tells nobody, as nodes of clusters do now and then: the program's next statements
+    begin another one. Here a ROLLBACK takes the place of a statement whose answer says nothing."""
+
+    def setUp(self):
+        super().setUp()
+        self.replaced = None
+        self.proxy = Proxy("mariadb", self.cluster.port, before=self.before)
+        self.through = self.cluster.connection_string(self.database.database, BITS, self.proxy.port)
+
+    def tearDown(self):
+        self.proxy.close()
+        super().tearDown()
+
+    def before(self, frame, statement):
+        if self.replaced is None or not (statement or "").startswith(self.replaced):
+            return frame
+        self.replaced = None
+        return ROLLBACK
+
+    def ended_at(self, statement, *arguments):
+        self.replaced = statement
+        result = run("kledger", "--database", self.through, *arguments)
+        self.assertEqual((result.returncode, result.stderr, self.replaced), (0, "", None), statement)
+        return result.stdout.splitlines()
+
+    def test_an_import_is_stored_whole(self):
+        self.import_rule(rules.numbered())
+        for number, (statement, dash) in enumerate((("INSERT INTO kestrel_definitions", "/"),
+                                                    ("INSERT INTO kestrel_journal", ".")), start=2):
+            self.ended_at(statement, "rule", "import", self.file("next.rule", rules.numbered(dash=dash)), "--name", "rule")
+            self.assertEqual(self.database.query("SELECT COUNT(*), MAX(number) FROM kestrel_definitions"),
+                             [(str(number), str(number))])
+        self.assertEqual(self.done("audit")[-1], "0 codes, 0 findings")
+
+    def test_a_code_is_stored_whole(self):
+        for policy, table in (("gapless", "numbers"), ("fast", "codes"), ("fast", "numbers")):
+            name = f"{policy} {table}"
+            self.import_rule(rules.numbered(), "--policy", policy, "--name", name)
+            lines = self.ended_at(f"INSERT INTO kestrel_{table}", "issue", "-f", "Year=2024", "--rule", name, "--quiet")
+            self.assertEqual(lines, ["2024-000001"], name)
+        self.assertEqual(self.codes(), ["2024-000001"] * 3)
+        self.assertEqual(self.done("audit")[-1], "3 codes, 0 findings")
+
 
 
 if __name__ == "__main__":

@@ -23,9 +23,12 @@ struct OdbcEngine {
     std::vector<std::wstring> (*settings)(std::chrono::milliseconds each);
     // What a failure means; Fault::Other where this engine's codes say nothing of it.
     Fault (*classify)(const std::wstring& state, long native, const std::wstring& text);
-    // Run at the beginning of a transaction.
+    // Run at the beginning of a transaction that does not define tables.
     std::vector<const wchar_t*> beginRead;
     std::vector<const wchar_t*> beginWrite;
+    // A statement that works only in the transaction that began: run before its COMMIT where a server can end a
+    // transaction without telling the program, whose next statements then begin another one; null elsewhere.
+    const wchar_t* assertSame;
     // Types for texts: of up to %n characters, and longer ones.
     const wchar_t* shortText;
     const wchar_t* longText;

@@ -20,6 +20,7 @@ const KnownNative KnownNatives[] = {
     {1080, Fault::Lost},      {1317, Fault::Lost},    {1040, Fault::Lost},     {4150, Fault::Lost},
     {1290, Fault::Standby},   {1792, Fault::Standby}, {1836, Fault::Standby},  {1114, Fault::Full},
     {1021, Fault::Full},      {1366, Fault::Text},    {1969, Fault::Busy},     {1192, Fault::Conflict},
+    {1305, Fault::Conflict}, // the savepoint is gone, and the transaction with it
 };
 
 std::wstring ConnectionString(const std::wstring& given) { return WithSetting(given, L"CharSet", L"utf8mb4"); }
@@ -99,8 +100,12 @@ const OdbcEngine& MariaDb() {
         ConnectionString,
         Settings,
         Classify,
-        {L"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ", L"START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY"},
-        {},
+        {L"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ", L"START TRANSACTION WITH CONSISTENT SNAPSHOT, READ ONLY",
+         L"SAVEPOINT begun"},
+        {L"SAVEPOINT begun"},
+        // A node of a cluster that ends a transaction for that of another node tells nobody now and then, and goes on:
+        // what came after that moment would be stored without what came before it.
+        L"RELEASE SAVEPOINT begun",
         L"VARCHAR(%n) CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin",
         L"LONGTEXT CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin",
         L" ENGINE=InnoDB",

@@ -126,11 +126,14 @@ Statement& OdbcDatabase::Prepare(const std::wstring& sql) {
 
 void OdbcDatabase::Begin(Access access) {
     mvarConfirmed = false;
+    mvarIsOne = access != Access::Define;
+    if (!mvarIsOne) return;
     for (const wchar_t* statement : access == Access::Read ? mvarEngine.beginRead : mvarEngine.beginWrite)
         Run(statement);
 }
 
 void OdbcDatabase::Commit() {
+    if (mvarIsOne && mvarEngine.assertSame != nullptr) Run(mvarEngine.assertSame);
     OdbcSession& session = Session();
     session.Call([connection = session.Connection()] { return SQLEndTran(SQL_HANDLE_DBC, connection, SQL_COMMIT); });
 }

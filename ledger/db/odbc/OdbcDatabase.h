@@ -42,6 +42,7 @@ class OdbcDatabase final : public Database {
     Handle mvarEnvironment;
     Deadline mvarDeadline;
     bool mvarConfirmed = false; // in this transaction
+    bool mvarIsOne = false;     // what it did is to be stored together
     std::unique_ptr<Open, void (*)(Open*)> mvarOpen;
 };
 

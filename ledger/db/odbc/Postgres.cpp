@@ -111,6 +111,7 @@ const OdbcEngine& Postgres() {
         // A snapshot; it disturbs nobody and nobody disturbs it.
         {L"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY"},
         {},
+        nullptr,
         L"VARCHAR(%n) COLLATE \"C\"",
         L"TEXT COLLATE \"C\"",
         L"",

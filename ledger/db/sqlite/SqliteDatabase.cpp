@@ -90,7 +90,7 @@ Statement& SqliteDatabase::Prepare(const std::wstring& sql) {
 
 // Whoever has read cannot get the right to write any more when another has written since: so it is taken first.
 void SqliteDatabase::Begin(Access access) {
-    mvarWrites = access == Access::Write;
+    mvarWrites = access != Access::Read;
     Run(mvarWrites ? L"BEGIN IMMEDIATE" : L"BEGIN");
 }
 

@@ -73,12 +73,14 @@ class Chances:
 class Proxy:
     """Listens on `port`; `target` is the server's port, for connections made from now on. `plan` is called for each
     COMMIT that stores something, and for what is stored without one, and returns its Cut. `made` counts the cuts by
-    kind, and `stored` those that the server carried out."""
+    kind, and `stored` those that the server carried out. `before` is called with each frame of a client and the statement
+    that it executes, if any, and returns the frame that goes on to the server."""
 
-    def __init__(self, protocol, target, plan=lambda: Cut(Kind.PASS)):
+    def __init__(self, protocol, target, plan=lambda: Cut(Kind.PASS), before=None):
         self.wire = WIRES[protocol]
         self.target = target
         self.plan = plan
+        self.before = before
         self.made = collections.Counter()
         self.stored = collections.Counter()
         self.frames = 0
@@ -190,6 +192,9 @@ class Connection:
                 continue
             for frame in self.wire.frames(data):
                 self.proxy.frames += 1
+                if self.proxy.before is not None:
+                    frame = await self.proxy.loop.run_in_executor(None, self.proxy.before, frame,
+                                                                  self.wire.statement(frame))
                 cut = self.proxy.plan() if self.wire.stores(frame) else Cut(Kind.PASS)
                 if cut.kind is Kind.PASS:
                     self.server[1].write(frame)

@@ -74,9 +74,9 @@ class PostgresWire:
         return 1 + struct.unpack_from("!I", self.buffer, 1)[0] if len(self.buffer) >= 5 else 0
 
     def stores(self, frame):
-        return (text := self._statement(frame)) is not None and self.transactions.stores(text)
+        return (text := self.statement(frame)) is not None and self.transactions.stores(text)
 
-    def _statement(self, frame):
+    def statement(self, frame):
         """The text that the frame executes, or None."""
         kind, body = frame[:1], frame[5:]
         if kind == b"Q":
@@ -135,9 +135,9 @@ class MariaDbWire:
         return found
 
     def stores(self, frame):
-        return (text := self._statement(frame)) is not None and self.transactions.stores(text)
+        return (text := self.statement(frame)) is not None and self.transactions.stores(text)
 
-    def _statement(self, frame):
+    def statement(self, frame):
         if len(frame) < 5 or frame[3] != 0:
             return None
         if frame[4] == self.QUERY:
