@@ -27,30 +27,44 @@ HRESULT Report(const ClassFacts* facts, HRESULT result, const String& descriptio
     return result;
 }
 
-HRESULT ResultOf(const ClassFacts* facts, void (*body)(void*), void* context) {
+HRESULT WithoutErrorObject(HRESULT result) noexcept {
+    SetErrorInfo(0, nullptr);
+    return result;
+}
+
+HRESULT ResultOf(const ClassFacts* facts, HRESULT (*body)(void*), void* context) {
     try {
-        body(context);
-        return S_OK;
+        return body(context);
     } catch (const ComFailure& failure) {
-        return failure.result;
+        return WithoutErrorObject(failure.result);
     } catch (const Error& error) {
         return Report(facts, static_cast<HRESULT>(error.Code()), error.Description());
     }
 }
 
-} // namespace
-
-HRESULT RunGuarded(const ClassFacts* facts, void (*body)(void*), void* context) noexcept {
-    SetErrorInfo(0, nullptr);
+HRESULT Translated(const ClassFacts* facts, HRESULT (*body)(void*), void* context) noexcept {
     try {
         return ResultOf(facts, body, context);
     } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
+        return WithoutErrorObject(E_OUTOFMEMORY);
     } catch (const std::length_error&) {
-        return E_OUTOFMEMORY; // a text or list longer than any memory could hold
+        return WithoutErrorObject(E_OUTOFMEMORY); // a text or list longer than any memory could hold
     } catch (...) {
-        return E_UNEXPECTED; // what the language's library says of it is not meant for hosts
+        return WithoutErrorObject(E_UNEXPECTED); // what the language's library says of it is not meant for hosts
     }
+}
+
+} // namespace
+
+HRESULT RunGuarded(const ClassFacts* facts, HRESULT (*body)(void*), void* context) noexcept {
+    SetErrorInfo(0, nullptr);
+    return Translated(facts, body, context);
+}
+
+HRESULT RunLateBound(const ClassFacts* facts, HRESULT (*body)(void*), void* context) noexcept {
+    const HRESULT result = Translated(facts, body, context);
+    const bool isOfTheCall = HRESULT_FACILITY(result) == FACILITY_DISPATCH && result != DISP_E_EXCEPTION;
+    return isOfTheCall ? WithoutErrorObject(result) : result;
 }
 
 } // namespace kestrel

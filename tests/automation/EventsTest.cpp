@@ -289,10 +289,7 @@ TEST_F(EventsTest, AFailingSinkStopsNeitherTheNextNorTheCall) {
     int calls = 0;
     const Advised failing(tree.Get(), __uuidof(__cNodes), [&calls](const EventCall&) {
         ++calls;
-        ComPtr<ICreateErrorInfo> error;
-        Must(CreateErrorInfo(error.Out()));
-        error->SetDescription(const_cast<LPOLESTR>(L"the sink's own trouble"));
-        SetErrorInfo(0, error.As<IErrorInfo>().Get());
+        LeaveErrorObject();
         return SinkFailure;
     });
     const Advised next(tree.Get(), __uuidof(__cNodes), [&calls](const EventCall&) {

@@ -382,4 +382,23 @@ TEST_F(LateBoundTest, AnErrorDoesNotShowAnEarlierText) {
     EXPECT_EQ(TakenSource(), L"");
 }
 
+// Whichever way a call by IDispatch ends without a text, what an earlier call left on the thread is gone.
+TEST_F(LateBoundTest, NoCallLeavesTheErrorObjectOfAnother) {
+    const auto band = NewBand();
+    const auto sourceAfter = [](const auto& call) {
+        LeaveErrorObject();
+        call();
+        return TakenSource();
+    };
+    std::vector<DISPID> ids;
+    EXPECT_EQ(sourceAfter([] {}), L"a test") << "this test checks something";
+    EXPECT_EQ(sourceAfter([&] { EXPECT_EQ(NumberIn(Call(band.Get(), L"Length")), 1); }), L"");
+    EXPECT_EQ(sourceAfter([&] { EXPECT_EQ(Put(band.Get(), L"AllowDroped", Number(0)).result, S_OK); }), L"");
+    EXPECT_EQ(sourceAfter([&] { EXPECT_EQ(Put(band.Get(), L"Length", Arg(L"x")).result, DISP_E_TYPEMISMATCH); }), L"");
+    EXPECT_EQ(sourceAfter([&] { EXPECT_EQ(Call(band.Get(), 4711, AsValue).result, DISP_E_MEMBERNOTFOUND); }), L"");
+    EXPECT_EQ(sourceAfter([&] { EXPECT_EQ(Call(band.Get(), L"Name", {Arg(L"x")}).result, DISP_E_BADPARAMCOUNT); }),
+              L"");
+    EXPECT_EQ(sourceAfter([&] { EXPECT_EQ(Ids(band.Get(), {L"Nonsense"}, ids), DISP_E_UNKNOWNNAME); }), L"");
+}
+
 } // namespace kestrel::test

@@ -76,13 +76,13 @@ class Face : public Interface,
         });
     }
     STDMETHODIMP GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept override {
-        return Result(
+        return LateBound(
             [&] { return riid == IID_NULL ? IdsOfNames(Table(), names, count, ids) : DISP_E_UNKNOWNINTERFACE; });
     }
     STDMETHODIMP Invoke(DISPID member, REFIID riid, LCID locale, WORD flags, DISPPARAMS* params, VARIANT* result,
                         EXCEPINFO* exception,
                         UINT* failedArgument) noexcept override { // NOLINT(readability-non-const-parameter): COM's
-        return Result([&] {
+        return LateBound([&] {
             const LateCall call{member, locale, flags, params, result, exception, failedArgument};
             return riid == IID_NULL ? Call(Table(), static_cast<FinalFace*>(this), call) : DISP_E_UNKNOWNINTERFACE;
         });
@@ -136,15 +136,8 @@ class Face : public Interface,
 
     template <class Body>
     HRESULT Do(Body&& body) noexcept {
-        const ComPtr<Interface> self(static_cast<Interface*>(this));
+        const ComPtr<FinalFace> self(static_cast<FinalFace*>(this));
         return Guarded(&FinalFace::Facts(), body);
-    }
-    // For a body that has its own result code.
-    template <class Body>
-    HRESULT Result(Body&& body) noexcept {
-        HRESULT result = S_OK;
-        const HRESULT failure = Do([&] { result = body(); });
-        return FAILED(failure) ? failure : result;
     }
     // The out-pointer is checked and emptied before the body fills it.
     template <class Out, class Body>
@@ -162,6 +155,13 @@ class Face : public Interface,
     }
 
   private:
+    // The frame of a call by IDispatch, which has a result code of its own.
+    template <class Body>
+    HRESULT LateBound(Body&& body) noexcept {
+        const ComPtr<FinalFace> self(static_cast<FinalFace*>(this));
+        return GuardedLateBound(&FinalFace::Facts(), body);
+    }
+
     // Never destroyed, as the type library that it refers to: see there.
     [[nodiscard]] static const DispatchTable& Table() {
         static const auto* const table = new DispatchTable(TypeInfoOf(FinalFace::Facts().iid), FinalFace::Thunks());

@@ -43,6 +43,13 @@ String TakenSource() {
     return source.Text();
 }
 
+void LeaveErrorObject() {
+    ComPtr<ICreateErrorInfo> error;
+    Must(CreateErrorInfo(error.Out()));
+    error->SetSource(const_cast<LPOLESTR>(L"a test")); // only read
+    SetErrorInfo(0, error.As<IErrorInfo>().Get());
+}
+
 bool Same(IUnknown* left, IUnknown* right) {
     return ComPtr<IUnknown>(left).As<IUnknown>().Get() == ComPtr<IUnknown>(right).As<IUnknown>().Get();
 }

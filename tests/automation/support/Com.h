@@ -47,6 +47,8 @@ template <class Class, class Interface>
 [[nodiscard]] Failure FailureOf(HRESULT result);
 // The source that the thread's error object names, which is taken; empty without one.
 [[nodiscard]] String TakenSource();
+// Gives the thread an error object whose source is "a test".
+void LeaveErrorObject();
 
 // A failure without a text of its own.
 [[nodiscard]] inline Failure Bare(HRESULT result) { return {static_cast<std::uint32_t>(result), {}}; }
