@@ -247,7 +247,7 @@ class Reader {
         case EntryAllowSimpleStyle: return mvarRule.SetAllowSimpleStyle(BooleanOf(value));
         case EntryAllowFieldManage: return mvarRule.SetAllowFieldManage(BooleanOf(value));
         case EntryCodeUCased: return mvarRule.SetCodeUCased(BooleanOf(value));
-        case EntryRelations: return mvarRule.Relations().ImportNodes(String(value));
+        case EntryRelations: return mvarRule.Relations().ImportNodes(value);
         case EntrySeparaOfDay: return mvarRule.SetSeparaOfDay(DateOf(value));
         case EntrySeparaOfWeek:
         case EntrySeparaOfMonth: return mvarRule.SetSeparaOfMonth(IntegerOf(value));

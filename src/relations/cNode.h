@@ -48,6 +48,11 @@ class cNode final : public Exposed {
     [[nodiscard]] std::int32_t Descendants() const;   // number of nodes below, all levels; without tree 0
 
     // For the tree.
+    // Text and Tag of a node that has no tree yet, which has nobody to ask and nobody to tell.
+    void Fill(StringView text, StringView tag) {
+        mvarText = text;
+        mvarTag = tag;
+    }
     void SetOwner(cNodes* tree);
     [[nodiscard]] Ref<cNodes> GetOwner() const noexcept; // nothing without tree or when that has ended
     void SetParent(Ref<cNode> parent) noexcept { mvarParent = std::move(parent); }

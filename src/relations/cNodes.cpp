@@ -313,7 +313,7 @@ std::size_t cNodes::ExpectedLength() const {
     return length * static_cast<std::size_t>(step);
 }
 
-void cNodes::ImportNodes(const String& text) {
+void cNodes::ImportNodes(StringView text) {
     if (text.empty()) return;
     Splitter records(text, L';');
     const auto counter = ToInteger(LeadingNumber(*records.Next()).value_or(0));
@@ -338,8 +338,7 @@ void cNodes::ImportRecord(StringView record) {
     auto node = Make<cNode>();
     if (!fields[0].empty()) node->SetParent(Node(L"N" + String(fields[0])));
     if (count < fields.size()) throw Error(Message::OutOfRange);
-    node->SetText(String(fields[2]));
-    node->SetTag(String(fields[3]));
+    node->Fill(fields[2], fields[3]);
     node->SetOwner(this);
     node->SetKey(String(L"N").append(fields[1]));
     node->SetLastPosition(Count() + 1);

@@ -65,7 +65,7 @@ class cNodes final : public Exposed {
     // An empty text changes nothing. Otherwise all nodes are replaced, without any event or check of duplicates. A
     // record of fewer than four fields fails with 9, an unknown parent number with 5, a number used twice with 457, and
     // the nodes before it stay; a key counter beyond 32 bits fails with 6 before anything changes.
-    void ImportNodes(const String& text);
+    void ImportNodes(StringView text);
 
     // The steps of a node's navigation; each is one pass at most.
     [[nodiscard]] std::int32_t IndexOf(const cNode& node) const;
