@@ -32,7 +32,7 @@ sys.path.insert(0, str(ROOT / "tests" / "ledger"))
 
 import rules  # noqa: E402 (found through the path above)
 from databases import PostgresDatabase, PostgresServer, SqliteFile  # noqa: E402 (likewise)
-from windows_program import command, path, run  # noqa: E402 (likewise)
+from windows_program import command, path, run, taken  # noqa: E402 (likewise)
 
 PROGRAMS = (1, 2, 4, 8)
 GROWTH = (1_000, 10_000, 100_000, 1_000_000)
@@ -189,18 +189,7 @@ class Bench:
         return 1000 * json.loads(output.splitlines()[-1])["seconds"] / GROWTH_CODES
 
     def taken(self, *arguments):
-        """Seconds, seconds of the processor, and the most memory in megabytes that a command took."""
-        begin = time.monotonic()
-        with subprocess.Popen(command("kledger", ["--database", self.database.name, *arguments]), stdin=subprocess.DEVNULL,
-                              stdout=subprocess.PIPE, encoding="utf-8") as process:
-            last = ""
-            for line in process.stdout:
-                last = line
-            _, status, usage = os.wait4(process.pid, 0)
-            process.returncode = os.waitstatus_to_exitcode(status)
-        if process.returncode != 0:
-            sys.exit(last)
-        return time.monotonic() - begin, usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024
+        return taken("kledger", "--database", self.database.name, *arguments)
 
 
 def with_one(work):

@@ -10,7 +10,7 @@ import unittest
 import rules
 from databases import OnPostgres, OnSqlite
 from ledger_case import LedgerCase
-from windows_program import BUILD, ROOT, command, path, run
+from windows_program import BUILD, ROOT, command, path, run, taken
 
 TABLES = ("rules", "definitions", "codes", "numbers", "leases", "journal")
 
@@ -266,6 +266,21 @@ class Sqlite(OnSqlite, DailyTests, ReadingTests, LedgerCase):
     def test_adopt_makes_a_ledger_too(self):
         self.assertIn("the database has no rules yet; make one with: kledger rule new NAME PATTERN, or", self.refused("adopt", "X"))
         self.assertTrue(self.has_ledger())
+
+    def test_an_export_needs_no_more_memory_for_more_codes(self):
+        self.import_rule(rules.numbered(), "--policy", "fast")
+
+        def megabytes(more):
+            with (self.folder / "records.csv").open("w") as records:
+                records.write("Year,Note\n")
+                records.writelines(f"2024,{'long ' * 200}\n" for _ in range(more))
+            self.done("issue", path(self.folder / "records.csv"), "--keep", "--quiet")
+            return taken("kledger", "--database", self.database.name, "codes", "export", "--out",
+                         path(self.folder / "codes.csv"))[2]
+
+        few, many = megabytes(2_000), megabytes(10_000)  # several of the pieces that are read at once
+        self.assertGreater((self.folder / "codes.csv").stat().st_size, 10_000_000)
+        self.assertLess(many, few * 1.1)
 
     def test_an_empty_pattern_does_not_open_the_designer(self):
         self.done("rule", "new", "other", "X{#}")
