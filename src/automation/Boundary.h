@@ -33,11 +33,13 @@ HRESULT RunLateBound(const ClassFacts* facts, HRESULT (*body)(void*), void* cont
 template <class Body>
 HRESULT Guarded(const ClassFacts* facts, Body&& body) noexcept {
     using Callable = std::remove_reference_t<Body>;
-    const auto run = [](void* context) {
-        (*static_cast<Callable*>(context))();
-        return S_OK;
-    };
-    return RunGuarded(facts, run, &body);
+    return RunGuarded(
+        facts,
+        [](void* context) {
+            (*static_cast<Callable*>(context))();
+            return S_OK;
+        },
+        &body);
 }
 
 // For a body that answers with a result code of its own.
