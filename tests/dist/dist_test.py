@@ -138,7 +138,7 @@ class CacheTest(unittest.TestCase):
         "hosts/CMakeFiles/portable.dir/samples/portable/portable.cpp.obj",
         "src/CMakeFiles/Kestrel.dir/generated/Kestrel.cpp.obj",  # a source that the build made, with headers that it made
         "ledger/CMakeFiles/kledger.dir/cli/Main.cpp.obj",
-        "ledger/CMakeFiles/kestrel_ledger.dir/Unity/unity_0_cxx.cxx.obj",  # several sources, named by their places
+        "hosts/CMakeFiles/kestrel_hosts.dir/Unity/unity_0_cxx.cxx.obj",  # several sources, named by their places
     )
 
     def test_objects_are_the_same_with_and_without_a_compiler_cache(self):
@@ -147,14 +147,12 @@ class CacheTest(unittest.TestCase):
             made = pathlib.Path(work, "made.obj")
             for name in self.OBJECTS:
                 commands = subprocess.run(["ninja", "-t", "commands", name], cwd=build, check=True, capture_output=True, text=True)
-                line = commands.stdout.strip().split("\n")[-1].replace(f" -o {name} ", f" -o '{made}' ")
+                line = commands.stdout.strip().split("\n")[-1]
                 self.assertIn("ccache", line)
-                results = []
-                for setting in ("CCACHE_DISABLE", "CCACHE_RECACHE"):
-                    subprocess.run(line, cwd=build, env={**os.environ, setting: "1"}, shell=True, check=True)
-                    results.append(made.read_bytes())
-                    made.unlink()
-                self.assertTrue(results[0] == results[1], name)
+                self.assertIn(f" -o {name} ", line)
+                subprocess.run(line.replace(f" -o {name} ", f" -o '{made}' "), cwd=build,
+                               env={**os.environ, "CCACHE_DISABLE": "1"}, shell=True, check=True)
+                self.assertTrue(made.read_bytes() == (build / name).read_bytes(), name)
 
 
 class SameBytesTest(Tree):
