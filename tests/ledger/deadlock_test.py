@@ -7,9 +7,9 @@ import unittest
 import rules
 from databases import OnMariaDb
 from ledger_case import LedgerCase
-from rig.proxy import Proxy
 from rig.server import LOOPBACK
-from windows_program import BITS, command, run
+from watched_case import WatchedCase
+from windows_program import command
 
 SOON = 15  # seconds; a statement that is never answered takes half of the patience
 PATIENCE = 60
@@ -70,19 +70,11 @@ class MariaDb(OnMariaDb, LedgerCase):
         self.assertEqual(self.codes(), ["1999-000001"])
 
 
-class Silence(OnMariaDb, LedgerCase):
+class Silence(OnMariaDb, WatchedCase):
     """The server ends a transaction and tells nobody, as nodes of clusters do now and then: the program's next statements
     begin another one. Here a ROLLBACK takes the place of a statement whose answer says nothing."""
 
-    def setUp(self):
-        super().setUp()
-        self.replaced = None
-        self.proxy = Proxy("mariadb", self.cluster.port, before=self.before)
-        self.through = self.cluster.connection_string(self.database.database, BITS, self.proxy.port)
-
-    def tearDown(self):
-        self.proxy.close()
-        super().tearDown()
+    replaced = None  # how that statement begins
 
     def before(self, frame, statement):
         if self.replaced is None or not (statement or "").startswith(self.replaced):
@@ -92,9 +84,9 @@ class Silence(OnMariaDb, LedgerCase):
 
     def ended_at(self, statement, *arguments):
         self.replaced = statement
-        result = run("kledger", "--database", self.through, *arguments)
-        self.assertEqual((result.returncode, result.stderr, self.replaced), (0, "", None), statement)
-        return result.stdout.splitlines()
+        lines = self.done_through(*arguments)
+        self.assertIsNone(self.replaced, "no such statement")
+        return lines
 
     def test_an_import_is_stored_whole(self):
         self.import_rule(rules.numbered())
